@@ -1,0 +1,2 @@
+#pragma once
+#define TOOLSLIB_API __attribute__((visibility("default")))

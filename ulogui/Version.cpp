@@ -1,0 +1,3 @@
+#include "ulogui/Version.h"
+
+const char* ULODrawLibVersion() { return "0.1.0"; }

@@ -1,0 +1,43 @@
+#pragma once
+// ULOPath: a file-system path held as a wide string.
+#include <string>
+
+#include "ulolib/ErrorCode.h"
+#include "ulolib/Export.h"
+#include "ulolib/String.h"
+
+class ULOLIB_API ULOPath {
+public:
+    static const wchar_t wSeparator;  // the platform's path separator: '/' on Linux
+
+    ULOPath() = default;
+    ULOPath(const ULOString& path) : path_(path) {}
+    ULOPath(const wchar_t* path) : path_(path) {}
+    static ULOPath FromNative(const std::string& narrow);
+
+    // Appends a component, inserting one separator where needed.
+    ULOPath operator/(const ULOString& component) const;
+    ULOPath& operator/=(const ULOString& component);
+
+    bool empty() const { return path_.empty(); }
+    // Both report false on any failure and, when given, store why in error (callers may ignore it).
+    bool exists(ulo::ErrorCode* error = nullptr) const;
+    bool is_directory(ulo::ErrorCode* error = nullptr) const;
+
+    // The extension without its dot ("ura" for "Main.ura"); empty when there is none.
+    ULOString extension() const;
+    // The last component ("Main.ura").
+    ULOString filename() const;
+    // Everything before the last component, without a trailing separator.
+    ULOPath parent_path() const;
+
+    const ULOString& wstring() const { return path_; }
+    // The narrow form the C runtime's fopen takes (UTF-8 on Linux).
+    std::string native() const;
+
+    bool operator==(const ULOPath& other) const { return path_ == other.path_; }
+    bool operator!=(const ULOPath& other) const { return path_ != other.path_; }
+
+private:
+    ULOString path_;
+};

@@ -1,0 +1,48 @@
+#pragma once
+// ULOString: the wide string of the base library. On Linux wchar_t holds UTF-32 code points;
+// files exchanged with other platforms use UTF-8 or UTF-16, converted here.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ulolib/Export.h"
+
+class ULOLIB_API ULOString : public std::wstring {
+public:
+    ULOString() = default;
+    ULOString(const wchar_t* s) : std::wstring(s ? s : L"") {}
+    ULOString(const wchar_t* s, size_t n) : std::wstring(s, n) {}
+    ULOString(size_t n, wchar_t c) : std::wstring(n, c) {}
+    ULOString(const std::wstring& s) : std::wstring(s) {}
+    ULOString(std::wstring&& s) : std::wstring(std::move(s)) {}
+
+    // The first n characters (all of them when n exceeds the length; none when n <= 0).
+    ULOString Left(int n) const;
+    // n characters from position first (to the end when n < 0); empty when first is past the end.
+    ULOString Mid(int first, int n = -1) const;
+    // The last n characters.
+    ULOString Right(int n) const;
+
+    // printf-style formatting where %s and %c take wide arguments, as in the Windows runtime.
+    static ULOString Format(const wchar_t* format, ...);
+    void FormatInPlace(const wchar_t* format, ...);
+
+    // Ordinal comparisons; the NoCase forms fold with towlower on each code point.
+    int Compare(const std::wstring& other) const;
+    int CompareNoCase(const std::wstring& other) const;
+    bool EqualsNoCase(const std::wstring& other) const { return CompareNoCase(other) == 0; }
+    ULOString MakeLower() const;
+    ULOString MakeUpper() const;
+
+    // Splits at every separator; empty pieces are kept, so "a//b" gives "a", "", "b".
+    std::vector<ULOString> Split(wchar_t separator) const;
+    // Like Split but drops empty pieces (a tokenizer).
+    std::vector<ULOString> Tokenize(wchar_t separator) const;
+
+    // Encodings. Malformed input is replaced by U+FFFD, never rejected.
+    static ULOString FromUtf8(const std::string& utf8);
+    std::string ToUtf8() const;
+    static ULOString FromUtf16(const std::u16string& utf16);
+    static ULOString FromUtf16(const uint16_t* units, size_t count);
+    std::u16string ToUtf16() const;
+};
