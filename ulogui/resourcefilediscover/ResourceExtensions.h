@@ -1,0 +1,13 @@
+#pragma once
+// The extensions of the six resource files, without their dot, in the order discovery walks them;
+// the position of an extension is the value of its ResourceFile::resourceType_e.
+namespace ulo {
+namespace gui {
+namespace details {
+
+constexpr int kResourceFileCount = 6;
+extern const wchar_t* const kResourceExtensions[kResourceFileCount];
+
+}  // namespace details
+}  // namespace gui
+}  // namespace ulo
