@@ -1,0 +1,1 @@
+English sample resource .urs

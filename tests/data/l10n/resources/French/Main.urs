@@ -1,0 +1,1 @@
+French sample resource .urs

@@ -1,0 +1,112 @@
+#include "ulogui/OverflowingTextLog.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <clocale>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "l10n/TempDir.h"
+
+namespace {
+
+using ulo::OverflowingTextDialogInfo;
+
+const std::string kIndent(27, ' ');
+
+class OverflowLogTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        file_ = std::fopen(path_.c_str(), "w");
+        ASSERT_NE(file_, nullptr);
+        info_.logFile = file_;
+    }
+    void TearDown() override {
+        if (file_) {
+            std::fclose(file_);
+        }
+    }
+
+    // What reached the file so far (read beside the stream, which fputws made wide-oriented).
+    std::string Written() {
+        std::fflush(file_);
+        std::ifstream in(path_, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    }
+
+    ulo_test::TempDir dir_;
+    const std::string path_ = (dir_.Root() / "overflow.log").string();
+    FILE* file_ = nullptr;
+    OverflowingTextDialogInfo info_;
+};
+
+TEST_F(OverflowLogTest, DialogHeaderOnceThenIndentedTexts) {
+    info_.StartEditDialog(L"Options");
+    info_.LogOverflowingText(L"Show hidden files");
+    info_.LogOverflowingText(L"Confirm");
+    EXPECT_EQ(info_.count, 2);
+    EXPECT_EQ(Written(), "\n\t-> Options\r\n" + kIndent + "Show hidden files\r\n" + kIndent + "Confirm\r\n");
+}
+
+TEST_F(OverflowLogTest, RestartingTheSameDialogWritesItsHeaderAgain) {
+    info_.StartEditDialog(L"Options");
+    info_.LogOverflowingText(L"A");
+    info_.StartEditDialog(info_.dialogName);  // self-assignment keeps the name
+    EXPECT_EQ(info_.dialogName, L"Options");
+    EXPECT_EQ(info_.count, 0);
+    info_.LogOverflowingText(L"B");
+    info_.StartEditDialog(L"Print");
+    info_.LogOverflowingText(L"");
+    EXPECT_EQ(Written(), "\n\t-> Options\r\n" + kIndent + "A\r\n" + "\n\t-> Options\r\n" + kIndent + "B\r\n" +
+                             "\n\t-> Print\r\n" + kIndent + "\r\n");
+}
+
+TEST_F(OverflowLogTest, TextsAreEncodedByTheLocale) {
+    const std::string previous = std::setlocale(LC_CTYPE, nullptr);
+    ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+    info_.StartEditDialog(L"Einstellungen");
+    info_.LogOverflowingText(L"Schlie\u00dfen \u65e5\u672c");
+    std::setlocale(LC_CTYPE, previous.c_str());
+    EXPECT_EQ(Written(), "\n\t-> Einstellungen\r\n" + kIndent +
+                             "Schlie\xc3\x9f"
+                             "en \xe6\x97\xa5\xe6\x9c\xac\r\n");
+}
+
+TEST_F(OverflowLogTest, WithoutAStreamOnlyCounts) {
+    OverflowingTextDialogInfo quiet;
+    EXPECT_EQ(quiet.logFile, nullptr);
+    EXPECT_EQ(quiet.count, 0);
+    EXPECT_TRUE(quiet.dialogName.empty());
+    quiet.StartEditDialog(L"Options");
+    quiet.LogOverflowingText(L"A");
+    quiet.LogOverflowingText(L"B");
+    EXPECT_EQ(quiet.count, 2);
+
+    // A stream set later starts with the lines only: the dialog's header went with the first text.
+    quiet.logFile = file_;
+    quiet.LogOverflowingText(L"C");
+    EXPECT_EQ(Written(), kIndent + "C\r\n");
+
+    quiet.count = INT_MAX;
+    quiet.logFile = nullptr;
+    quiet.LogOverflowingText(L"D");
+    EXPECT_EQ(quiet.count, INT_MAX);
+}
+
+TEST_F(OverflowLogTest, GlobalRecordStartsEmptyAndCopies) {
+    EXPECT_EQ(ulo::overflowDialogHelper_.logFile, nullptr);
+    EXPECT_EQ(ulo::overflowDialogHelper_.count, 0);
+    EXPECT_TRUE(ulo::overflowDialogHelper_.dialogName.empty());
+
+    info_.StartEditDialog(L"Find");
+    info_.LogOverflowingText(L"x");
+    OverflowingTextDialogInfo copy = info_;
+    EXPECT_EQ(copy.dialogName, L"Find");
+    EXPECT_EQ(copy.count, 1);
+    EXPECT_EQ(copy.logFile, file_);
+}
+
+}  // namespace
