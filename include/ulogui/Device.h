@@ -1,0 +1,81 @@
+#pragma once
+// Devices that pixel buffers are shown on (ULOPictureBits::SetToDevice). HDC is a pointer to one.
+// A device offers exactly what showing a buffer needs: the colour it currently shows at a point, and
+// copying a bottom-up 32-bit rectangle onto it (the parameters of the Windows call SetDIBitsToDevice).
+#include <cstdint>
+#include <vector>
+
+#include "ulogui/Color.h"
+#include "ulogui/Export.h"
+
+namespace ulogui {
+namespace platform {
+
+// Describes the pixels handed to CopyBits; field for field a Windows BITMAPINFOHEADER (40 bytes).
+struct BitmapInfoHeader {
+    uint32_t size = 40;
+    int32_t width = 0;
+    int32_t height = 0;  // positive: rows bottom-up
+    uint16_t planes = 1;
+    uint16_t bitCount = 32;
+    uint32_t compression = 0;  // kCompressionRGB
+    uint32_t sizeImage = 0;
+    int32_t xPelsPerMeter = 0;
+    int32_t yPelsPerMeter = 0;
+    uint32_t clrUsed = 0;
+    uint32_t clrImportant = 0;
+};
+static_assert(sizeof(BitmapInfoHeader) == 40, "BitmapInfoHeader must match the 40-byte bitmap header");
+
+constexpr uint32_t kCompressionRGB = 0;  // uncompressed pixels
+constexpr unsigned kColorUseRGB = 0;     // pixels are colours, not palette indices
+
+class ULODRAW_API Device {
+public:
+    virtual ~Device();
+
+    // The colour the device shows at (x, y).
+    virtual CLR GetPixel(int x, int y) const = 0;
+
+    // Copies the rectangle of `width` x `height` pixels whose lower-left corner is (srcX, srcY) in the
+    // image (rows counted from the bottom, as in a bottom-up bitmap) so that its top-left pixel lands on
+    // (destX, destY). `bits` holds `scanLines` rows of the image starting with row `startScan` (counted
+    // from the bottom); only those rows can be copied. Returns the number of rows copied.
+    virtual int CopyBits(int destX, int destY, int width, int height, int srcX, int srcY, int startScan,
+                         int scanLines, const void* bits, const BitmapInfoHeader& header,
+                         unsigned colorUse) = 0;
+};
+
+// A framebuffer in memory, for hosts that render off screen and for tests. Its pixels are kept
+// top-down: row 0 is the top row, each row GetStride() bytes of 4-byte pixels blue, green, red, 0.
+// CopyBits accepts uncompressed bottom-up 32-bit images and clips to the framebuffer; the image's
+// fourth byte is not kept (a device shows colours, not transparency).
+class ULODRAW_API MemoryDevice : public Device {
+public:
+    // A non-positive side gives an empty framebuffer.
+    MemoryDevice(int width, int height, const CLR& background = CLR(0, 0, 0));
+    ~MemoryDevice() override;
+
+    int GetWidth() const { return width_; }
+    int GetHeight() const { return height_; }
+    int GetStride() const { return width_ * 4; }
+    const unsigned char* GetData() const { return pixels_.data(); }
+
+    // Outside the framebuffer: white, the colour that an invalid-colour answer (all bits set) carries.
+    CLR GetPixel(int x, int y) const override;
+    // Ignored outside the framebuffer.
+    void SetPixel(int x, int y, const CLR& colour);
+    void Fill(const CLR& colour);
+
+    // Other images (top-down, compressed, not 32-bit, not RGB) copy nothing and return 0.
+    int CopyBits(int destX, int destY, int width, int height, int srcX, int srcY, int startScan,
+                 int scanLines, const void* bits, const BitmapInfoHeader& header, unsigned colorUse) override;
+
+private:
+    int width_;
+    int height_;
+    std::vector<unsigned char> pixels_;
+};
+
+}  // namespace platform
+}  // namespace ulogui
