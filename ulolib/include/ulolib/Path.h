@@ -13,22 +13,27 @@ public:
     ULOPath() = default;
     ULOPath(const ULOString& path) : path_(path) {}
     ULOPath(const wchar_t* path) : path_(path) {}
+    // From a UTF-8 file name (bytes that are no UTF-8 become U+FFFD).
     static ULOPath FromNative(const std::string& narrow);
 
-    // Appends a component, inserting one separator where needed.
+    // Appends a component, inserting one separator where needed; an empty component changes nothing.
     ULOPath operator/(const ULOString& component) const;
     ULOPath& operator/=(const ULOString& component);
 
     bool empty() const { return path_.empty(); }
-    // Both report false on any failure and, when given, store why in error (callers may ignore it).
+    // Both report false on any failure and, when given, store why in error (callers may ignore it):
+    // a system error of the call "stat", so a missing path gives 0x80070002. On success error is
+    // set to no error.
     bool exists(ulo::ErrorCode* error = nullptr) const;
     bool is_directory(ulo::ErrorCode* error = nullptr) const;
 
-    // The extension without its dot ("ura" for "Main.ura"); empty when there is none.
+    // The extension without its dot: what follows the last dot of filename() ("ura" for
+    // "Main.ura", "bashrc" for ".bashrc"); empty when there is none and for "." and "..".
     ULOString extension() const;
-    // The last component ("Main.ura").
+    // The last component ("Main.ura"): what follows the last separator, empty after a trailing one.
     ULOString filename() const;
-    // Everything before the last component, without a trailing separator.
+    // Everything before the last component, without a trailing separator ("/" for "/a", empty for
+    // "a" and for "/").
     ULOPath parent_path() const;
 
     const ULOString& wstring() const { return path_; }

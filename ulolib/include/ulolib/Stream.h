@@ -18,6 +18,8 @@ public:
     size_t Read(void* data, size_t size);
     size_t Write(const void* data, size_t size);
 
+    // The typed readers return false when the whole value could not be read; the value is then
+    // left unchanged (the bytes that were there are consumed).
     // 16- and 32-bit values in the stream's fixed multi-byte order (big-endian).
     bool WriteSwap(uint16_t value);
     bool WriteSwap(uint32_t value);
@@ -32,7 +34,8 @@ public:
     // An array: its element count (SInt32) then count x elementSize raw bytes.
     bool WriteArray(const void* elements, int32_t count, size_t elementSize);
     // Reads the stored count n and then min(n, capacity) elements; stored elements beyond the
-    // capacity are skipped. True only when n == capacity and every element was read.
+    // capacity are skipped. True only when n == capacity and every element was read. readCount
+    // receives the number of whole elements stored into elements. A negative n fails.
     bool ReadArray(void* elements, int32_t capacity, size_t elementSize, int32_t* readCount = nullptr);
 
     // Position in bytes from the start of the stream.
@@ -105,12 +108,16 @@ public:
     ~ULOWriteChunk();
     ULOWriteChunk(const ULOWriteChunk&) = delete;
     ULOWriteChunk& operator=(const ULOWriteChunk&) = delete;
-    bool IsOk() const { return ok_; }
+    bool IsOk() const { return ok_; }  // false when the header could not be written
+    // Fills in the length now (the destructor then does nothing) and reports whether it could:
+    // false when the header failed, the chunk was closed before, or the payload exceeds 4 GiB - 1.
+    bool Close();
 
 private:
     ULOStream* stream_;
     uint64_t lengthPosition_ = 0;
     bool ok_ = false;
+    bool closed_ = false;
 };
 
 // Opens a chunk for reading: reads are confined to it until the reader goes out of scope, when
@@ -123,6 +130,8 @@ public:
     ULOReadChunk& operator=(const ULOReadChunk&) = delete;
 
     bool IsOk() const { return ok_; }  // false when the header could not be read whole
+    // Zero unless the header was read whole. A length beyond the enclosing chunk (or, outside any
+    // chunk, the stream) is kept here, but reads stop at the enclosing end.
     uint16_t GetID() const { return id_; }
     uint32_t GetLength() const { return length_; }
 

@@ -23,23 +23,31 @@ public:
     // The last n characters.
     ULOString Right(int n) const;
 
-    // printf-style formatting where %s and %c take wide arguments, as in the Windows runtime.
+    // printf-style formatting where %s and %c take wide arguments, as in the Windows runtime:
+    // %s, %ls, %ws, %c, %lc take wchar_t strings and characters; %hs, %S, %hc, %C take narrow ones
+    // (converted by the C runtime's locale: keep them ASCII unless the host chose a UTF-8 locale);
+    // %I64d, %I32d and %Id are read as %lld, %d and %zd. Everything else is C99 printf. A format
+    // that cannot be produced (bad narrow argument, over 16M characters) gives an empty string.
     static ULOString Format(const wchar_t* format, ...);
     void FormatInPlace(const wchar_t* format, ...);
 
-    // Ordinal comparisons; the NoCase forms fold with towlower on each code point.
+    // Ordinal comparisons returning -1, 0 or 1; the NoCase forms fold with towlower on each code
+    // point, with the full Unicode mapping whatever locale the host selected.
     int Compare(const std::wstring& other) const;
     int CompareNoCase(const std::wstring& other) const;
     bool EqualsNoCase(const std::wstring& other) const { return CompareNoCase(other) == 0; }
     ULOString MakeLower() const;
     ULOString MakeUpper() const;
 
-    // Splits at every separator; empty pieces are kept, so "a//b" gives "a", "", "b".
+    // Splits at every separator; empty pieces are kept, so "a//b" gives "a", "", "b" and n
+    // separators always give n + 1 pieces ("" gives one empty piece).
     std::vector<ULOString> Split(wchar_t separator) const;
     // Like Split but drops empty pieces (a tokenizer).
     std::vector<ULOString> Tokenize(wchar_t separator) const;
 
-    // Encodings. Malformed input is replaced by U+FFFD, never rejected.
+    // Encodings. Malformed input is replaced by U+FFFD, never rejected: one U+FFFD per maximal
+    // ill-formed UTF-8 subsequence, per lone UTF-16 surrogate, and per wchar_t that is no Unicode
+    // scalar value (a surrogate, negative or above U+10FFFF) on output.
     static ULOString FromUtf8(const std::string& utf8);
     std::string ToUtf8() const;
     static ULOString FromUtf16(const std::u16string& utf16);
