@@ -7,8 +7,8 @@
 //
 // The calling thread always takes part, so nested sections and sections started from several
 // threads at once cannot deadlock even when every worker is busy.
-#include <boost/function.hpp>
 #include <atomic>
+#include <boost/function.hpp>
 #include <exception>
 #include <memory>
 
