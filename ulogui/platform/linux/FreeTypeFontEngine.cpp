@@ -1,0 +1,459 @@
+#include "ulogui/platform/linux/FreeTypeFontEngine.h"
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include FT_SIZES_H
+#include FT_TRUETYPE_TABLES_H
+#include FT_TRUETYPE_TAGS_H
+
+#include <algorithm>
+#include <cstdlib>
+#include <vector>
+
+#include "ulogui/platform/linux/FaceCatalogue.h"
+#include "ulogui/platform/linux/SfntFacts.h"
+
+namespace ulogui {
+namespace platform {
+namespace ft {
+
+// One FreeType library per engine. FreeType objects of one library are not thread-safe, so every
+// use of the library, its faces and sizes holds the one lock.
+struct Library {
+    FT_Library ft = nullptr;
+    std::recursive_mutex mutex;
+    Library() {
+        if (FT_Init_FreeType(&ft) != 0) {
+            ft = nullptr;
+        }
+    }
+    ~Library() {
+        if (ft) {
+            FT_Done_FreeType(ft);
+        }
+    }
+};
+
+// An open face file shared by every font made from it, with what is the same for all of them:
+// design values, hinted advances per pixel size, and the face's kerning pairs.
+class SharedFace {
+public:
+    SharedFace(std::shared_ptr<Library> library, FT_Face face) : library_(std::move(library)), face_(face) {
+        if (!face_->charmap) {
+            // Symbol faces map their characters at U+F000..U+F0FF only.
+            if (FT_Select_Charmap(face_, FT_ENCODING_MS_SYMBOL) == 0) {
+                symbolMap_ = true;
+            }
+        }
+        design_.unitsPerEm = face_->units_per_EM;
+        const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face_, FT_SFNT_OS2));
+        const auto* hhea = static_cast<const TT_HoriHeader*>(FT_Get_Sfnt_Table(face_, FT_SFNT_HHEA));
+        if (os2 && os2->version != 0xFFFF && (os2->usWinAscent != 0 || os2->usWinDescent != 0)) {
+            design_.winAscent = os2->usWinAscent;
+            design_.winDescent = os2->usWinDescent;
+            averageWidth_ = os2->xAvgCharWidth;
+        } else {
+            design_.winAscent = static_cast<uint32_t>(std::max<FT_Short>(face_->ascender, 0));
+            design_.winDescent = static_cast<uint32_t>(std::max(-face_->descender, 0));
+        }
+        if (hhea) {
+            const int64_t hheaCell = static_cast<int64_t>(hhea->Ascender) - hhea->Descender;
+            const int64_t winCell = static_cast<int64_t>(design_.winAscent) + design_.winDescent;
+            externalLeadingUnits_ = std::max<int64_t>(0, hhea->Line_Gap - (winCell - hheaCell));
+        }
+        maxWidthUnits_ = static_cast<int64_t>(face_->bbox.xMax) - face_->bbox.xMin;
+    }
+    ~SharedFace() {
+        std::lock_guard<std::recursive_mutex> lock(library_->mutex);
+        FT_Done_Face(face_);
+    }
+    SharedFace(const SharedFace&) = delete;
+    SharedFace& operator=(const SharedFace&) = delete;
+
+    FT_Face Face() const { return face_; }
+    Library& Lib() const { return *library_; }
+    const VerticalDesign& Design() const { return design_; }
+    int64_t AverageWidthUnits() const { return averageWidth_; }
+    int64_t MaxWidthUnits() const { return maxWidthUnits_; }
+    int64_t ExternalLeadingUnits() const { return externalLeadingUnits_; }
+
+    FT_UInt GlyphOf(uint32_t codePoint) const {
+        if (symbolMap_ && codePoint < 0x100) {
+            codePoint |= 0xF000;
+        }
+        return FT_Get_Char_Index(face_, codePoint);
+    }
+
+    // The advance of a glyph at the active size (ppem), computed once per size. The caller holds
+    // the library lock and has activated a size of that ppem.
+    int32_t HintedAdvance(uint32_t ppem, FT_UInt glyph) {
+        std::vector<int32_t>& table = advances_[ppem];
+        if (table.empty()) {
+            table.assign(static_cast<size_t>(std::max<FT_Long>(face_->num_glyphs, 1)), -1);
+        }
+        if (glyph >= table.size()) {
+            glyph = 0;
+        }
+        int32_t& advance = table[glyph];
+        if (advance < 0) {
+            // The monochrome target makes FreeType's hinter produce the advances of the classic
+            // (v35) TrueType interpreter, which is what the Windows engine reports; no auto-hinter,
+            // which that engine does not have.
+            const FT_Int32 flags =
+                FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH;
+            if (FT_Load_Glyph(face_, glyph, flags) == 0) {
+                advance = static_cast<int32_t>((face_->glyph->metrics.horiAdvance + 63) >> 6);
+            } else {
+                advance = 0;
+            }
+        }
+        return advance;
+    }
+
+    // Kerning pairs in font units with their glyphs turned into the lowest BMP code point that maps
+    // to each; pairs with an unmapped glyph are dropped. Read once. Caller holds the library lock.
+    const std::vector<KerningPair>& UnscaledKerning() {
+        if (kerningRead_) {
+            return kerning_;
+        }
+        kerningRead_ = true;
+        FT_ULong length = 0;
+        if (FT_Load_Sfnt_Table(face_, TTAG_kern, 0, nullptr, &length) != 0 || length == 0) {
+            return kerning_;
+        }
+        std::vector<uint8_t> table(length);
+        if (FT_Load_Sfnt_Table(face_, TTAG_kern, 0, table.data(), &length) != 0) {
+            return kerning_;
+        }
+        const std::vector<GlyphKerning> pairs = ParseKernTable(table.data(), table.size());
+        if (pairs.empty()) {
+            return kerning_;
+        }
+        constexpr uint32_t kUnmapped = 0xFFFFFFFFu;
+        std::vector<uint32_t> codeOfGlyph(static_cast<size_t>(std::max<FT_Long>(face_->num_glyphs, 1)),
+                                          kUnmapped);
+        FT_UInt glyph = 0;
+        for (FT_ULong code = FT_Get_First_Char(face_, &glyph); glyph != 0;
+             code = FT_Get_Next_Char(face_, code, &glyph)) {
+            if (code <= 0xFFFF && glyph < codeOfGlyph.size() && code < codeOfGlyph[glyph]) {
+                codeOfGlyph[glyph] = static_cast<uint32_t>(code);
+            }
+        }
+        for (const GlyphKerning& pair : pairs) {
+            if (pair.left >= codeOfGlyph.size() || pair.right >= codeOfGlyph.size()) {
+                continue;
+            }
+            const uint32_t first = codeOfGlyph[pair.left];
+            const uint32_t second = codeOfGlyph[pair.right];
+            if (first != kUnmapped && second != kUnmapped) {
+                kerning_.push_back({static_cast<uint16_t>(first), static_cast<uint16_t>(second), pair.value});
+            }
+        }
+        return kerning_;
+    }
+
+private:
+    std::shared_ptr<Library> library_;  // outlives the face
+    FT_Face face_;
+    bool symbolMap_ = false;
+    VerticalDesign design_;
+    int64_t averageWidth_ = 0;
+    int64_t maxWidthUnits_ = 0;
+    int64_t externalLeadingUnits_ = 0;
+    std::map<uint32_t, std::vector<int32_t>> advances_;
+    bool kerningRead_ = false;
+    std::vector<KerningPair> kerning_;
+};
+
+namespace {
+
+class FreeTypeFont : public PlatformFont {
+public:
+    FreeTypeFont(std::shared_ptr<SharedFace> face, FT_Size size, uint32_t ppem, bool fakeBold,
+                 const FontRequest& request, ULOString faceName, const FontMetrics& metrics)
+        : face_(std::move(face)),
+          size_(size),
+          ppem_(ppem),
+          fakeBold_(fakeBold),
+          request_(request),
+          faceName_(std::move(faceName)),
+          metrics_(metrics) {}
+    ~FreeTypeFont() override {
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        FT_Done_Size(size_);
+    }
+    FreeTypeFont(const FreeTypeFont&) = delete;
+    FreeTypeFont& operator=(const FreeTypeFont&) = delete;
+
+    ULOString GetFaceName() const override { return faceName_; }
+    const FontRequest& GetRequest() const override { return request_; }
+    FontMetrics GetMetrics() const override { return metrics_; }
+
+    void GetCharAdvances(uint32_t first, uint32_t last, int32_t* widths) const override {
+        if (last < first) {
+            return;
+        }
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        FT_Activate_Size(size_);
+        // A synthesised bold face is one pixel wider per glyph, as the classic engine makes it.
+        const int32_t extra = fakeBold_ ? 1 : 0;
+        for (uint64_t c = first; c <= last; ++c) {
+            const FT_UInt glyph = face_->GlyphOf(static_cast<uint32_t>(c));
+            widths[c - first] = face_->HintedAdvance(ppem_, glyph) + extra;
+        }
+    }
+
+    std::vector<KerningPair> GetKerningPairs() const override {
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        std::vector<KerningPair> pairs = face_->UnscaledKerning();
+        const uint32_t upem = face_->Design().unitsPerEm;
+        for (KerningPair& pair : pairs) {
+            pair.amount = ScaleKerning(pair.amount, ppem_, upem);
+        }
+        return pairs;
+    }
+
+private:
+    std::shared_ptr<SharedFace> face_;
+    FT_Size size_;
+    uint32_t ppem_;
+    bool fakeBold_;
+    FontRequest request_;
+    ULOString faceName_;
+    FontMetrics metrics_;
+};
+
+const char* GenericFamilyOf(uint8_t pitchAndFamily) {
+    switch (pitchAndFamily & 0xF0) {
+        case family::kRoman:
+            return "serif";
+        case family::kSwiss:
+            return "sans-serif";
+        case family::kModern:
+            return "monospace";
+        case family::kScript:
+            return "cursive";
+        case family::kDecorative:
+            return "fantasy";
+        default:
+            return (pitchAndFamily & 0x3) == pitch::kFixed ? "monospace" : "sans-serif";
+    }
+}
+
+}  // namespace
+
+FreeTypeFontEngine::FreeTypeFontEngine(FcConfig* config)
+    : config_(config ? FcConfigReference(config) : nullptr), library_(std::make_shared<Library>()) {}
+
+FreeTypeFontEngine::~FreeTypeFontEngine() {
+    {
+        std::lock_guard<std::recursive_mutex> lock(library_->mutex);
+        faces_.clear();
+        catalogue_.reset();
+    }
+    if (config_) {
+        FcConfigDestroy(config_);
+    }
+}
+
+const FaceCatalogue& FreeTypeFontEngine::Catalogue() {
+    if (!catalogue_) {
+        catalogue_ = std::make_unique<FaceCatalogue>(config_, library_->ft);
+    }
+    return *catalogue_;
+}
+
+void FreeTypeFontEngine::EnumerateFaces(uint8_t charSet, const std::function<bool(const FaceInfo&)>& visit) {
+    std::lock_guard<std::recursive_mutex> lock(library_->mutex);
+    if (!library_->ft) {
+        return;
+    }
+    for (const FaceFamily& fam : Catalogue().Families()) {
+        for (uint8_t set : fam.charSets) {
+            if (charSet != charset::kDefault && set != charSet) {
+                continue;
+            }
+            FaceInfo info;
+            info.faceName = fam.name;
+            info.charSet = set;
+            info.pitchAndFamily = fam.pitchAndFamily;
+            info.trueType = true;
+            if (!visit(info)) {
+                return;
+            }
+        }
+    }
+}
+
+const FaceFamily* FreeTypeFontEngine::SubstituteFamily(const FontRequest& request) {
+    const FaceCatalogue& catalogue = Catalogue();
+    const bool anySet = request.charSet == charset::kDefault;
+    auto fits = [&](const FaceFamily* fam) { return fam && (anySet || fam->Supports(request.charSet)); };
+
+    FcPattern* pattern = FcPatternCreate();
+    if (!request.faceName.empty()) {
+        const std::string name = request.faceName.ToUtf8();
+        FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(name.c_str()));
+    }
+    FcPatternAddString(pattern, FC_FAMILY,
+                       reinterpret_cast<const FcChar8*>(GenericFamilyOf(request.pitchAndFamily)));
+    if (const char* lang = anySet ? nullptr : LanguageOfCharSet(request.charSet)) {
+        FcPatternAddString(pattern, FC_LANG, reinterpret_cast<const FcChar8*>(lang));
+    }
+    FcPatternAddBool(pattern, FC_SCALABLE, FcTrue);
+    FcConfigSubstitute(config_, pattern, FcMatchPattern);
+    FcDefaultSubstitute(pattern);
+    FcResult result = FcResultNoMatch;
+    FcFontSet* sorted = FcFontSort(config_, pattern, FcFalse, nullptr, &result);
+    FcPatternDestroy(pattern);
+    const FaceFamily* chosen = nullptr;
+    if (sorted) {
+        for (int i = 0; i < sorted->nfont && !chosen; ++i) {
+            FcChar8* file = nullptr;
+            int index = 0;
+            if (FcPatternGetString(sorted->fonts[i], FC_FILE, 0, &file) != FcResultMatch) {
+                continue;
+            }
+            FcPatternGetInteger(sorted->fonts[i], FC_INDEX, 0, &index);
+            const FaceFamily* fam = catalogue.FindFamilyOfFile(reinterpret_cast<const char*>(file), index);
+            if (fits(fam)) {
+                chosen = fam;
+            }
+        }
+        FcFontSetDestroy(sorted);
+    }
+    if (chosen) {
+        return chosen;
+    }
+    // fontconfig offered nothing usable: any face of the set, the same pitch and family first.
+    for (const FaceFamily& fam : catalogue.Families()) {
+        if (fits(&fam) && fam.pitchAndFamily == request.pitchAndFamily) {
+            return &fam;
+        }
+    }
+    for (const FaceFamily& fam : catalogue.Families()) {
+        if (fits(&fam)) {
+            return &fam;
+        }
+    }
+    return nullptr;
+}
+
+const FaceFamily* FreeTypeFontEngine::ChooseFamily(const FontRequest& request) {
+    const FaceCatalogue& catalogue = Catalogue();
+    const bool anySet = request.charSet == charset::kDefault;
+    const FaceFamily* named = request.faceName.empty() ? nullptr : catalogue.FindFamily(request.faceName);
+    // The character set outweighs the name: a face that cannot show the script is replaced.
+    if (named && (anySet || named->Supports(request.charSet))) {
+        return named;
+    }
+    if (const FaceFamily* substitute = SubstituteFamily(request)) {
+        return substitute;
+    }
+    if (named) {
+        return named;
+    }
+    return catalogue.Families().empty() ? nullptr : &catalogue.Families().front();
+}
+
+const FaceFile& FreeTypeFontEngine::ChooseMember(const FaceFamily& fam, int32_t weight, bool italic) const {
+    const std::vector<FaceFile>& files = catalogue_->Files();
+    const FaceFile* best = nullptr;
+    int64_t bestScore = 0;
+    for (size_t member : fam.members) {
+        const FaceFile& file = files[member];
+        const int64_t score =
+            (file.italic != italic ? 10000 : 0) + std::abs(static_cast<int64_t>(file.weightClass) - weight);
+        if (!best || score < bestScore) {
+            best = &file;
+            bestScore = score;
+        }
+    }
+    return *best;
+}
+
+std::shared_ptr<SharedFace> FreeTypeFontEngine::OpenFace(const FaceFile& file) {
+    auto key = std::make_pair(file.path, file.index);
+    auto it = faces_.find(key);
+    if (it != faces_.end()) {
+        return it->second;
+    }
+    FT_Face face = nullptr;
+    if (FT_New_Face(library_->ft, file.path.c_str(), file.index, &face) != 0) {
+        return nullptr;
+    }
+    auto shared = std::make_shared<SharedFace>(library_, face);
+    faces_[key] = shared;
+    return shared;
+}
+
+const FaceFile* FreeTypeFontEngine::ResolveFace(const FontRequest& request) {
+    std::lock_guard<std::recursive_mutex> lock(library_->mutex);
+    if (!library_->ft) {
+        return nullptr;
+    }
+    const FaceFamily* fam = ChooseFamily(request);
+    if (!fam) {
+        return nullptr;
+    }
+    return &ChooseMember(*fam, request.weight == 0 ? 400 : request.weight, request.italic);
+}
+
+std::shared_ptr<PlatformFont> FreeTypeFontEngine::CreateFontObject(const FontRequest& request) {
+    std::lock_guard<std::recursive_mutex> lock(library_->mutex);
+    const FaceFile* file = library_->ft ? ResolveFace(request) : nullptr;
+    if (!file) {
+        return nullptr;
+    }
+    std::shared_ptr<SharedFace> shared = OpenFace(*file);
+    if (!shared) {
+        return nullptr;
+    }
+    FT_Face face = shared->Face();
+    FT_Size size = nullptr;
+    if (FT_New_Size(face, &size) != 0) {
+        return nullptr;
+    }
+    FT_Activate_Size(size);
+    const VerticalDesign& design = shared->Design();
+    const uint32_t ppem = PixelsPerEmForHeight(request.height, design);
+    if (FT_Set_Pixel_Sizes(face, 0, ppem) != 0) {
+        FT_Done_Size(size);
+        return nullptr;
+    }
+    const int32_t weight = request.weight == 0 ? 400 : request.weight;
+    const bool fakeBold = weight > 550 && file->weightClass <= 550;
+
+    const FaceFamily* fam = Catalogue().FindFamilyOfFile(file->path, file->index);
+    FontMetrics metrics;
+    const uint32_t upem = design.unitsPerEm;
+    metrics.pixelsPerEm = ppem;
+    metrics.ascent = ScaleRounded(design.winAscent, ppem, upem);
+    metrics.descent = ScaleRounded(design.winDescent, ppem, upem);
+    metrics.height = metrics.ascent + metrics.descent;
+    metrics.internalLeading =
+        ScaleRounded(static_cast<int64_t>(design.winAscent) + design.winDescent - upem, ppem, upem);
+    metrics.externalLeading = ScaleRounded(shared->ExternalLeadingUnits(), ppem, upem);
+    metrics.averageCharWidth = ScaleRounded(shared->AverageWidthUnits(), ppem, upem);
+    metrics.maxCharWidth = ScaleRounded(shared->MaxWidthUnits(), ppem, upem) + (fakeBold ? 1 : 0);
+    metrics.weight = fakeBold ? 700 : file->weightClass;
+    metrics.pitchAndFamily = file->pitchAndFamily;
+    metrics.charSet = request.charSet;
+    if (request.charSet == charset::kDefault || (fam && !fam->Supports(request.charSet))) {
+        metrics.charSet = file->charSets.empty() ? charset::kAnsi : file->charSets.front();
+    }
+    metrics.italic = request.italic || file->italic;
+    metrics.underlined = request.underline;
+    metrics.struckOut = request.strikeOut;
+    return std::make_shared<FreeTypeFont>(shared, size, ppem, fakeBold, request,
+                                          fam ? fam->name : file->family, metrics);
+}
+
+}  // namespace ft
+
+std::shared_ptr<FontEngine> CreateDefaultFontEngine() {
+    return std::make_shared<ft::FreeTypeFontEngine>();
+}
+
+}  // namespace platform
+}  // namespace ulogui
