@@ -130,9 +130,9 @@ public:
     ULOReadChunk& operator=(const ULOReadChunk&) = delete;
 
     bool IsOk() const { return ok_; }  // false when the header could not be read whole
-    // Zero unless the header was read whole. A length beyond the enclosing chunk (or, outside any
-    // chunk, the stream) is kept here, but reads stop at the enclosing end.
+    // Both are zero unless the header was read whole.
     uint16_t GetID() const { return id_; }
+    // The length as stored; reads still stop at the end of the enclosing chunk or the stream.
     uint32_t GetLength() const { return length_; }
 
 private:

@@ -32,7 +32,8 @@ public:
     void FormatInPlace(const wchar_t* format, ...);
 
     // Ordinal comparisons returning -1, 0 or 1; the NoCase forms fold with towlower on each code
-    // point, with the full Unicode mapping whatever locale the host selected.
+    // point, with the full Unicode mapping whatever locale the host selected (taken from the
+    // C.UTF-8 locale, which Debian always installs; without it, the host's locale decides).
     int Compare(const std::wstring& other) const;
     int CompareNoCase(const std::wstring& other) const;
     bool EqualsNoCase(const std::wstring& other) const { return CompareNoCase(other) == 0; }
