@@ -52,6 +52,7 @@ TEST_F(OverflowLogTest, DialogHeaderOnceThenIndentedTexts) {
 }
 
 TEST_F(OverflowLogTest, RestartingTheSameDialogWritesItsHeaderAgain) {
+    info_.LogOverflowingText(L"before any dialog");
     info_.StartEditDialog(L"Options");
     info_.LogOverflowingText(L"A");
     info_.StartEditDialog(info_.dialogName);  // self-assignment keeps the name
@@ -60,8 +61,9 @@ TEST_F(OverflowLogTest, RestartingTheSameDialogWritesItsHeaderAgain) {
     info_.LogOverflowingText(L"B");
     info_.StartEditDialog(L"Print");
     info_.LogOverflowingText(L"");
-    EXPECT_EQ(Written(), "\n\t-> Options\r\n" + kIndent + "A\r\n" + "\n\t-> Options\r\n" + kIndent + "B\r\n" +
-                             "\n\t-> Print\r\n" + kIndent + "\r\n");
+    EXPECT_EQ(Written(), "\n\t-> \r\n" + kIndent + "before any dialog\r\n" + "\n\t-> Options\r\n" + kIndent +
+                             "A\r\n" + "\n\t-> Options\r\n" + kIndent + "B\r\n" + "\n\t-> Print\r\n" +
+                             kIndent + "\r\n");
 }
 
 TEST_F(OverflowLogTest, TextsAreEncodedByTheLocale) {
