@@ -167,14 +167,6 @@ TEST_F(ResourceFileDiscoverTest, KindFollowsTheLastExtension) {
     EXPECT_EQ(ResourceFile(L"/r/Main.", 0).GetType(), ResourceFile::resourceUnknown);
     EXPECT_EQ(ResourceFile(L"/r/Main.uraa", 0).GetType(), ResourceFile::resourceUnknown);
     EXPECT_EQ(ResourceFile(L"", 0).GetType(), ResourceFile::resourceUnknown);
-
-    ResourceFile file(L"/r/Main.urd", 3);
-    ResourceFile moved(std::move(file));
-    EXPECT_EQ(moved.GetLang(), 3);
-    EXPECT_EQ(moved.GetType(), ResourceFile::resourceURD);
-    ResourceFile assigned(L"x", 0);
-    assigned = moved;
-    EXPECT_EQ(assigned.GetPath(), ULOPath(L"/r/Main.urd"));
 }
 
 TEST_F(ResourceFileDiscoverTest, AvailableLanguagesAreTheCompleteOnes) {
