@@ -1,7 +1,9 @@
 #include "ulogui/platform/linux/FreeTypeFontEngine.h"
 
 #include <ft2build.h>
+#include FT_DRIVER_H
 #include FT_FREETYPE_H
+#include FT_MODULE_H
 #include FT_SIZES_H
 #include FT_TRUETYPE_TABLES_H
 #include FT_TRUETYPE_TAGS_H
@@ -25,7 +27,13 @@ struct Library {
     Library() {
         if (FT_Init_FreeType(&ft) != 0) {
             ft = nullptr;
+            return;
         }
+        // The classic TrueType interpreter, whose hinted advances the Windows engine reports. If a
+        // FreeType build lacks it, the monochrome load target of the newer one comes closest (it
+        // differs on a handful of composite glyphs).
+        FT_UInt classic = TT_INTERPRETER_VERSION_35;
+        FT_Property_Set(ft, "truetype", "interpreter-version", &classic);
     }
     ~Library() {
         if (ft) {
@@ -96,9 +104,8 @@ public:
         }
         int32_t& advance = table[glyph];
         if (advance < 0) {
-            // The monochrome target makes FreeType's hinter produce the advances of the classic
-            // (v35) TrueType interpreter, which is what the Windows engine reports; no auto-hinter,
-            // which that engine does not have.
+            // Hinted for monochrome output, as the classic engine measures; never auto-hinted,
+            // which that engine cannot do.
             const FT_Int32 flags =
                 FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH;
             if (FT_Load_Glyph(face_, glyph, flags) == 0) {

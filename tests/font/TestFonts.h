@@ -1,0 +1,44 @@
+#pragma once
+// Font engines over private fontconfig configurations that hold only the project's test fonts
+// (Debian packages fonts-dejavu-core, fonts-liberation, fonts-ipaexfont-gothic,
+// fonts-arphic-gbsn00lp), so that no other font of the machine changes a result.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ulogui/platform/FontEngine.h"
+#include "ulogui/platform/linux/FreeTypeFontEngine.h"
+
+namespace testfonts {
+
+std::string DejaVu(const char* file);      // e.g. DejaVu("DejaVuSans.ttf")
+std::string Liberation(const char* file);  // e.g. Liberation("LiberationSans-Regular.ttf")
+std::string IpaexGothic();
+std::string ArphicGb();
+bool Exists(const std::string& path);
+
+// The Latin faces: DejaVu Sans (4 styles), Sans Mono, Serif; Liberation Sans (3 styles), Serif, Mono.
+const std::vector<std::string>& LatinFiles();
+// Whether the Japanese and Chinese faces are installed.
+bool HaveCjkFonts();
+
+// An engine that sees exactly files.
+std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> MakeEngine(const std::vector<std::string>& files);
+// Shared engines (made once per process): Latin faces only, and Latin plus the two CJK faces.
+std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> LatinEngine();
+std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> FullEngine();
+
+// Installs an engine as the process-wide one for the life of the object.
+class ScopedEngine {
+public:
+    explicit ScopedEngine(std::shared_ptr<ulogui::platform::FontEngine> engine);
+    ~ScopedEngine();
+    ScopedEngine(const ScopedEngine&) = delete;
+    ScopedEngine& operator=(const ScopedEngine&) = delete;
+};
+
+// Advances as the classic TrueType interpreter (v35) computes them, read with a FreeType library
+// of the test's own: the reference the engine's width tables are compared with.
+std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last);
+
+}  // namespace testfonts
