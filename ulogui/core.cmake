@@ -6,6 +6,7 @@ ulogui_family(ulogui_core
   ${CMAKE_CURRENT_LIST_DIR}/GUIMath.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PixelBlock.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PictureBits.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PictureInfo.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsFill.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsStream.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsDevice.cpp

@@ -19,6 +19,7 @@
 #include "ulogui/PlatformTypes.h"
 
 class ULOStream;
+class ULOPictureInfo;
 
 // Pixel-format flags (the values are part of the stored formats).
 constexpr int PICTBITS_ALPHA = 0x1;  // byte 3 of each 4-byte pixel is meaningful
@@ -69,7 +70,8 @@ public:
 
     virtual bool IsMagnified() const;
 
-    // The catalogue accessor GetInfo() follows IsMagnified as the last virtual operation.
+    // The catalogue record of the picture; a plain buffer has the shared undefined record (id -1).
+    virtual const ULOPictureInfo& GetInfo();
 
     // Deep copy: a new owned block with src's bytes, geometry and flags.
     void Clone(const ULOPictureBits& src);
