@@ -38,6 +38,14 @@ struct StoreRGBA32 {
 // Applies `store` to every pixel of every row, leaving the row padding alone.
 template <typename Store>
 void StoreEveryPixel(unsigned char* bits, int width, int height, std::ptrdiff_t lineWidth, Store store) {
+    if (lineWidth == static_cast<std::ptrdiff_t>(width) * Store::kBytes) {
+        // Unpadded rows (every 32-bit buffer) are one run: one long loop instead of many short ones.
+        const std::ptrdiff_t pixels = static_cast<std::ptrdiff_t>(width) * height;
+        for (std::ptrdiff_t i = 0; i < pixels; ++i) {
+            store(bits + i * Store::kBytes);
+        }
+        return;
+    }
     for (int row = 0; row < height; ++row) {
         unsigned char* p = bits + row * lineWidth;
         for (int x = 0; x < width; ++x) {
