@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Fails when the shared library exports a strong symbol outside its public families.
-# Template instantiations of std:: and boost:: (weak symbols) follow their arguments'
-# visibility and are allowed.
+# Weak symbols (template instantiations of std:: and boost:: types) follow the visibility of
+# their arguments and are not checked.
 set -euo pipefail
 lib=$1
-allowed='^(typeinfo( name)? for |vtable for |VTT for |non-virtual thunk to |virtual thunk to )?(ULO[A-Za-z_]*|CLR[A-Za-z_0-9]*|ulogui::|ulo::|magnify::|BitmapResourceFile|FontResourceFile|Directory::|std::|boost::|__gnu_cxx::|operator)'
-bad=$(nm -D --defined-only -C "$lib" | awk '$2 ~ /^[TDBRVWu]$/ { $1 = ""; $2 = ""; sub(/^  /, ""); print }' |
+family='(ULO[A-Za-z_]*|CLR[A-Za-z_0-9]*|COLOR_[A-Z_]+|[A-Z_]+_CLR_COMPONENT|MORE_INTENSE_[A-Z_]+|dontFillBackground|ulogui::|ulo::|magnify::|BitmapResourceFile|FontResourceFile|details::|tools::)'
+allowed="^((typeinfo( name)?|vtable|VTT|construction vtable) for |(non-)?virtual thunk to )?${family}"
+bad=$(nm -D --defined-only -C "$lib" | awk '$2 ~ /^[TDBR]$/ { $1 = ""; $2 = ""; sub(/^  /, ""); print }' |
       grep -v -E "$allowed" | grep -v -E '^(_init|_fini|_edata|_end|__bss_start)$' || true)
 count=$(nm -D --defined-only "$lib" | wc -l)
 if [[ -n "$bad" ]]; then
