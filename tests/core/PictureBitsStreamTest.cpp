@@ -73,8 +73,10 @@ protected:
         if (bytes_.size() < position_ + n) {
             bytes_.resize(position_ + n);
         }
-        std::memcpy(bytes_.data() + position_, data, n);
-        position_ += n;
+        if (n > 0) {
+            std::memcpy(bytes_.data() + position_, data, n);
+            position_ += n;
+        }
         return n;
     }
     bool DoSeek(uint64_t position) override {
