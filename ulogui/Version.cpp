@@ -1,3 +1,5 @@
 #include "ulogui/Version.h"
 
-const char* ULODrawLibVersion() { return "0.1.0"; }
+const char* ULODrawLibVersion() {
+    return "0.1.0";
+}
