@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ulogui/Export.h"
+#include "ulogui/Geometry.h"
 #include "ulogui/PlatformTypes.h"
 #include "ulolib/ErrorCode.h"
 #include "ulolib/Path.h"
@@ -123,6 +124,38 @@ public:
     static bool NeedsUnicodeExtras(int language) { return language == 3 || language == 7; }
     static void SetUsesUnicodeExtras(bool uses) { bUsesUnicodeExtras_ = uses; }
     static bool UsesUnicodeExtras() { return bUsesUnicodeExtras_; }
+
+    // ---- Text measurement (ulogui/font/FontMeasure.cpp, FontWrap.cpp, FontTruncate.cpp) ----
+    // Everything here works on the cached width tables only: no platform call, no lock. Widths are
+    // logical (device widths divided by the magnifier) and heights are in the font's pixel height.
+    // Tabs advance to the next multiple of 50 from the tab origin, one interval further when the
+    // stop is closer than a space; see docs/text-measurement.md for the exact unit of each member.
+
+    // Width of s as one line, tab stops counted from startX.
+    float GetStringRealWidthSingleLine(const ULOString& s, float startX) const;
+    // Widest of the lines of s, split at every CR and every LF.
+    float GetStringRealWidthMultiLine(const ULOString& s, float startX) const;
+    float GetStringRealWidth(const ULOString& s, float startX) const;
+    // The multi-line width rounded up.
+    int GetStringWidth(const ULOString& s, float startX) const;
+    // Advance of a tab at x, in device pixels (magnified) or logical units.
+    float GetTabWidth(float x, bool magnified) const;
+    float ComputeMaxStringWidth(const ULOString& s) const;
+    // (line feeds + 1) × height.
+    int ComputeMinStringHeight(const ULOString& s) const;
+    // Logical width (rounded up) with device height.
+    ULOSize ComputeStringBoundingRect(const ULOString& s) const;
+    // Height of s wrapped into width: a line per started width of each LF-separated piece.
+    int ComputeTextLabelHeight(const ULOString& s, int width) const;
+    static size_t CountLineFeeds(const ULOString& s);
+    // Length of the first line of s wrapped into maxWidth (the break character begins the next
+    // line); 0 when the first line of s fits as a whole.
+    int GetMaxWordOffset(int maxWidth, const ULOString& s, float startX) const;
+    // Shortens s from the end and appends ellipsis so that it fits maxWidth; true when shortened.
+    bool TruncateString(const ULOString& s, ULOString& out, int maxWidth, ULOString ellipsis) const;
+    // Replaces middle components of path by ellipsis so that it fits maxWidth; true when shortened.
+    bool TruncatePath(const ULOString& path, ULOString& out, int maxWidth, ULOString ellipsis) const;
+    // ---- end of text measurement ----
 
 protected:
     static bool bUsesUnicodeExtras_;
