@@ -1,8 +1,7 @@
 // The per-thread magnifier and the logical/device conversions.
 #include <cmath>
 #include <cstdint>
-
-#include <boost/thread/tss.hpp>
+#include <optional>
 
 #include "ulogui/FloatToInteger.h"
 #include "ulogui/Magnify.h"
@@ -19,12 +18,6 @@ namespace {
 constexpr float kUnsetMagnifier = -2.0f;
 
 bool magnifyPhysicalDisplay = false;
-
-// One slot for the whole library; each thread's float is deleted when that thread ends.
-boost::thread_specific_ptr<float>& MagnifierSlot() {
-    static boost::thread_specific_ptr<float> slot;
-    return slot;
-}
 
 int RoundToDevice(float v) {
     return detail::SaturatingTruncate(std::floor(v + 0.5f));
@@ -57,12 +50,11 @@ void ConvertRect(ULORect& r, float m, Convert convert) {
 }  // namespace
 
 float& GetMagnifier() {
-    boost::thread_specific_ptr<float>& slot = MagnifierSlot();
-    float* factor = slot.get();
-    if (factor == nullptr) {
+    // Each thread owns its factor, taken from the global value on first use and gone with the thread.
+    thread_local std::optional<float> factor;
+    if (!factor) {
         const float global = globalMagnifierValue;
-        factor = new float(global != kUnsetMagnifier ? global : 1.0f);
-        slot.reset(factor);
+        factor = global != kUnsetMagnifier ? global : 1.0f;
     }
     return *factor;
 }
