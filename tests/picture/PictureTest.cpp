@@ -1,0 +1,443 @@
+// ULOPicture: construction by ID and by size, the version choice, magnification and the cache.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <thread>
+
+#include "picture/PictureTestFiles.h"
+
+namespace {
+
+using namespace picturetest;
+
+std::vector<unsigned char> Bytes(const ULOPictureBits& b) {
+    const unsigned char* p = b.GetBits();
+    return std::vector<unsigned char>(p, p + static_cast<size_t>(b.GetLineWidth(true)) * b.GetHeight(true));
+}
+
+// A plain owning buffer holding the stored bytes of one part of one version.
+ULOPictureBits Stored(int id, int slot, int part, int width, int height, int flags) {
+    std::vector<unsigned char> bytes = PartBytes(id, slot, part, width, height, flags);
+    ULOPictureBits view(bytes.data(), width, height, ULOPictureUtil::ComputeLineWidth(width, flags), flags);
+    ULOPictureBits copy;
+    copy.Clone(view);
+    return copy;
+}
+
+// What smooth scaling of a stored version into a cleared block of the given size gives.
+std::vector<unsigned char> Smoothed(const ULOPictureBits& source, int width, int height) {
+    const int flags = source.GetFlags();
+    std::vector<unsigned char> block(
+        static_cast<size_t>(ULOPictureUtil::ComputeLineWidth(width, flags)) * height, 0);
+    ULOPictureBitsHolder target(block.data(), width, height, ULOPictureUtil::ComputeLineWidth(width, flags),
+                                flags);
+    source.EnlargeSmooth(target, nullptr);
+    return block;
+}
+
+bool IsTransparentWhitePixel(const ULOPicture& p) {
+    static const unsigned char white[4] = {255, 255, 255, 255};
+    return p.GetWidth(true) == 1 && p.GetHeight(true) == 1 && p.GetBits() != nullptr &&
+           std::memcmp(p.GetBits(), white, 4) == 0;
+}
+
+class PictureTest : public ResourceFileTest {};
+
+TEST_F(PictureTest, LoadsEveryVersionAndPart) {
+    Use({MakePicture(200, PICTBITS_ALPHA, 3, {{6, 4}, {12, 8}})});
+    for (unsigned int part = 0; part < 3; ++part) {
+        SCOPED_TRACE(part);
+        const ULOPicture normal(200, part, false);
+        EXPECT_EQ(normal.GetCurrentVersion(), 1);
+        EXPECT_EQ(normal.GetSize(true), ULOSize(6, 4));
+        EXPECT_EQ(normal.GetFlags(), PICTBITS_ALPHA);
+        EXPECT_EQ(Bytes(normal), PartBytes(200, 0, static_cast<int>(part), 6, 4, PICTBITS_ALPHA));
+        const ULOPicture large(200, part, false, false, true);
+        EXPECT_EQ(large.GetCurrentVersion(), 2);
+        EXPECT_EQ(large.GetSize(true), ULOSize(12, 8));
+        EXPECT_EQ(Bytes(large), PartBytes(200, 1, static_cast<int>(part), 12, 8, PICTBITS_ALPHA));
+    }
+    ULOPicture picture(200, 1, false);
+    EXPECT_FALSE(picture.IsMagnified());
+    EXPECT_EQ(picture.GetInfo().GetID(), 200);
+    EXPECT_EQ(picture.GetInfo().GetPartsCount(), 3);
+    EXPECT_TRUE(picture.CanBeRemade());
+}
+
+TEST_F(PictureTest, VersionFollowsTheMagnifier) {
+    Use({MakePicture(205, 0, 1, {{4, 4}, {8, 8}}), MakePicture(206, 0, 1, {{4, 4}})});
+    struct Case {
+        float m;
+        bool magnified, preferLarge, forceLarge;
+        int id, version;
+    };
+    const Case cases[] = {
+        {1.0f, true, false, false, 205, 1},  {1.0f, true, true, false, 205, 1},
+        {1.5f, true, false, false, 205, 1},  {1.5f, true, true, false, 205, 2},
+        {1.98f, true, false, false, 205, 1}, {2.0f, true, false, false, 205, 2},
+        {2.0f, false, false, false, 205, 1}, {2.0f, true, false, false, 206, 1},
+        {1.0f, false, false, true, 205, 2},  {0.5f, true, true, false, 205, 2},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "m " << c.m << " magnified " << c.magnified << " preferLarge "
+                                        << c.preferLarge << " forceLarge " << c.forceLarge << " id " << c.id);
+        SetMagnifier(c.m);
+        EXPECT_EQ(ULOPicture(c.id, 0, c.magnified, c.preferLarge, c.forceLarge).GetCurrentVersion(),
+                  c.version);
+    }
+}
+
+TEST_F(PictureTest, MagnifiedPicturesHoldDevicePixels) {
+    Use({MakePicture(210, PICTBITS_ALPHA, 1, {{6, 4}, {12, 8}})});
+    const ULOPictureBits v1 = Stored(210, 0, 0, 6, 4, PICTBITS_ALPHA);
+    const ULOPictureBits v2 = Stored(210, 1, 0, 12, 8, PICTBITS_ALPHA);
+
+    SetMagnifier(1.0f);
+    const ULOPicture at1(210);
+    EXPECT_TRUE(at1.IsMagnified());
+    EXPECT_EQ(Bytes(at1), Bytes(v1));
+
+    // A whole magnifier: version 2, scaled smoothly by the magnifier.
+    SetMagnifier(2.0f);
+    const ULOPicture at2(210);
+    EXPECT_EQ(at2.GetCurrentVersion(), 2);
+    EXPECT_EQ(at2.GetSize(true), ULOSize(24, 16));
+    EXPECT_EQ(at2.GetSize(false), ULOSize(12, 8));
+    EXPECT_EQ(Bytes(at2), Smoothed(v2, 24, 16));
+
+    // A fractional one: version 1, its middle column and row repeated.
+    SetMagnifier(1.5f);
+    const ULOPicture at15(210);
+    EXPECT_EQ(at15.GetCurrentVersion(), 1);
+    EXPECT_EQ(at15.GetSize(true), ULOSize(9, 6));
+    EXPECT_EQ(at15.GetSize(false), ULOSize(6, 4));
+    ULOPictureBits stretched;
+    stretched.Clone(v1);
+    stretched.HEnlarge(9, -1);
+    stretched.VEnlarge(6, -1);
+    EXPECT_EQ(Bytes(at15), Bytes(stretched));
+
+    // preferLarge takes version 2 and scales it smoothly even at a fractional magnifier.
+    const ULOPicture preferLarge(210, 0, true, true);
+    EXPECT_EQ(preferLarge.GetSize(true), ULOSize(18, 12));
+    EXPECT_EQ(Bytes(preferLarge), Smoothed(v2, 18, 12));
+
+    // Shrinking at a fractional magnifier takes the nearest pixels.
+    SetMagnifier(0.5f);
+    const ULOPicture at05(210);
+    ULOPictureBits nearest;
+    nearest.Clone(v1);
+    nearest.Resize(3, 2, ULOPictureBits::eResizeNearest);
+    EXPECT_EQ(at05.GetSize(true), ULOSize(3, 2));
+    EXPECT_EQ(Bytes(at05), Bytes(nearest));
+}
+
+TEST_F(PictureTest, FullCopyPicturesAreStretchedNotSmoothed) {
+    const int fullCopy = 0x2;
+    Use({MakePicture(215, fullCopy, 1, {{5, 3}})});
+    SetMagnifier(2.0f);
+    const ULOPicture picture(215);
+    ULOPictureBits stretched = Stored(215, 0, 0, 5, 3, fullCopy);
+    stretched.HEnlarge(10, -1);
+    stretched.VEnlarge(6, -1);
+    EXPECT_EQ(Bytes(picture), Bytes(stretched));
+}
+
+TEST_F(PictureTest, PictureOfARequestedSize) {
+    Use({MakePicture(220, 0, 1, {{8, 6}, {16, 12}})});
+    const ULOPictureBits v1 = Stored(220, 0, 0, 8, 6, 0);
+    const ULOPictureBits v2 = Stored(220, 1, 0, 16, 12, 0);
+
+    const ULOPicture exact(220, ULOSize(8, 6), 0, false, true);
+    EXPECT_TRUE(exact.IsMagnified());
+    EXPECT_EQ(exact.GetCurrentVersion(), 1);
+    EXPECT_EQ(Bytes(exact), Bytes(v1));
+
+    // Smaller than version 1: version 2 is scaled down.
+    const ULOPicture small(220, ULOSize(4, 4), 0, false, true);
+    EXPECT_EQ(small.GetCurrentVersion(), 2);
+    EXPECT_EQ(Bytes(small), Smoothed(v2, 4, 4));
+
+    // Without smoothing the middle is stretched; VEnlarge never shrinks, so the height stays.
+    const ULOPicture smallStretched(220, ULOSize(4, 4), 0, false, false);
+    ULOPictureBits narrowed;
+    narrowed.Clone(v2);
+    narrowed.HEnlarge(4, -1);
+    EXPECT_EQ(smallStretched.GetSize(true), ULOSize(4, 12));
+    EXPECT_EQ(Bytes(smallStretched), Bytes(narrowed));
+
+    const ULOPicture large(220, ULOSize(20, 9), 0, false, false);
+    ULOPictureBits grown;
+    grown.Clone(v1);
+    grown.HEnlarge(20, -1);
+    grown.VEnlarge(9, -1);
+    EXPECT_EQ(large.GetCurrentVersion(), 1);
+    EXPECT_EQ(Bytes(large), Bytes(grown));
+
+    // The requested size is magnified on request.
+    SetMagnifier(1.5f);
+    const ULOPicture magnified(220, ULOSize(10, 10), 0, true, true);
+    EXPECT_EQ(magnified.GetSize(true), ULOSize(15, 15));
+    EXPECT_EQ(magnified.GetSize(false), ULOSize(10, 10));
+    EXPECT_EQ(Bytes(magnified), Smoothed(v1, 15, 15));
+
+    const ULOPicture empty(220, ULOSize(0, 5), 0, false, true);
+    EXPECT_EQ(empty.GetSize(true), ULOSize(0, 0));
+    EXPECT_EQ(empty.GetBits(), nullptr);
+    EXPECT_TRUE(IsTransparentWhitePixel(ULOPicture(-2, ULOSize(30, 30))));
+}
+
+TEST_F(PictureTest, MinusTwoAndMissingIDsAreOneTransparentWhitePixel) {
+    Use({MakePicture(231, 0, 1, {{4, 4}})});
+    for (float m : {1.0f, 2.0f}) {
+        SetMagnifier(m);
+        const ULOPicture special(-2);
+        EXPECT_TRUE(IsTransparentWhitePixel(special));
+        EXPECT_EQ(special.GetCurrentVersion(), 1);
+        EXPECT_FALSE(special.CanBeRemade());
+    }
+    SetMagnifier(1.0f);
+    for (int id : {230, 232, -1, 99999}) {
+        SCOPED_TRACE(id);
+        ULOPicture missing(id);
+        EXPECT_TRUE(IsTransparentWhitePixel(missing));
+        EXPECT_EQ(missing.GetInfo().GetID(), -1);
+        EXPECT_FALSE(missing.CanBeRemade());
+        EXPECT_EQ(missing.Remake().GetBits(), nullptr);
+    }
+}
+
+TEST_F(PictureTest, RemakeFollowsTheNewMagnifier) {
+    Use({MakePicture(240, 0, 2, {{6, 4}, {12, 8}}), MakePicture(0, 0, 1, {{2, 2}})});
+    const ULOPicture byID(240, 1);
+    const ULOPicture bySize(240, ULOSize(7, 7), 1, true, false);
+    EXPECT_EQ(byID.GetSize(true), ULOSize(6, 4));
+    EXPECT_EQ(bySize.GetSize(true), ULOSize(7, 7));
+
+    SetMagnifier(2.0f);
+    const ULOPicture byIDAgain = byID.Remake();
+    EXPECT_EQ(byIDAgain.GetCurrentVersion(), 2);
+    EXPECT_EQ(byIDAgain.GetSize(true), ULOSize(24, 16));
+    EXPECT_EQ(Bytes(byIDAgain), Bytes(ULOPicture(240, 1)));
+    const ULOPicture bySizeAgain = bySize.Remake();
+    EXPECT_EQ(bySizeAgain.GetSize(true), ULOSize(14, 14));
+    EXPECT_EQ(Bytes(bySizeAgain), Bytes(ULOPicture(240, ULOSize(7, 7), 1, true, false)));
+
+    // Nothing to build again from: pictures outside the catalogue and ID 0.
+    EXPECT_FALSE(ULOPicture().CanBeRemade());
+    EXPECT_FALSE(ULOPicture(ULOSize(3, 3)).CanBeRemade());
+    EXPECT_EQ(ULOPicture(ULOSize(3, 3)).Remake().GetSize(true), ULOSize(0, 0));
+    ULOPicture zero(0, 0, false);
+    EXPECT_EQ(zero.GetInfo().GetID(), 0);
+    EXPECT_FALSE(zero.CanBeRemade());
+}
+
+TEST_F(PictureTest, MagnifiedGeometryReportsLogicalUnits) {
+    std::vector<unsigned char> bytes(static_cast<size_t>(33 * 4 * 20), 7);
+    ULOPicture picture(bytes.data(), 33, 20, 0, 1);
+    EXPECT_FALSE(picture.IsMagnified());
+    SetMagnifier(2.0f);
+    EXPECT_EQ(picture.GetWidth(false), 33);
+    picture.SetbIsMagnified(true);
+    EXPECT_EQ(picture.GetWidth(false), 17);
+    EXPECT_EQ(picture.GetWidth(true), 33);
+    EXPECT_EQ(picture.GetHeight(false), 10);
+    EXPECT_EQ(picture.GetSize(false), ULOSize(17, 10));
+    EXPECT_EQ(picture.GetRect(false), ULORect(0, 0, 17, 10));
+    EXPECT_EQ(picture.GetRect(true), ULORect(0, 0, 33, 20));
+    EXPECT_EQ(picture.GetLineWidth(false), 68);
+    EXPECT_EQ(picture.GetLineWidth(true), 132);
+    SetMagnifier(1.0f);
+    EXPECT_EQ(picture.GetWidth(false), 33);
+}
+
+// The same operation on a magnified picture (logical arguments) and on a plain copy (device ones).
+template <class OnPicture, class OnBits>
+void ExpectLikeBuffer(float m, OnPicture onPicture, OnBits onBits) {
+    magnify::GetMagnifier() = m;
+    std::vector<unsigned char> bytes = PartBytes(1, 2, 3, 20, 10, PICTBITS_ALPHA);
+    ULOPicture picture(bytes.data(), 20, 10, PICTBITS_ALPHA, 1);
+    picture.SetbIsMagnified(true);
+    ULOPictureBits plain;
+    plain.Clone(picture.GetRawPictureBits());
+    onPicture(picture);
+    onBits(plain);
+    EXPECT_EQ(picture.GetSize(true), plain.GetSize(true));
+    EXPECT_EQ(Bytes(picture), Bytes(plain));
+}
+
+TEST_F(PictureTest, GeometryOperationsTakeLogicalUnits) {
+    using B = ULOPictureBits;
+    ExpectLikeBuffer(
+        2.0f, [](ULOPicture& p) { p.HEnlarge(15, -1); }, [](B& b) { b.HEnlarge(30, -2); });
+    ExpectLikeBuffer(
+        2.0f, [](ULOPicture& p) { p.HEnlarge(8, 3); }, [](B& b) { b.HEnlarge(16, 6); });
+    ExpectLikeBuffer(
+        2.0f, [](ULOPicture& p) { p.VEnlarge(8, 2); }, [](B& b) { b.VEnlarge(16, 4); });
+    ExpectLikeBuffer(
+        1.5f, [](ULOPicture& p) { p.Enlarge(ULORect(0, 0, 5, 9), ULOPoint(2, 1)); },
+        [](B& b) {
+            b.HEnlarge(8, 3);
+            b.VEnlarge(14, 2);
+        });
+    ExpectLikeBuffer(
+        2.0f, [](ULOPicture& p) { p.Crop(5, 4, B::eCropCenter); },
+        [](B& b) { b.Crop(10, 8, B::eCropCenter); });
+    // The rectangle keeps its size wherever it lies: (1, 1, 4, 4) at 1.5 is (2, 2, 7, 7).
+    ExpectLikeBuffer(
+        1.5f, [](ULOPicture& p) { p.Crop(ULORect(1, 1, 4, 4)); }, [](B& b) { b.Crop(ULORect(2, 2, 7, 7)); });
+    ExpectLikeBuffer(
+        2.0f, [](ULOPicture& p) { p.Resize(4, 3, B::eResizeNearest); },
+        [](B& b) { b.Resize(8, 6, B::eResizeNearest); });
+    ExpectLikeBuffer(
+        2.0f, [](ULOPicture& p) { p.Resize(6, 4, ULORect(1, 1, 7, 5), B::eResizeBox); },
+        [](B& b) { b.Resize(12, 8, ULORect(2, 2, 14, 10), B::eResizeBox); });
+    ExpectLikeBuffer(
+        2.0f, [](ULOPicture& p) { p.ResizeToWidth(5, B::eResizeNearest); },
+        [](B& b) { b.ResizeToWidth(10, B::eResizeNearest); });
+    ExpectLikeBuffer(
+        2.0f, [](ULOPicture& p) { p.ResizeToHeight(4, B::eResizeBox); },
+        [](B& b) { b.ResizeToHeight(8, B::eResizeBox); });
+    ExpectLikeBuffer(
+        2.0f, [](ULOPicture& p) { p.HResize(15); }, [](B& b) { b.HResize(30); });
+
+    // ResizeLazy leaves the new pixels undefined: only the size can be compared.
+    magnify::GetMagnifier() = 2.0f;
+    ULOPicture lazy(ULOSize(4, 4));
+    lazy.SetbIsMagnified(true);
+    lazy.ResizeLazy(3, 5);
+    EXPECT_EQ(lazy.GetSize(true), ULOSize(6, 10));
+}
+
+TEST_F(PictureTest, UnmagnifiedPicturesUseTheBufferOperationsUnchanged) {
+    using B = ULOPictureBits;
+    SetMagnifier(2.0f);
+    std::vector<unsigned char> bytes = PartBytes(4, 0, 0, 10, 10, 0);
+    ULOPicture picture(bytes.data(), 10, 10, 0, 1);
+    picture.Crop(4, 6, B::eCropTopLeft);
+    EXPECT_EQ(picture.GetSize(true), ULOSize(4, 6));
+    EXPECT_EQ(picture.GetSize(false), ULOSize(4, 6));
+    // Unlike the buffer's, the picture's Enlarge narrows to a narrower target.
+    picture.Enlarge(ULORect(0, 0, 3, 8), ULOPoint(-1, -1));
+    EXPECT_EQ(picture.GetSize(true), ULOSize(3, 8));
+}
+
+TEST_F(PictureTest, PixelsAreReadAtMagnifiedCoordinates) {
+    SetMagnifier(2.0f);
+    ULOPicture picture(ULOSize(4, 4), 0, 1);
+    picture.SetPixelAndAlpha(2, 2, CLR(10, 20, 30), 0);
+    picture.SetPixelAndAlpha(3, 3, CLR(40, 50, 60), 0);
+    EXPECT_EQ(picture.GetPixel(1, 1), CLR(0, 0, 0));
+    picture.SetbIsMagnified(true);
+    EXPECT_EQ(picture.GetPixel(1, 1), CLR(10, 20, 30));
+    EXPECT_EQ(picture.GetPixel(ULOPoint(1, 1)), CLR(10, 20, 30));
+    // At 0.5 the last logical column and row round one past the buffer; the last device ones are read.
+    SetMagnifier(0.5f);
+    EXPECT_EQ(picture.GetPixel(7, 7), CLR(40, 50, 60));
+}
+
+TEST_F(PictureTest, PicturesOutsideTheCatalogue) {
+    std::vector<unsigned char> bytes = PartBytes(5, 0, 0, 5, 3, PICTBITS_RGB24);
+    const ULOPicture fromBits(bytes.data(), 5, 3, PICTBITS_RGB24, 4);
+    bytes[0] ^= 0xFF;  // the picture has a copy
+    EXPECT_EQ(Bytes(fromBits), PartBytes(5, 0, 0, 5, 3, PICTBITS_RGB24));
+    EXPECT_EQ(fromBits.GetLineWidth(true), 16);
+    EXPECT_EQ(fromBits.GetCurrentVersion(), 1);
+    EXPECT_FALSE(fromBits.IsMagnified());
+    EXPECT_FALSE(fromBits.CanBeRemade());
+    ULOPicture mutableCopy = fromBits;
+    const ULOPictureInfo& info = mutableCopy.GetInfo();
+    EXPECT_EQ(info.GetID(), -1);
+    EXPECT_EQ(info.GetPartsCount(), 4);
+    EXPECT_EQ(info.GetFlags(), PICTBITS_RGB24);
+    EXPECT_EQ(info.GetSizeVersionFlags(), 1);
+    ASSERT_EQ(info.GetSizes().size(), 1u);
+    EXPECT_EQ(info.GetPicSizeInfo(1), ULOPictureSizeInfo(1, 5, 3, 16));
+
+    const ULOPicture cleared(ULOSize(3, 2), PICTBITS_MASK8, 2);
+    EXPECT_EQ(Bytes(cleared), std::vector<unsigned char>(8, 0));
+    EXPECT_EQ(cleared.GetBytesPerPixel(), 1);
+}
+
+TEST_F(PictureTest, CopiesOwnTheirPixels) {
+    std::vector<unsigned char> bytes = PartBytes(6, 0, 0, 3, 3, 0);
+    ULOPicture original(bytes.data(), 3, 3, 0, 1);
+    ULOPicture copy(original);
+    EXPECT_NE(copy.GetBits(), original.GetBits());
+    copy.SetPixelAndAlpha(0, 0, CLR(1, 2, 3), 4);
+    EXPECT_EQ(Bytes(original), bytes);
+
+    ULOPicture assigned(ULOSize(8, 8));
+    assigned = original;  // the 8 x 8 block is released
+    EXPECT_EQ(Bytes(assigned), bytes);
+    assigned = assigned;
+    EXPECT_EQ(Bytes(assigned), bytes);
+
+    const unsigned char* block = original.GetBits();
+    ULOPicture moved(std::move(original));
+    EXPECT_EQ(moved.GetBits(), block);
+    EXPECT_EQ(original.GetBits(), nullptr);
+    ULOPicture target(ULOSize(2, 2));
+    target = std::move(moved);
+    EXPECT_EQ(target.GetBits(), block);
+
+    ULOPicture other(ULOSize(1, 1), PICTBITS_RGB24);
+    target.Swap(other);
+    EXPECT_EQ(other.GetBits(), block);
+    EXPECT_EQ(target.GetFlags(), PICTBITS_RGB24);
+    EXPECT_EQ(target.GetBytesPerPixel(), 3);
+}
+
+TEST_F(PictureTest, CacheServesDecodedVersionsWithoutTheFile) {
+    Use({MakePicture(250, 0, 2, {{4, 3}, {8, 6}})});
+    const ULOPicture first(250, 0, false);
+    ulo::SingleLock lock(ULOPicture::ccResource);
+    unsigned char* bits = nullptr;
+    unsigned char* again = nullptr;
+    int flags = 0, versions = 0, width = 0, height = 0, stride = 0, stamp = 1;
+    ULOPicture::ReadPictureVersion(250, 1, 0, bits, flags, versions, width, height, stride, stamp);
+    ULOPicture::ReadPictureVersion(250, 1, 0, again, flags, versions, width, height, stride, stamp);
+    EXPECT_EQ(bits, again);
+    EXPECT_EQ(versions, 3);
+    EXPECT_EQ(ULOSize(width, height), ULOSize(4, 3));
+    EXPECT_EQ(stride, 16);
+
+    ASSERT_EQ(std::remove(FilePath().c_str()), 0);
+    EXPECT_EQ(Bytes(ULOPicture(250, 0, false)), Bytes(first));
+    // A part never decoded cannot be read now, and the stand-in is not remembered.
+    EXPECT_TRUE(IsTransparentWhitePixel(ULOPicture(250, 1, false)));
+    Use({MakePicture(250, 0, 2, {{4, 3}, {8, 6}})});
+    EXPECT_EQ(Bytes(ULOPicture(250, 1, false)), PartBytes(250, 0, 1, 4, 3, 0));
+
+    // Asking for another version replaces what the entry held.
+    EXPECT_EQ(Bytes(ULOPicture(250, 0, false, false, true)), PartBytes(250, 1, 0, 8, 6, 0));
+    ASSERT_EQ(std::remove(FilePath().c_str()), 0);
+    EXPECT_EQ(Bytes(ULOPicture(250, 0, false, false, true)), PartBytes(250, 1, 0, 8, 6, 0));
+    EXPECT_TRUE(IsTransparentWhitePixel(ULOPicture(250, 0, false)));
+}
+
+TEST_F(PictureTest, ConcurrentConstructionGivesTheStoredPixels) {
+    Use({MakePicture(260, 0, 4, {{5, 5}}), MakePicture(261, PICTBITS_RGB24, 4, {{7, 3}})});
+    std::vector<std::thread> threads;
+    std::vector<int> failures(4, 0);
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([t, &failures] {
+            for (int i = 0; i < 40; ++i) {
+                const unsigned int part = static_cast<unsigned int>((i + t) % 4);
+                const ULOPicture a(260, part, false);
+                const ULOPicture b(261, part, false);
+                if (Bytes(a) != PartBytes(260, 0, static_cast<int>(part), 5, 5, 0) ||
+                    Bytes(b) != PartBytes(261, 0, static_cast<int>(part), 7, 3, PICTBITS_RGB24)) {
+                    ++failures[static_cast<size_t>(t)];
+                }
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(failures, std::vector<int>(4, 0));
+}
+
+}  // namespace

@@ -1,0 +1,117 @@
+#pragma once
+// Bitmap resource files for the picture tests, made with the same writer as the resource builder.
+//
+// The catalogue and the decode cache live for the whole process and are keyed by picture ID, so
+// every test uses IDs of its own.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "ulogui/Magnify.h"
+#include "ulogui/Picture.h"
+#include "ulogui/picture/BitmapResourceWriter.h"
+#include "ulogui/picture/PictureReader.h"
+#include "ulolib/TempDir.h"
+
+namespace picturetest {
+
+using ulogui::bitmapres::PictureRecord;
+using ulogui::bitmapres::VersionImage;
+
+// A byte pattern that differs between pictures, versions, parts and positions.
+inline unsigned char PatternByte(int id, int slot, int part, size_t i) {
+    return static_cast<unsigned char>(id * 31 + slot * 17 + part * 71 + i * 13 + (i >> 8));
+}
+
+inline std::vector<unsigned char> PartBytes(int id, int slot, int part, int width, int height, int flags) {
+    const size_t size = static_cast<size_t>(ULOPictureUtil::ComputeLineWidth(width, flags)) * height;
+    std::vector<unsigned char> bytes(size);
+    for (size_t i = 0; i < size; ++i) {
+        bytes[i] = PatternByte(id, slot, part, i);
+    }
+    return bytes;
+}
+
+// A picture whose version in slot k has sizes[k] (a size of 0 x 0 leaves the slot empty).
+inline PictureRecord MakePicture(int id, int flags, int parts, const std::vector<ULOSize>& sizes) {
+    PictureRecord p;
+    p.id = id;
+    p.flags = flags;
+    p.partsCount = parts;
+    for (size_t slot = 0; slot < sizes.size(); ++slot) {
+        if (sizes[slot].cx == 0 && sizes[slot].cy == 0) {
+            continue;
+        }
+        VersionImage image;
+        image.width = sizes[slot].cx;
+        image.height = sizes[slot].cy;
+        for (int part = 0; part < parts; ++part) {
+            const std::vector<unsigned char> bytes =
+                PartBytes(id, static_cast<int>(slot), part, image.width, image.height, flags);
+            image.pixels.insert(image.pixels.end(), bytes.begin(), bytes.end());
+        }
+        p.versions[static_cast<int>(slot)] = image;
+    }
+    return p;
+}
+
+inline void WriteBytes(const std::string& path, const std::vector<unsigned char>& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    ASSERT_TRUE(out.good()) << path;
+}
+
+inline uint32_t GetU32(const std::vector<unsigned char>& bytes, size_t at) {
+    return static_cast<uint32_t>(bytes[at]) | static_cast<uint32_t>(bytes[at + 1]) << 8 |
+           static_cast<uint32_t>(bytes[at + 2]) << 16 | static_cast<uint32_t>(bytes[at + 3]) << 24;
+}
+
+inline void PutU32(std::vector<unsigned char>& bytes, size_t at, uint32_t v) {
+    for (int i = 0; i < 4; ++i) {
+        bytes[at + i] = static_cast<unsigned char>(v >> (8 * i));
+    }
+}
+
+// Offsets inside a file made by BuildBitmapResourceFile.
+inline uint32_t RecordOffset(const std::vector<unsigned char>& file, int id) {
+    return GetU32(file, 256 + 4 * static_cast<size_t>(id));
+}
+inline uint32_t VersionOffset(const std::vector<unsigned char>& file, int id, int slot) {
+    return GetU32(file, RecordOffset(file, id) + 12 + 4 * static_cast<size_t>(slot));
+}
+
+// A stream over a copy of the bytes (a real temporary file, so that every length works).
+inline ulogui::bitmapres::FilePtr StreamOf(const std::vector<unsigned char>& bytes) {
+    FILE* f = std::tmpfile();
+    if (f != nullptr && !bytes.empty()) {
+        std::fwrite(bytes.data(), 1, bytes.size(), f);
+    }
+    if (f != nullptr) {
+        std::rewind(f);
+    }
+    return ulogui::bitmapres::FilePtr(f);
+}
+
+// Puts a file of the given pictures in a folder of its own and makes it the process's resource file;
+// sets the magnifier back to 1.0 afterwards.
+class ResourceFileTest : public ::testing::Test {
+protected:
+    std::string FilePath() const { return dir_.Path().native() + "/Main.urb"; }
+
+    void Use(const std::vector<PictureRecord>& pictures) {
+        WriteBytes(FilePath(), ulogui::bitmapres::BuildBitmapResourceFile(pictures));
+        const ulo::ErrorCode error = ULOPicture::SetBitmapResourceFile(ULOPath::FromNative(FilePath()));
+        ASSERT_FALSE(error.IsError());
+    }
+
+    void SetMagnifier(float m) { magnify::GetMagnifier() = m; }
+    void TearDown() override { magnify::GetMagnifier() = 1.0f; }
+
+    TempDir dir_;
+};
+
+}  // namespace picturetest
