@@ -10,6 +10,8 @@ ulogui_family(ulogui_core
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsFill.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsStream.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsDevice.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Palette.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ColorSet.cpp
   ${CMAKE_CURRENT_LIST_DIR}/platform/MemoryDevice.cpp
   ${CMAKE_CURRENT_LIST_DIR}/platform/linux/WritableMemory.cpp
 )
