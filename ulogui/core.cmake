@@ -10,6 +10,18 @@ ulogui_family(ulogui_core
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsFill.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsStream.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsDevice.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PictureBitsResize.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PictureBitsStretch.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PictureBitsRotate.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PictureBitsBlend.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PictureBitsEnlargeSmooth.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ResampleBlock.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ResizeNearest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ResizeBox.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ResizeCopy.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerTaps.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerScalar.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerVector.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Palette.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ColorSet.cpp
   ${CMAKE_CURRENT_LIST_DIR}/platform/MemoryDevice.cpp
@@ -17,3 +29,12 @@ ulogui_family(ulogui_core
 )
 target_link_libraries(ulogui_core PUBLIC ToolsLib Boost::thread)
 ulo_hot_loops(${CMAKE_CURRENT_LIST_DIR}/PictureBitsFill.cpp)
+# Resampling loops (pixel and tap loops with run-time lengths).
+ulo_hot_loops(
+  ${CMAKE_CURRENT_LIST_DIR}/PictureBitsBlend.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PictureBitsRotate.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ResizeNearest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ResizeBox.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerScalar.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerVector.cpp
+)

@@ -32,8 +32,42 @@ namespace ULOPictureUtil {
 ULODRAW_API int ComputeLineWidth(int width, int flags);
 }  // namespace ULOPictureUtil
 
+// How a picture is turned before use: a rotation in degrees, then mirroring.
+struct ULODRAW_API ULOPictureTransform {
+    float rotation;
+    bool mirrorVertically;
+    bool mirrorHorizontally;
+
+    ULOPictureTransform() : rotation(0.0f), mirrorVertically(false), mirrorHorizontally(false) {}
+    ULOPictureTransform(const ULOPictureTransform&) = default;
+    ULOPictureTransform& operator=(const ULOPictureTransform&) = default;
+    ULOPictureTransform(ULOPictureTransform&&) = default;
+    ULOPictureTransform& operator=(ULOPictureTransform&&) = default;
+    // Floating-point equality on the rotation, so a NaN rotation is never equal.
+    bool operator==(const ULOPictureTransform& other) const {
+        return rotation == other.rotation && mirrorVertically == other.mirrorVertically &&
+               mirrorHorizontally == other.mirrorHorizontally;
+    }
+    bool operator!=(const ULOPictureTransform& other) const { return !(*this == other); }
+};
+
 class ULODRAW_API ULOPictureBits {
 public:
+    // Resize methods; any other value copies, like eResizeCopy.
+    enum EResizeMethod : int { eResizeCopy = 0, eResizeNearest = 1, eResizeBox = 2 };
+    // Crop anchors; values outside 0..8 behave as eCropTopLeft.
+    enum ECropPosition : int {
+        eCropTopLeft = 0,
+        eCropTop = 1,
+        eCropTopRight = 2,
+        eCropLeft = 3,
+        eCropCenter = 4,
+        eCropRight = 5,
+        eCropBottomLeft = 6,
+        eCropBottom = 7,
+        eCropBottomRight = 8
+    };
+
     // Chunk identifier of the stream record written by Write.
     static constexpr int kStreamChunkID = 12035;
 
@@ -64,14 +98,54 @@ public:
     virtual ULORect GetRect(bool magnified) const;
     virtual int GetLineWidth(bool magnified) const;
 
-    // The virtual resampling operations (HEnlarge, VEnlarge, Enlarge, both Crop, ResizeToWidth,
-    // ResizeToHeight, both Resize, ResizeLazy, HResize) belong here, between GetLineWidth and
-    // IsMagnified, to keep the slot order that subclasses rely on.
+    // Resampling (docs/resampling.md). Every operation below builds a new block, frees the old one when
+    // the buffer owned it, and leaves the buffer owning the new block. Their order here is the slot
+    // order subclasses rely on: keep it.
+
+    // Stretches by repeating column splitX (growing) or drops the columns around it (shrinking); a
+    // negative splitX means the middle.
+    virtual void HEnlarge(int newWidth, int splitX);
+    // Grows only, repeating memory row splitY (counted from the bottom); negative means the middle.
+    virtual void VEnlarge(int newHeight, int splitY);
+    // HEnlarge then VEnlarge towards the target's size, each only where the buffer is smaller.
+    virtual void Enlarge(const ULORect& target, const ULOPoint& split);
+    virtual void Crop(int newWidth, int newHeight, ECropPosition position);
+    // Resize(r's width, r's height, r, eResizeCopy).
+    virtual void Crop(ULORect rect);
+    // Keeps the aspect ratio: the height becomes truncate((height + 0.9) * newWidth / width).
+    virtual void ResizeToWidth(int newWidth, EResizeMethod method);
+    virtual void ResizeToHeight(int newHeight, EResizeMethod method);
+    // Nothing happens when the size is unchanged, whatever the method and source.
+    virtual void Resize(int newWidth, int newHeight, const ULORect& source, EResizeMethod method);
+    virtual void Resize(int newWidth, int newHeight, EResizeMethod method);
+    // A new uninitialised block of the new size; the old pixels are dropped, not scaled.
+    virtual void ResizeLazy(int newWidth, int newHeight);
+    // Widens only, centring every row between transparent padding pixels.
+    virtual void HResize(int newWidth);
 
     virtual bool IsMagnified() const;
 
     // The catalogue record of the picture; a plain buffer has the shared undefined record (id -1).
     virtual const ULOPictureInfo& GetInfo();
+
+    // Rotation about the centre: square buffers turned by a multiple of 90 degrees take the exact path
+    // (Rotate90); everything else is resampled, with what falls outside left white and transparent.
+    // Both work in the block the buffer already has.
+    void Rotate(float degrees);
+    // 90, 180 or 270 degrees (within 1e-5) for square buffers; any other angle changes nothing.
+    void Rotate90(float degrees);
+    // Rotate when the rotation is positive, then Mirror.
+    void ApplyTransformation(ULOPictureTransform transform);
+    // Mixes other's bytes into this buffer's block byte by byte: amount <= 0 changes nothing, amount
+    // >= 0.996 copies. Meant for buffers of the same stride and height.
+    void BlendWithPicture(const ULOPictureBits* other, float amount);
+    // Caps r's width (which & 1) and height (which & 2) at the picture's; left and top stay.
+    void ClipRectToPictureSize(ULORect* r, int which) const;
+    // Scales this buffer smoothly into target (area averaging when shrinking, bilinear when enlarging
+    // both ways), keeping the aspect ratio. The output size is targetRect's size, or the target's own
+    // when targetRect is null; output pixel (x, y) goes to target pixel (x, y). Large outputs are
+    // computed on the tools library's worker threads.
+    void EnlargeSmooth(ULOPictureBits& target, const ULORect* targetRect) const;
 
     // Deep copy: a new owned block with src's bytes, geometry and flags.
     void Clone(const ULOPictureBits& src);
@@ -135,6 +209,11 @@ protected:
     bool ownsBits;
     unsigned char bytesPerPixel;
     int flags;
+
+private:
+    // Installs a block built by a resampling operation: frees the old block if it was owned, then
+    // takes the new one (owned) with the given geometry and the current flags.
+    void AdoptBlock_(unsigned char* newBits, int newWidth, int newHeight, int newLineWidth);
 };
 
 // A buffer that wraps bits owned elsewhere; it behaves exactly like ULOPictureBits.

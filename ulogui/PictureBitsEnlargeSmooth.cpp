@@ -1,0 +1,121 @@
+// EnlargeSmooth: the scale, the centring offsets and the choice of mode; the columns are then computed
+// serially for small outputs and on the tools library's worker threads otherwise.
+#include <algorithm>
+#include <cstdint>
+
+#include "toolslib/MultiProc.h"
+#include "toolslib/Progress.h"
+#include "ulogui/PictureBits.h"
+#include "ulogui/ResampleBlock.h"
+#include "ulogui/SmoothScaler.h"
+#include "ulolib/Interruptor.h"
+
+using namespace ulogui::detail;
+
+namespace {
+
+// Outputs smaller than this in both directions are not worth the threads.
+constexpr int kSerialLimit = 40;
+
+// Threads take the columns in groups whose pixels fill whole cache lines of each target row, so that
+// two threads never write into the same line (which would bounce it between their caches) and each
+// thread reads its source strip row after row.
+int ColumnsPerGroup(int bytesPerPixel) {
+    return bytesPerPixel == 4 ? 32 : 64;
+}
+
+smooth::PixelFormat FormatOf(int bytesPerPixel, int flags) {
+    if (bytesPerPixel == 1) {
+        return smooth::PixelFormat::kMask;
+    }
+    if (bytesPerPixel == 3) {
+        return smooth::PixelFormat::kRgb24;
+    }
+    return (flags & PICTBITS_ALPHA) ? smooth::PixelFormat::kRgba32 : smooth::PixelFormat::kRgb32;
+}
+
+bool Overlap(const BlockView& a, const BlockView& b) {
+    return a.bits < b.bits + b.size && b.bits < a.bits + a.size;
+}
+
+}  // namespace
+
+void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* targetRect) const {
+    const int dw = targetRect != nullptr
+                       ? WrapToInt(static_cast<std::int64_t>(targetRect->right) - targetRect->left)
+                       : target.GetWidth(false);
+    const int dh = targetRect != nullptr
+                       ? WrapToInt(static_cast<std::int64_t>(targetRect->bottom) - targetRect->top)
+                       : target.GetHeight(false);
+    if (dw <= 0 || dh <= 0 || width <= 0 || height <= 0 || target.bytesPerPixel != bytesPerPixel) {
+        return;
+    }
+    if (!IsWellFormed(bits, width, height, lineWidth, bytesPerPixel, flags) ||
+        !IsWellFormed(target.bits, target.width, target.height, target.lineWidth, target.bytesPerPixel,
+                      target.flags)) {
+        return;
+    }
+    const BlockView source = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
+    const BlockView destination =
+        ViewOf(target.bits, target.width, target.height, target.lineWidth, target.bytesPerPixel);
+    // Reading and writing the same memory would make the result depend on the order of the columns.
+    if (!destination.CoversPicture() || Overlap(source, destination)) {
+        return;
+    }
+
+    const float scaleX = static_cast<float>(width) / static_cast<float>(dw);
+    const float scaleY = static_cast<float>(height) / static_cast<float>(dh);
+    const float scale = std::max(scaleX, scaleY);
+    const int offsetX = TruncateSaturated(
+        static_cast<double>(static_cast<float>(dw) - static_cast<float>(width) / scale) * 0.5);
+    const int offsetY = TruncateSaturated(
+        static_cast<double>(static_cast<float>(dh) - static_cast<float>(height) / scale) * 0.5);
+
+    // Output pixels beyond the target are neither computed nor written.
+    const int outputColumns = std::min(dw, target.width);
+    const int outputRows = std::min(dh, target.height);
+    const bool bilinear = dw > width && dh > height;
+    const smooth::AxisTaps xs = bilinear ? smooth::BilinearTaps(width, outputColumns, scale, offsetX)
+                                         : smooth::AreaTaps(width, outputColumns, scale, offsetX);
+    const smooth::AxisTaps ys = bilinear ? smooth::BilinearTaps(height, outputRows, scale, offsetY)
+                                         : smooth::AreaTaps(height, outputRows, scale, offsetY);
+
+    smooth::Job job;
+    job.xs = &xs;
+    job.ys = &ys;
+    job.format = FormatOf(bytesPerPixel, flags);
+    job.source = bits;
+    job.sourceHeight = height;
+    job.sourceLineWidth = lineWidth;
+    job.target = target.bits;
+    job.targetHeight = target.height;
+    job.targetLineWidth = target.lineWidth;
+    // Output columns and rows whose window lies wholly outside the picture are left as they are.
+    job.rows = ys.usable;
+    const int columns = xs.usable;
+
+    const ULONullInterruptor never;
+    PIMProgress progress;
+    progress.SetSteps(outputColumns);
+    if (dw < kSerialLimit && dh < kSerialLimit) {
+        for (int x = 0; x < outputColumns; ++x) {
+            if (never.IsInterrupted()) {
+                break;
+            }
+            if (x < columns) {
+                smooth::ScaleColumns(job, x, x + 1);
+            }
+            progress.Step();
+        }
+        return;
+    }
+    // One loop index per output column; the first column of each group computes the group.
+    const int group = ColumnsPerGroup(bytesPerPixel);
+    tools::multiproc::InterruptibleProgressingLoopIter columnLoop(outputColumns, never, &progress);
+    tools::multiproc::ParallelSection section(columnLoop, [&job, group, columns](int x) {
+        if (x % group == 0 && x < columns) {
+            smooth::ScaleColumns(job, x, std::min(x + group, columns));
+        }
+    });
+    tools::multiproc::RunParallelSection(section, tools::multiproc::GetOptimizedMaxJobThreadAllowed());
+}

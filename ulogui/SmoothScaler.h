@@ -1,0 +1,84 @@
+#pragma once
+// The smooth scaler behind ULOPictureBits::EnlargeSmooth (docs/resampling.md).
+//
+// Both of its modes are separable filters: a per-axis list of taps (source coordinate and weight) for
+// every output column and row. Area averaging gives each source cell its exact coverage of the output
+// pixel's window; bilinear interpolation gives the two neighbours 1 - f and f. Weights are fixed point
+// and sum to kWeightOne along each axis, so the output is defined bit for bit by integer arithmetic:
+//
+//     h   = (sum over x taps of wx * P + 2^6) >> 7             (per source row and channel)
+//     out = (sum over y taps of wy * h + 2^20) >> 21
+//
+// which is the weighted mean rounded half up, with 7 fraction bits kept between the two passes. Integer
+// sums do not depend on the order of their terms, so the vector kernel, the scalar kernel and a
+// straightforward per-pixel evaluation all give the same bytes.
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace ulogui {
+namespace detail {
+namespace smooth {
+
+constexpr int kWeightBits = 14;
+constexpr int kWeightOne = 1 << kWeightBits;
+constexpr int kHorizontalShift = 7;
+constexpr int kVerticalShift = 2 * kWeightBits - kHorizontalShift;
+
+// The taps of one axis. Output i has taps [start[i], start[i + 1]); their count is even (a pair with
+// weight 0 repeats the last source coordinate where needed) or zero when the output's window lies wholly
+// outside the picture. Source coordinates of an output rise with the tap.
+struct AxisTaps {
+    std::vector<std::int32_t> start;
+    std::vector<std::int32_t> index;
+    std::vector<std::int16_t> weight;
+    // Two neighbouring taps' weights as one 32-bit word (the first in the low half), per pair.
+    std::vector<std::int32_t> pairWeight;
+    // Largest last - first source coordinate + 1 of any output: how many source rows one output row
+    // may need at once.
+    int maxSpan = 1;
+    // Outputs [0, usable) have taps; the outputs after them (if any) have none.
+    int usable = 0;
+
+    int TapCount(int i) const { return start[i + 1] - start[i]; }
+};
+
+// Exact-coverage area averaging: output i covers [i * scale, (i + 1) * scale) of the source, shifted by
+// `offset` source pixels; cells at offset-shifted coordinates >= sourceLength lie outside and are left
+// out. The remaining coverages are normalised to kWeightOne.
+AxisTaps AreaTaps(int sourceLength, int outputLength, double scale, int offset);
+// Bilinear: position p = offset + scale * (i + 0.5) - 0.5, neighbours floor(p) and ceil(p) clamped to
+// the picture, weights 1 - f and f.
+AxisTaps BilinearTaps(int sourceLength, int outputLength, double scale, int offset);
+
+enum class PixelFormat { kMask, kRgb24, kRgb32, kRgba32 };
+
+struct Job {
+    const AxisTaps* xs = nullptr;
+    const AxisTaps* ys = nullptr;
+    PixelFormat format = PixelFormat::kRgba32;
+    const unsigned char* source = nullptr;
+    int sourceHeight = 0;
+    std::ptrdiff_t sourceLineWidth = 0;
+    unsigned char* target = nullptr;
+    int targetHeight = 0;
+    std::ptrdiff_t targetLineWidth = 0;
+    // Output rows [0, rows) are computed; columns are given per call.
+    int rows = 0;
+};
+
+// Computes output columns [first, last) of rows [0, job.rows) and writes them to the target. Uses the
+// vector kernel when it is available and enabled and the format has one.
+void ScaleColumns(const Job& job, int first, int last);
+// The scalar kernel: the reference the vector kernel is tested against.
+void ScaleColumnsScalar(const Job& job, int first, int last);
+// The vector kernel for 4-byte pixels; false (nothing done) where it does not apply.
+bool ScaleColumnsVector(const Job& job, int first, int last);
+
+// Whether this build and processor have a vector kernel, and a switch for tests and benchmarks.
+bool IsVectorKernelAvailable();
+void SetVectorKernelEnabled(bool enabled);
+
+}  // namespace smooth
+}  // namespace detail
+}  // namespace ulogui

@@ -1,0 +1,115 @@
+// Tap tables of the smooth scaler: where each output column or row reads, with which fixed-point weight.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "ulogui/SmoothScaler.h"
+
+namespace ulogui {
+namespace detail {
+namespace smooth {
+
+namespace {
+
+struct RawTap {
+    std::int32_t index;
+    double weight;
+};
+
+// Quantises one output's weights to kWeightOne in total: each is rounded to nearest, and the rounding
+// residue goes to the first of the largest weights, so a flat picture stays exactly flat.
+void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw) {
+    double total = 0;
+    for (const RawTap& t : raw) {
+        total += t.weight;
+    }
+    if (raw.empty() || !(total > 0)) {
+        taps.start.push_back(static_cast<std::int32_t>(taps.index.size()));
+        return;
+    }
+    const std::size_t first = taps.index.size();
+    int sum = 0;
+    std::size_t largest = first;
+    for (const RawTap& t : raw) {
+        const int q = static_cast<int>(std::floor(t.weight / total * kWeightOne + 0.5));
+        taps.index.push_back(t.index);
+        taps.weight.push_back(static_cast<std::int16_t>(q));
+        sum += q;
+        if (q > taps.weight[largest]) {
+            largest = taps.index.size() - 1;
+        }
+    }
+    taps.weight[largest] = static_cast<std::int16_t>(taps.weight[largest] + (kWeightOne - sum));
+    if ((taps.index.size() - first) % 2 != 0) {
+        taps.index.push_back(taps.index.back());
+        taps.weight.push_back(0);
+    }
+    taps.maxSpan = std::max(taps.maxSpan, taps.index.back() - taps.index[first] + 1);
+    taps.start.push_back(static_cast<std::int32_t>(taps.index.size()));
+}
+
+void Finish(AxisTaps& taps, int outputLength) {
+    taps.usable = 0;
+    while (taps.usable < outputLength && taps.TapCount(taps.usable) != 0) {
+        ++taps.usable;
+    }
+    taps.pairWeight.resize(taps.weight.size() / 2);
+    for (std::size_t p = 0; p < taps.pairWeight.size(); ++p) {
+        const std::uint32_t low = static_cast<std::uint16_t>(taps.weight[2 * p]);
+        const std::uint32_t high = static_cast<std::uint16_t>(taps.weight[2 * p + 1]);
+        taps.pairWeight[p] = static_cast<std::int32_t>(low | (high << 16));
+    }
+}
+
+}  // namespace
+
+AxisTaps AreaTaps(int sourceLength, int outputLength, double scale, int offset) {
+    AxisTaps taps;
+    taps.start.push_back(0);
+    std::vector<RawTap> raw;
+    for (int i = 0; i < outputLength; ++i) {
+        raw.clear();
+        // The window in source units; its edges are exact in double (scale has a float's precision).
+        const double begin = i * scale;
+        const double end = (i + 1) * scale;
+        for (double cell = std::floor(begin); cell < end; cell += 1) {
+            const double covered = std::min(cell + 1, end) - std::max(cell, begin);
+            const double index = cell + offset;
+            if (covered <= 0 || index >= sourceLength) {
+                continue;  // outside the picture: neither colour nor weight
+            }
+            raw.push_back({static_cast<std::int32_t>(index), covered});
+        }
+        AppendOutput(taps, raw);
+    }
+    Finish(taps, outputLength);
+    return taps;
+}
+
+AxisTaps BilinearTaps(int sourceLength, int outputLength, double scale, int offset) {
+    AxisTaps taps;
+    taps.start.push_back(0);
+    std::vector<RawTap> raw;
+    const double last = sourceLength - 1;
+    for (int i = 0; i < outputLength; ++i) {
+        raw.clear();
+        const double p = offset + scale * (i + 0.5) - 0.5;
+        const double low = std::min(std::max(std::floor(p), 0.0), last);
+        const double high = std::min(std::ceil(p), last);
+        if (low == high) {
+            raw.push_back({static_cast<std::int32_t>(low), 1.0});
+        } else {
+            // Here low = floor(p) and high = low + 1, so f lies in [0, 1).
+            const double f = std::max(p - low, 0.0);
+            raw.push_back({static_cast<std::int32_t>(low), 1 - f});
+            raw.push_back({static_cast<std::int32_t>(high), f});
+        }
+        AppendOutput(taps, raw);
+    }
+    Finish(taps, outputLength);
+    return taps;
+}
+
+}  // namespace smooth
+}  // namespace detail
+}  // namespace ulogui
