@@ -1,0 +1,130 @@
+#include <tinyxml.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <map>
+
+#include "FontCommands.h"
+#include "ToolError.h"
+
+namespace ulores {
+
+namespace {
+
+// Far more fonts than any application defines; it keeps the table (4 bytes per ID) small.
+constexpr long kMaxFontID = 0xFFFF;
+
+class FontContext {
+public:
+    explicit FontContext(std::string manifest) : manifest_(std::move(manifest)) {}
+
+    [[noreturn]] void Fail(const TiXmlElement* at, const std::string& what) const {
+        throw ToolError(manifest_ + ":" + std::to_string(at->Row()) + ": " + what);
+    }
+
+    long Integer(const TiXmlElement* e, const char* name, long fallback, long low, long high,
+                 bool required = false) const {
+        const char* text = e->Attribute(name);
+        if (text == nullptr) {
+            if (required) {
+                Fail(e, std::string("<") + e->Value() + "> needs the attribute " + name);
+            }
+            return fallback;
+        }
+        char* end = nullptr;
+        errno = 0;
+        const long value = std::strtol(text, &end, 0);
+        if (errno != 0 || end == text || *end != '\0' || value < low || value > high) {
+            Fail(e, std::string("the attribute ") + name + "=\"" + text + "\" is not a number from " +
+                        std::to_string(low) + " to " + std::to_string(high));
+        }
+        return value;
+    }
+
+    bool Flag(const TiXmlElement* e, const char* name, bool fallback) const {
+        return Integer(e, name, fallback ? 1 : 0, 0, 1) != 0;
+    }
+
+    ULOString Text(const TiXmlElement* e, const char* name, bool required) const {
+        const char* text = e->Attribute(name);
+        if (text == nullptr || (required && *text == '\0')) {
+            if (required) {
+                Fail(e, std::string("<") + e->Value() + "> needs the attribute " + name);
+            }
+            return ULOString();
+        }
+        return ULOString::FromUtf8(text);
+    }
+
+private:
+    std::string manifest_;
+};
+
+details::FontRecord ReadFont(const FontContext& ctx, const TiXmlElement* font) {
+    details::FontRecord r;
+    r.primaryFace = ctx.Text(font, "face", true);
+    r.height = static_cast<int32_t>(ctx.Integer(font, "height", 0, INT32_MIN, INT32_MAX, true));
+    r.weight = static_cast<int32_t>(ctx.Integer(font, "weight", 400, 0, 1000));
+    r.italic = ctx.Flag(font, "italic", false);
+    r.underline = ctx.Flag(font, "underline", false);
+    r.strikeOut = ctx.Flag(font, "strikeout", false);
+    r.family = static_cast<uint8_t>(ctx.Integer(font, "family", 0x20, 0, 0xF0));
+    r.pitch = static_cast<uint8_t>(ctx.Integer(font, "pitch", 2, 0, 0x0F));
+    r.name = font->Attribute("name") ? ctx.Text(font, "name", false) : r.primaryFace;
+    r.ignoreHeightExt = ctx.Flag(font, "ignoreHeightExt", true);
+    r.heightExt = static_cast<int32_t>(ctx.Integer(font, "heightExt", r.height, INT32_MIN, INT32_MAX));
+    for (const TiXmlElement* alt = font->FirstChildElement(); alt != nullptr;
+         alt = alt->NextSiblingElement()) {
+        if (std::string(alt->Value()) != "alternative") {
+            ctx.Fail(alt, std::string("unexpected <") + alt->Value() + "> in <font>");
+        }
+        r.alternativeFaces.push_back(ctx.Text(alt, "face", true));
+    }
+    return r;
+}
+
+}  // namespace
+
+std::vector<std::optional<details::FontRecord>> ReadFontManifest(const std::string& path) {
+    TiXmlDocument document;
+    if (!document.LoadFile(path.c_str(), TIXML_ENCODING_UTF8)) {
+        if (document.ErrorId() == TiXmlBase::TIXML_ERROR_OPENING_FILE) {
+            throw ToolError(path + ": cannot open the manifest");
+        }
+        throw ToolError(path + ":" + std::to_string(document.ErrorRow()) +
+                        ": not well-formed XML: " + document.ErrorDesc());
+    }
+    const TiXmlElement* root = document.RootElement();
+    if (root == nullptr || std::string(root->Value()) != "fonts") {
+        throw ToolError(path + ": the root element must be <fonts>");
+    }
+    FontContext ctx(path);
+    std::vector<std::optional<details::FontRecord>> records;
+    std::map<long, int> lines;
+    for (const TiXmlElement* font = root->FirstChildElement(); font != nullptr;
+         font = font->NextSiblingElement()) {
+        if (std::string(font->Value()) != "font") {
+            ctx.Fail(font, std::string("unexpected <") + font->Value() + "> in <fonts>");
+        }
+        const long id = ctx.Integer(font, "id", 0, 0, kMaxFontID, true);
+        const auto [known, inserted] = lines.emplace(id, font->Row());
+        if (!inserted) {
+            ctx.Fail(font, "the ID is already used on line " + std::to_string(known->second));
+        }
+        if (records.size() <= static_cast<size_t>(id)) {
+            records.resize(static_cast<size_t>(id) + 1);
+        }
+        records[static_cast<size_t>(id)] = ReadFont(ctx, font);
+    }
+    if (records.empty()) {
+        throw ToolError(path + ": no <font>");
+    }
+    if (!records[0]) {
+        // Font 0 stands in for every ID without a record: a file without it is a trap for hosts.
+        throw ToolError(path + ": there is no font 0, which every ID without a record falls back to");
+    }
+    return records;
+}
+
+}  // namespace ulores
