@@ -129,7 +129,7 @@ public:
     // Everything here works on the cached width tables only: no platform call, no lock. Widths are
     // logical (device widths divided by the magnifier) and heights are in the font's pixel height.
     // Tabs advance to the next multiple of 50 from the tab origin, one interval further when the
-    // stop is closer than a space; see docs/text-measurement.md for the exact unit of each member.
+    // stop is closer than a space; see docs/fonts.md for the exact unit of each member.
 
     // Width of s as one line, tab stops counted from startX.
     float GetStringRealWidthSingleLine(const ULOString& s, float startX) const;
