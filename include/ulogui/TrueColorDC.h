@@ -1,0 +1,115 @@
+#pragma once
+// ULOTrueColorDCBase: the software true-colour drawing surface. It owns a 32-bit pixel buffer (blue,
+// green, red, alpha; rows bottom-up) and draws into it with its own rasterisation.
+//
+// Every drawing member takes logical coordinates. On a magnified surface the buffer holds device pixels
+// (the logical size times the calling thread's magnifier), so a drawing member converts its arguments
+// once, then raises the surface's guard flag (workingOnScreenSize) for as long as it runs: while the
+// guard is up, the size getters report device sizes and nested drawing calls take their arguments as
+// device pixels. A surface that is not magnified never converts and never touches the guard.
+//
+// Drawing reports no errors: rectangles are clipped to the buffer, points are clamped onto its border,
+// empty rectangles draw nothing.
+#include "ulogui/Color.h"
+#include "ulogui/Export.h"
+#include "ulogui/Geometry.h"
+#include "ulogui/Picture.h"
+#include "ulolib/CriticalSection.h"
+
+class ULODRAW_API ULOTrueColorDCBase : public ULOPicture {
+public:
+    // A surface of the rectangle's size, cleared to black with alpha 0 (opaque). With `magnified` the
+    // rectangle is logical and the buffer gets its device size under the calling thread's magnifier.
+    // A side below one pixel becomes one pixel. `alpha` marks the buffer as carrying alpha
+    // (PICTBITS_ALPHA). A size whose buffer cannot be allocated, or whose row does not fit a 32-bit
+    // stride, throws std::bad_alloc.
+    ULOTrueColorDCBase(const ULORect& rect, bool alpha, bool magnified);
+    // A view of the same pixels with the same flags and magnification; it never frees them.
+    ULOTrueColorDCBase(const ULOTrueColorDCBase& other);
+    // Copies pixels only: GetLineWidth(false) * GetHeight(false) bytes of this surface, read through
+    // the virtual getters, so a magnified surface outside a drawing call copies only its logical share
+    // of the bytes. Sizes are not compared; the count is cut to what both blocks hold. Geometry and
+    // flags stay as they are.
+    const ULOTrueColorDCBase& operator=(const ULOTrueColorDCBase& other);
+    // A surface that did not allocate its buffer lets it go without freeing it.
+    ~ULOTrueColorDCBase() override;
+
+    // Held by text output while the platform rasterises glyphs; shared by all surfaces.
+    static ulo::CriticalSection csFontTextOut;
+
+private:
+    // Whether the raw bits may be addressed with the caller's coordinates: inside the guard, or on a
+    // surface that is not magnified.
+    bool CanGetBits() const override;
+
+public:
+    // The stored (device) size when the guard is up, the magnifier is exactly 1.0, the surface is not
+    // magnified or `magnified` is true; otherwise the logical size floor(stored / m + 0.5).
+    int GetWidth(bool magnified) const override;
+    int GetHeight(bool magnified) const override;
+    ULOSize GetSize(bool magnified) const override;
+    // The byte stride by the same rule: on a magnified surface outside the guard it is divided by the
+    // magnifier like a length, which is what operator= relies on.
+    int GetLineWidth(bool magnified) const override;
+
+    // The size-changing operations take logical units outside the guard on a magnified surface and
+    // device pixels otherwise; they run the pixel buffer's own operation on device pixels.
+    void Crop(int newWidth, int newHeight, ECropPosition position) override;
+    // Cropping is a copy-resize to the rectangle's own size with the rectangle as source.
+    void Crop(ULORect rect) override;
+    void ResizeToWidth(int newWidth, EResizeMethod method) override;
+    void ResizeToHeight(int newHeight, EResizeMethod method) override;
+    void Resize(int newWidth, int newHeight, const ULORect& source, EResizeMethod method) override;
+    void Resize(int newWidth, int newHeight, EResizeMethod method) override;
+    void ResizeLazy(int newWidth, int newHeight) override;
+    void HResize(int newWidth) override;
+
+    bool IsMagnified() const override;
+
+    // Text output (TextOutW) is the next virtual operation of the class and comes after these.
+
+    // Kept for the owner of the surface; no drawing member sets it.
+    void SetUpdated(bool isUpdated) { updated = isUpdated; }
+    bool GetUpdated() const { return updated; }
+    // Whether text output underlines mnemonic characters.
+    void SetEnableMnemonic(bool enable) { enableMnemonic = enable; }
+    bool GetEnableMnemonic() const { return enableMnemonic; }
+    // The guard flag. Drawing members raise and restore it themselves; a caller that raises it works in
+    // device pixels until it lowers it again.
+    void SetWorkingOnScreenSize(bool onScreenSize) const { workingOnScreenSize = onScreenSize; }
+    bool GetWorkingOnScreenSize() const { return workingOnScreenSize; }
+
+    // Fills `rect` (clipped to the surface) with the colour and writes `alpha` into every alpha byte.
+    // A null or empty rectangle draws nothing.
+    void FillRect(const ULORect* rect, const CLR& colour, unsigned char alpha);
+    // Colours one pixel (colour bytes only), clamped onto the nearest border when it lies outside. On a
+    // magnified surface outside the guard, with a magnifier other than 1.0, the logical pixel is its
+    // whole device block: it is filled like FillRect of (x, y, x + 1, y + 1) with alpha 0, and clipped
+    // like it.
+    void DrawPixel(const ULOPoint& point, const CLR& colour);
+
+protected:
+    // For subclasses that supply their own buffer. The surface starts empty and unmagnified, and
+    // ownBuffer false: the subclass sets it to true when the base may free the buffer it installs.
+    ULOTrueColorDCBase();
+
+    // True when the surface allocated its buffer itself. When false, the destructor drops the buffer
+    // without freeing it.
+    bool ownBuffer = false;
+    // The guard flag: true while the surface works in device pixels. Set through a const member.
+    mutable bool workingOnScreenSize = false;
+    bool updated = false;
+    bool enableMnemonic = false;
+
+private:
+    // Whether the buffer carries alpha (PICTBITS_ALPHA).
+    bool ComputeAlpha() const;
+
+    // Device size or logical size of a stored value, by the rule of GetWidth.
+    int LogicalOrStored_(int stored, bool magnified) const;
+    // After a buffer operation installed a block of its own, that block is the surface's to free.
+    void AdoptNewBlock_(const unsigned char* previousBits);
+
+    // Lets the unit tests reach the private queries.
+    friend struct ULOTrueColorDCBaseTestAccess;
+};
