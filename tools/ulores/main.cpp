@@ -1,4 +1,5 @@
 // ulores: builds, lists and unpacks bitmap resource files.
+#include <cctype>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -56,7 +57,7 @@ Arguments Parse(const std::vector<std::string>& args, bool withSelectors) {
                 throw UsageError(arg + " needs a value");
             }
             *target = args[++i];
-        } else if (arg.size() > 1 && arg[0] == '-') {
+        } else if (arg.size() > 1 && arg[0] == '-' && !std::isdigit(static_cast<unsigned char>(arg[1]))) {
             throw UsageError("unknown option " + arg);
         } else {
             parsed.positional.push_back(arg);

@@ -1,0 +1,295 @@
+// The resource builder end to end: PNG files and a manifest in, a bitmap resource file out, listed
+// and unpacked again, and its errors.
+#include <gtest/gtest.h>
+#include <png.h>
+#include <sys/wait.h>
+
+#include <dirent.h>
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "ulogui/Picture.h"
+#include "ulolib/TempDir.h"
+
+namespace {
+
+struct Rgba {
+    int width = 0;
+    int height = 0;
+    std::vector<unsigned char> pixels;  // top row first, red, green, blue, opacity
+    const unsigned char* At(int x, int y) const { return &pixels[(static_cast<size_t>(y) * width + x) * 4]; }
+};
+
+Rgba Pattern(int width, int height, int seed) {
+    Rgba image{width, height, std::vector<unsigned char>(static_cast<size_t>(width) * height * 4)};
+    for (size_t i = 0; i < image.pixels.size(); ++i) {
+        image.pixels[i] = static_cast<unsigned char>(seed * 37 + i * 11 + (i % 4) * 53);
+    }
+    return image;
+}
+
+void WritePng(const std::string& path, const Rgba& image) {
+    png_image png{};
+    png.version = PNG_IMAGE_VERSION;
+    png.width = static_cast<png_uint_32>(image.width);
+    png.height = static_cast<png_uint_32>(image.height);
+    png.format = PNG_FORMAT_RGBA;
+    ASSERT_TRUE(png_image_write_to_file(&png, path.c_str(), 0, image.pixels.data(), 0, nullptr)) << path;
+}
+
+Rgba ReadPng(const std::string& path) {
+    png_image png{};
+    png.version = PNG_IMAGE_VERSION;
+    Rgba image;
+    if (!png_image_begin_read_from_file(&png, path.c_str())) {
+        ADD_FAILURE() << path << ": " << png.message;
+        return image;
+    }
+    png.format = PNG_FORMAT_RGBA;
+    image.width = static_cast<int>(png.width);
+    image.height = static_cast<int>(png.height);
+    image.pixels.resize(PNG_IMAGE_SIZE(png));
+    EXPECT_TRUE(png_image_finish_read(&png, nullptr, image.pixels.data(), 0, nullptr)) << path;
+    return image;
+}
+
+// Columns [x0, x0 + width) of an image.
+Rgba Columns(const Rgba& image, int x0, int width) {
+    Rgba out{width, image.height, {}};
+    for (int y = 0; y < image.height; ++y) {
+        out.pixels.insert(out.pixels.end(), image.At(x0, y), image.At(x0, y) + 4 * width);
+    }
+    return out;
+}
+
+// What a format keeps: 24-bit pixels are opaque, a mask is black with its opacity.
+Rgba Kept(Rgba image, const std::string& format) {
+    for (size_t i = 0; i < image.pixels.size(); i += 4) {
+        if (format == "rgb24") {
+            image.pixels[i + 3] = 255;
+        } else if (format == "mask8") {
+            image.pixels[i] = image.pixels[i + 1] = image.pixels[i + 2] = 0;
+        }
+    }
+    return image;
+}
+
+struct Result {
+    int status = -1;
+    std::string output;
+};
+
+class UloresTest : public ::testing::Test {
+protected:
+    std::string Path(const std::string& name) const { return dir_.Path().native() + "/" + name; }
+
+    Result Run(const std::string& arguments) const {
+        Result result;
+        const std::string command = std::string(ULORES_PATH) + " " + arguments + " 2>&1";
+        FILE* pipe = popen(command.c_str(), "r");
+        if (pipe == nullptr) {
+            ADD_FAILURE() << "cannot run " << command;
+            return result;
+        }
+        char buffer[512];
+        while (size_t n = std::fread(buffer, 1, sizeof buffer, pipe)) {
+            result.output.append(buffer, n);
+        }
+        const int status = pclose(pipe);
+        result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return result;
+    }
+
+    void WriteText(const std::string& name, const std::string& text) const {
+        std::ofstream(Path(name)) << text;
+    }
+
+    bool Exists(const std::string& name) const { return std::ifstream(Path(name)).good(); }
+
+    // Names in the folder, to see that nothing temporary was left.
+    std::vector<std::string> Listing() const {
+        std::vector<std::string> names;
+        if (DIR* d = opendir(dir_.Path().native().c_str())) {
+            while (dirent* e = readdir(d)) {
+                if (e->d_name[0] != '.' ||
+                    (std::string(e->d_name) != "." && std::string(e->d_name) != "..")) {
+                    names.push_back(e->d_name);
+                }
+            }
+            closedir(d);
+        }
+        return names;
+    }
+
+    // Packs `manifest` into out.urb and expects failure naming what is given.
+    void ExpectPackError(const std::string& manifest, const std::vector<std::string>& mentions) {
+        WriteText("bad.xml", manifest);
+        const size_t before = Listing().size();
+        const Result r = Run("pack-bitmaps " + Path("bad.xml") + " -o " + Path("bad.urb"));
+        EXPECT_EQ(r.status, 1) << r.output;
+        for (const std::string& m : mentions) {
+            EXPECT_NE(r.output.find(m), std::string::npos) << "missing \"" << m << "\" in: " << r.output;
+        }
+        EXPECT_FALSE(Exists("bad.urb"));
+        EXPECT_EQ(Listing().size(), before);
+    }
+
+    TempDir dir_;
+};
+
+TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
+    const Rgba small0 = Pattern(5, 4, 1), small1 = Pattern(5, 4, 2);
+    const Rgba large0 = Pattern(10, 8, 3), large1 = Pattern(10, 8, 4);
+    const Rgba strip = Pattern(9, 2, 5), mask = Pattern(7, 3, 6), plain = Pattern(3, 3, 7);
+    WritePng(Path("small0.png"), small0);
+    WritePng(Path("small1.png"), small1);
+    WritePng(Path("large0.png"), large0);
+    WritePng(Path("large1.png"), large1);
+    WritePng(Path("strip.png"), strip);
+    WritePng(Path("mask.png"), mask);
+    WritePng(Path("plain.png"), plain);
+    WriteText("pictures.xml", R"(<?xml version="1.0"?>
+<bitmaps>
+  <picture id="3" format="alpha32" parts="2">
+    <version><part file="small0.png"/><part file="small1.png"/></version>
+    <version><part file="large0.png"/><part file="large1.png"/></version>
+  </picture>
+  <picture id="7" format="rgb24" parts="3">
+    <version file="strip.png"/>
+  </picture>
+  <picture id="9" format="mask8"><version file="mask.png"/></picture>
+  <picture id="12" format="rgb32" flags="0x2"><version bit="4" file="plain.png"/></picture>
+</bitmaps>
+)");
+    const Result pack = Run("pack-bitmaps " + Path("pictures.xml") + " -o " + Path("out.urb"));
+    ASSERT_EQ(pack.status, 0) << pack.output;
+
+    const Result dump = Run("dump " + Path("out.urb"));
+    EXPECT_EQ(dump.status, 0) << dump.output;
+    for (const char* line :
+         {"index of 13 entries", "flags 0x1 (32-bit with alpha), 2 part(s)", "version 2 (bit 0x2)",
+          ": 10 x 8, stride 40", "flags 0x8 (24-bit), 3 part(s)", ": 3 x 2, stride 12",
+          "flags 0x4 (8-bit mask)", "(32-bit, other bits 0x2)", "version 1 (bit 0x4)", "4 picture(s)"}) {
+        EXPECT_NE(dump.output.find(line), std::string::npos) << line << " not in:\n" << dump.output;
+    }
+
+    struct Expected {
+        std::string arguments;
+        Rgba pixels;
+    };
+    const std::vector<Expected> expected = {
+        {"3", small0},
+        {"3 --part 1", small1},
+        {"3 --version 2", large0},
+        {"3 --version 2 --part 1", large1},
+        {"7 --part 0", Kept(Columns(strip, 0, 3), "rgb24")},
+        {"7 --part 2", Kept(Columns(strip, 6, 3), "rgb24")},
+        {"9", Kept(mask, "mask8")},
+        {"12", plain},
+    };
+    for (const Expected& e : expected) {
+        SCOPED_TRACE(e.arguments);
+        const Result r = Run("extract " + Path("out.urb") + " " + e.arguments + " -o " + Path("x.png"));
+        ASSERT_EQ(r.status, 0) << r.output;
+        const Rgba back = ReadPng(Path("x.png"));
+        EXPECT_EQ(back.width, e.pixels.width);
+        EXPECT_EQ(back.height, e.pixels.height);
+        EXPECT_EQ(back.pixels, e.pixels.pixels);
+    }
+
+    // The file holds blue, green, red and transparency (255 - opacity), bottom row first.
+    ASSERT_FALSE(ULOPicture::SetBitmapResourceFile(ULOPath::FromNative(Path("out.urb"))).IsError());
+    const ULOPicture picture(3, 1, false);
+    const unsigned char* bottomLeft = picture.GetBits();
+    const unsigned char* source = small1.At(0, 3);
+    EXPECT_EQ(bottomLeft[0], source[2]);
+    EXPECT_EQ(bottomLeft[1], source[1]);
+    EXPECT_EQ(bottomLeft[2], source[0]);
+    EXPECT_EQ(bottomLeft[3], 255 - source[3]);
+}
+
+TEST_F(UloresTest, ManifestErrorsNameTheLinePictureAndFile) {
+    WritePng(Path("a.png"), Pattern(4, 3, 1));
+    WritePng(Path("b.png"), Pattern(5, 3, 2));
+    ExpectPackError(R"(<bitmaps>
+  <picture id="9" format="alpha32" parts="2">
+    <version>
+      <part file="a.png"/>
+      <part file="b.png"/>
+    </version>
+  </picture>
+</bitmaps>)",
+                    {"bad.xml:5:", "picture 9", "b.png", "5 x 3", "a.png", "4 x 3"});
+    ExpectPackError("<bitmaps>\n<picture id=\"1\" format=\"alpha32\">\n<version file=\"a.png\">\n</bitmaps>",
+                    {"bad.xml:", "not well-formed"});
+    ExpectPackError(
+        "<bitmaps><picture id=\"2\" format=\"rgb16\"><version file=\"a.png\"/></picture></bitmaps>",
+        {"bad.xml:1:", "picture 2", "rgb16"});
+    ExpectPackError(
+        "<bitmaps>\n<picture id=\"4\" format=\"rgb24\"><version file=\"missing.png\"/></picture>\n</bitmaps>",
+        {"bad.xml:2:", "picture 4", "missing.png"});
+    ExpectPackError(
+        "<bitmaps>\n<picture id=\"5\" format=\"rgb24\" parts=\"3\"><version file=\"a.png\"/></picture>\n"
+        "</bitmaps>",
+        {"bad.xml:2:", "picture 5", "a.png", "3 parts"});
+    ExpectPackError(
+        "<bitmaps>\n<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n"
+        "<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n</bitmaps>",
+        {"bad.xml:3:", "picture 6", "line 2"});
+    ExpectPackError(
+        "<bitmaps><picture id=\"-3\" format=\"mask8\"><version file=\"a.png\"/></picture></bitmaps>",
+        {"bad.xml:1:", "id=\"-3\""});
+    ExpectPackError("<bitmaps><picture id=\"8\" format=\"mask8\"/></bitmaps>", {"picture 8", "no <version>"});
+    ExpectPackError("<fonts/>", {"bad.xml", "<bitmaps>"});
+    WriteText("not-a-png.png", "hello");
+    ExpectPackError(
+        "<bitmaps><picture id=\"1\" format=\"mask8\"><version file=\"not-a-png.png\"/></picture></bitmaps>",
+        {"bad.xml:1:", "picture 1", "not-a-png.png"});
+    EXPECT_EQ(Run("pack-bitmaps " + Path("nothing.xml") + " -o " + Path("x.urb")).status, 1);
+}
+
+TEST_F(UloresTest, FailedPackLeavesAnExistingOutputAlone) {
+    WriteText("out.urb", "previous");
+    WriteText("bad.xml", "<bitmaps><picture id=\"1\" format=\"mask8\"/></bitmaps>");
+    EXPECT_EQ(Run("pack-bitmaps " + Path("bad.xml") + " -o " + Path("out.urb")).status, 1);
+    std::string kept;
+    std::getline(std::ifstream(Path("out.urb")), kept);
+    EXPECT_EQ(kept, "previous");
+}
+
+TEST_F(UloresTest, ExtractAndDumpRefuseWhatIsNotThere) {
+    WritePng(Path("a.png"), Pattern(4, 3, 1));
+    WriteText("m.xml",
+              "<bitmaps><picture id=\"2\" format=\"alpha32\" parts=\"2\">"
+              "<version file=\"a.png\"/></picture></bitmaps>");
+    ASSERT_EQ(Run("pack-bitmaps " + Path("m.xml") + " -o " + Path("f.urb")).status, 0);
+    const std::string file = Path("f.urb");
+    const std::string out = " -o " + Path("x.png");
+    for (const char* args : {" 4", " 2 --version 2", " 2 --part 2", " 2 --version 0", " -1"}) {
+        SCOPED_TRACE(args);
+        const Result r = Run("extract " + file + args + out);
+        EXPECT_EQ(r.status, 1) << r.output;
+        EXPECT_NE(r.output.find("f.urb"), std::string::npos) << r.output;
+        EXPECT_FALSE(Exists("x.png"));
+    }
+    EXPECT_EQ(Run("extract " + Path("missing.urb") + " 2" + out).status, 1);
+    EXPECT_EQ(Run("extract " + file + " two" + out).status, 2);
+    EXPECT_EQ(Run("extract " + file + " 2").status, 2);
+    EXPECT_EQ(Run("frobnicate").status, 2);
+
+    // A record whose parts run past the end of the file.
+    std::ifstream in(file, std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    WriteText("cut.urb", bytes.substr(0, bytes.size() - 10));
+    const Result dump = Run("dump " + Path("cut.urb"));
+    EXPECT_EQ(dump.status, 1);
+    EXPECT_NE(dump.output.find("picture 2: DAMAGED"), std::string::npos) << dump.output;
+    EXPECT_EQ(Run("extract " + Path("cut.urb") + " 2" + out).status, 1);
+    EXPECT_EQ(Run("dump " + Path("missing.urb")).status, 1);
+    WriteText("short.urb", "tiny");
+    EXPECT_EQ(Run("dump " + Path("short.urb")).status, 1);
+}
+
+}  // namespace
