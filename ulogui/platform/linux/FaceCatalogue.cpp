@@ -53,12 +53,10 @@ std::vector<uint8_t> CharSetsFromLanguages(FcPattern* pattern) {
     if (FcPatternGetLangSet(pattern, FC_LANG, 0, &langs) != FcResultMatch || !langs) {
         return sets;
     }
-    for (uint32_t bit = 0; bit < 32; ++bit) {
-        for (uint8_t set : CharSetsFromCodePages(1u << bit)) {
-            const char* lang = LanguageOfCharSet(set);
-            if (lang && FcLangSetHasLang(langs, reinterpret_cast<const FcChar8*>(lang)) == FcLangEqual) {
-                sets.push_back(set);
-            }
+    for (uint8_t set : CharSetsFromCodePages(0xFFFFFFFFu)) {
+        const char* lang = LanguageOfCharSet(set);
+        if (lang && FcLangSetHasLang(langs, reinterpret_cast<const FcChar8*>(lang)) == FcLangEqual) {
+            sets.push_back(set);
         }
     }
     return sets;

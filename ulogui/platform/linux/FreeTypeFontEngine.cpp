@@ -256,6 +256,7 @@ FreeTypeFontEngine::~FreeTypeFontEngine() {
     {
         std::lock_guard<std::recursive_mutex> lock(library_->mutex);
         faces_.clear();
+        substitutes_.clear();
         catalogue_.reset();
     }
     if (config_) {
@@ -293,6 +294,20 @@ void FreeTypeFontEngine::EnumerateFaces(uint8_t charSet, const std::function<boo
 }
 
 const FaceFamily* FreeTypeFontEngine::SubstituteFamily(const FontRequest& request) {
+    // Sorting every font for each missing face is slow on a full system: a font and its three
+    // variants ask the same question.
+    const auto key =
+        std::make_tuple(std::wstring(request.faceName.MakeLower()), request.charSet, request.pitchAndFamily);
+    const auto known = substitutes_.find(key);
+    if (known != substitutes_.end()) {
+        return known->second;
+    }
+    const FaceFamily* found = SortForSubstitute(request);
+    substitutes_.emplace(key, found);
+    return found;
+}
+
+const FaceFamily* FreeTypeFontEngine::SortForSubstitute(const FontRequest& request) {
     const FaceCatalogue& catalogue = Catalogue();
     const bool anySet = request.charSet == charset::kDefault;
     auto fits = [&](const FaceFamily* fam) { return fam && (anySet || fam->Supports(request.charSet)); };

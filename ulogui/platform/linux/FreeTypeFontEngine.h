@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "ulogui/platform/FontEngine.h"
@@ -41,12 +42,15 @@ private:
     const FaceCatalogue& Catalogue();
     const FaceFamily* ChooseFamily(const FontRequest& request);
     const FaceFamily* SubstituteFamily(const FontRequest& request);
+    const FaceFamily* SortForSubstitute(const FontRequest& request);
     const FaceFile& ChooseMember(const FaceFamily& family, int32_t weight, bool italic) const;
     std::shared_ptr<SharedFace> OpenFace(const FaceFile& file);
 
     FcConfig* config_;
     std::shared_ptr<Library> library_;
     std::unique_ptr<FaceCatalogue> catalogue_;
+    // Substitutes found before, by lower-cased name, character set and pitch-and-family byte.
+    std::map<std::tuple<std::wstring, uint8_t, uint8_t>, const FaceFamily*> substitutes_;
     // Open faces stay open for the engine's life so that their advance caches serve later fonts.
     std::map<std::pair<std::string, int>, std::shared_ptr<SharedFace>> faces_;
 };
