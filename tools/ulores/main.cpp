@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Commands.h"
+#include "FontCommands.h"
 #include "ToolError.h"
 
 namespace {
@@ -16,8 +17,11 @@ const char kUsage[] =
     "usage:\n"
     "  ulores pack-bitmaps MANIFEST -o FILE\n"
     "      build a bitmap resource file from an XML manifest and its PNG files\n"
+    "  ulores pack-fonts MANIFEST -o FILE\n"
+    "      build a font resource file from an XML manifest\n"
     "  ulores dump FILE\n"
-    "      list the pictures of a bitmap resource file with their versions and parts\n"
+    "      list the pictures of a bitmap resource file with their versions and parts,\n"
+    "      or the fonts of a font resource file\n"
     "  ulores extract FILE ID [--version N] [--part P] -o OUT.png\n"
     "      write one part (from 0) of one version (from 1) of a picture as a PNG file\n";
 
@@ -79,10 +83,20 @@ int Run(const std::vector<std::string>& args) {
         }
         return ulores::PackBitmaps(a.positional[0], a.output, std::cout);
     }
+    if (command == "pack-fonts") {
+        const Arguments a = Parse(rest, false);
+        if (a.positional.size() != 1 || a.output.empty()) {
+            throw UsageError("pack-fonts takes one MANIFEST and -o FILE");
+        }
+        return ulores::PackFonts(a.positional[0], a.output, std::cout);
+    }
     if (command == "dump") {
         const Arguments a = Parse(rest, false);
         if (a.positional.size() != 1 || !a.output.empty()) {
             throw UsageError("dump takes one FILE");
+        }
+        if (ulores::IsFontResourceFile(a.positional[0])) {
+            return ulores::DumpFonts(a.positional[0], std::cout);
         }
         return ulores::Dump(a.positional[0], std::cout);
     }
