@@ -1,5 +1,6 @@
 // ULOFont::CreateWindowsFont: which of the wanted faces a font is made from.
 #include <algorithm>
+#include <memory>
 
 #include "ulogui/Font.h"
 #include "ulogui/platform/FontEngine.h"
@@ -28,14 +29,14 @@ HFONT ULOFont::CreateWindowsFont(HDC, int height, int width, int escapement, int
                                  unsigned long clipPrecision, unsigned long quality,
                                  unsigned long pitchAndFamily, std::vector<ULOString>& wanted, bool& found,
                                  ULOString& chosen) {
-    platform::FontEngine& engine = platform::GetFontEngine();
+    const std::shared_ptr<platform::FontEngine> engine = platform::GetFontEngine();
     g_query = FaceQuery();
     g_query.charSet = static_cast<uint8_t>(charSet);
     g_wanted = wanted;
     g_found.clear();
 
     // First pass: the wanted faces that exist; the most wanted one ends the search at once.
-    engine.EnumerateFaces(g_query.charSet, [](const platform::FaceInfo& face) {
+    engine->EnumerateFaces(g_query.charSet, [](const platform::FaceInfo& face) {
         const auto it = std::find(g_wanted.begin(), g_wanted.end(), face.faceName);
         if (it == g_wanted.end()) {
             return true;
@@ -52,7 +53,7 @@ HFONT ULOFont::CreateWindowsFont(HDC, int height, int width, int escapement, int
     if (g_found.empty()) {
         // Second pass: any face of the same pitch and family in the same character set.
         g_query.pitchAndFamily = static_cast<uint8_t>(pitchAndFamily);
-        engine.EnumerateFaces(g_query.charSet, [](const platform::FaceInfo& face) {
+        engine->EnumerateFaces(g_query.charSet, [](const platform::FaceInfo& face) {
             if (face.pitchAndFamily == g_query.pitchAndFamily && face.charSet == g_query.charSet) {
                 g_found.push_back(face.faceName);
             }

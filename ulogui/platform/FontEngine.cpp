@@ -35,13 +35,13 @@ HandleTable& Handles() {
 
 }  // namespace
 
-FontEngine& GetFontEngine() {
+std::shared_ptr<FontEngine> GetFontEngine() {
     EngineSlot& slot = Slot();
     std::lock_guard<std::mutex> lock(slot.mutex);
     if (!slot.engine) {
         slot.engine = CreateDefaultFontEngine();
     }
-    return *slot.engine;
+    return slot.engine;
 }
 
 void SetFontEngine(std::shared_ptr<FontEngine> engine) {
@@ -51,7 +51,7 @@ void SetFontEngine(std::shared_ptr<FontEngine> engine) {
 }
 
 HFONT CreateFontHandle(const FontRequest& request) {
-    std::shared_ptr<PlatformFont> font = GetFontEngine().CreateFontObject(request);
+    std::shared_ptr<PlatformFont> font = GetFontEngine()->CreateFontObject(request);
     if (!font) {
         return nullptr;
     }

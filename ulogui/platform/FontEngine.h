@@ -133,8 +133,9 @@ public:
 };
 
 // The process-wide engine: the one installed with SetFontEngine, else the backend's default,
-// made on first use.
-FontEngine& GetFontEngine();
+// made on first use. Callers hold the pointer for as long as they use the engine, so that another
+// thread installing an engine meanwhile does not pull it away.
+std::shared_ptr<FontEngine> GetFontEngine();
 // Installs an engine (null restores the default on next use). Fonts made earlier keep theirs.
 void SetFontEngine(std::shared_ptr<FontEngine> engine);
 // Implemented by the backend.
