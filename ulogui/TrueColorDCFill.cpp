@@ -12,18 +12,34 @@ using ulogui::surface::DrawingFrame;
 
 namespace {
 
-// Writes one fixed pixel: colour and alpha in memory order.
-struct StorePixel {
-    uint32_t pattern;
-    void operator()(unsigned char* p) const { std::memcpy(p, &pattern, sizeof pattern); }
+// Writes one fixed pixel (colour and alpha in memory order), singly or sixteen at a time. The run of
+// sixteen has a fixed length, so the compiler makes it a few of the widest stores the target has, from
+// one register.
+class StorePixel {
+public:
+    static constexpr int kRunPixels = 16;
+
+    explicit StorePixel(const unsigned char (&pixel)[4]) { std::memcpy(&pattern_, pixel, sizeof pattern_); }
+    void operator()(unsigned char* p) const { std::memcpy(p, &pattern_, sizeof pattern_); }
+    void Run(unsigned char* p) const {
+        for (int i = 0; i < kRunPixels; ++i) {
+            std::memcpy(p + i * 4, &pattern_, sizeof pattern_);
+        }
+    }
+
+private:
+    uint32_t pattern_ = 0;
 };
 
-// Applies `pixel` to `count` consecutive 4-byte pixels. This file is built for vectorising, so a
-// store of a fixed pattern becomes wide stores.
-template <typename PixelOp>
-void ForEachPixelInRow(unsigned char* row, int count, PixelOp pixel) {
-    for (int x = 0; x < count; ++x) {
-        pixel(row + static_cast<std::ptrdiff_t>(x) * 4);
+// Applies `store` to `count` consecutive 4-byte pixels from `first`, whole runs first.
+template <typename Store>
+void StorePixels(unsigned char* first, std::ptrdiff_t count, const Store& store) {
+    std::ptrdiff_t x = 0;
+    for (; x + Store::kRunPixels <= count; x += Store::kRunPixels) {
+        store.Run(first + x * 4);
+    }
+    for (; x < count; ++x) {
+        store(first + x * 4);
     }
 }
 
@@ -40,25 +56,26 @@ void ULOTrueColorDCBase::FillRect(const ULORect* rect, const CLR& colour, unsign
         return;
     }
     const unsigned char pixel[4] = {colour.blue, colour.green, colour.red, alpha};
-    StorePixel store{};
-    std::memcpy(&store.pattern, pixel, sizeof pixel);
+    const StorePixel store(pixel);
 
-    // The top row is written pixel by pixel; every row below it is a block copy of that row.
+    // Every row is stored directly rather than copied from the first one: the same bytes, without
+    // reading a row back for each row written.
     const int count = area.right - area.left;
-    unsigned char* first = canvas.Pixel(area.left, area.top);
-    ForEachPixelInRow(first, count, store);
-    const size_t rowBytes = static_cast<size_t>(count) * 4;
-    unsigned char* row = first;
-    for (int y = area.top + 1; y < area.bottom; ++y) {
-        row -= canvas.Stride();
-        std::memcpy(row, first, rowBytes);
+    const int rows = area.bottom - area.top;
+    unsigned char* lowest = canvas.Pixel(area.left, area.bottom - 1);  // the bottom row comes first in memory
+    if (count == canvas.Width() && canvas.Stride() == static_cast<std::ptrdiff_t>(count) * 4) {
+        // Whole rows of an unpadded buffer lie end to end: one run instead of one per row.
+        StorePixels(lowest, static_cast<std::ptrdiff_t>(count) * rows, store);
+        return;
+    }
+    for (int i = 0; i < rows; ++i) {
+        StorePixels(lowest + i * canvas.Stride(), count, store);
     }
 }
 
 void ULOTrueColorDCBase::DrawPixel(const ULOPoint& point, const CLR& colour) {
     if (DeviceConversion(*this).PixelIsBlock()) {
-        // The logical pixel is a block of device pixels; alpha 0 like the colour bytes of a plain pixel
-        // being opaque.
+        // The logical pixel is a block of device pixels, filled whole and made opaque (alpha 0).
         const ULORect block = DeviceConversion::PixelRect(point);
         FillRect(&block, colour, 0);
         return;

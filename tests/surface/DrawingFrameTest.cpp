@@ -188,6 +188,20 @@ TEST_F(FillRectTest, EveryRowWidthAndOffsetMatchesAPixelByPixelFill) {
     }
 }
 
+TEST_F(FillRectTest, FullWidthBandsMatchAPixelByPixelFill) {
+    // Whole rows of an unpadded buffer are filled as one run; its start must be the band's bottom row.
+    for (int w = 1; w <= 19; ++w) {
+        for (int top = 0; top < 3; ++top) {
+            for (int bottom = top + 1; bottom <= 4; ++bottom) {
+                ULOTrueColorDCBase dc(ULORect(0, 0, w, 4), false, false);
+                const ULORect band(-2, top, w + 3, bottom);
+                dc.FillRect(&band, CLR(w, top, bottom), 0x5A);
+                ExpectOnly(dc, ULORect(0, top, w, bottom), Bgra(CLR(w, top, bottom), 0x5A));
+            }
+        }
+    }
+}
+
 TEST_F(FillRectTest, PartlyOutsideIsCutAtTheBordersAndFullyOutsideDrawsNothing) {
     ULOTrueColorDCBase dc(ULORect(0, 0, 6, 4), false, false);
     const ULORect overhanging(-3, 2, 9, 8);
