@@ -21,7 +21,7 @@ constexpr int kSerialLimit = 40;
 // two threads never write into the same line (which would bounce it between their caches) and each
 // thread reads its source strip row after row.
 int ColumnsPerGroup(int bytesPerPixel) {
-    return bytesPerPixel == 4 ? 32 : 64;
+    return bytesPerPixel == 4 ? 256 : 256;
 }
 
 smooth::PixelFormat FormatOf(int bytesPerPixel, int flags) {

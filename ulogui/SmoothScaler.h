@@ -25,20 +25,28 @@ constexpr int kWeightOne = 1 << kWeightBits;
 constexpr int kHorizontalShift = 7;
 constexpr int kVerticalShift = 2 * kWeightBits - kHorizontalShift;
 
-// The taps of one axis. Output i has taps [start[i], start[i + 1]); their count is even (a pair with
-// weight 0 repeats the last source coordinate where needed) or zero when the output's window lies wholly
-// outside the picture. Source coordinates of an output rise with the tap.
+// The taps of one axis. Output i has taps [start[i], start[i + 1]); their count is even, or zero when
+// the output's window lies wholly outside the picture. Taps go in pairs of neighbouring source
+// coordinates (k, k + 1), a pair being filled up with a weight-0 neighbour where needed, so that a
+// vector kernel can load both pixels of a pair at once; only a 1-pixel source cannot have that.
+// Source coordinates of an output rise with the tap.
 struct AxisTaps {
     std::vector<std::int32_t> start;
     std::vector<std::int32_t> index;
     std::vector<std::int16_t> weight;
     // Two neighbouring taps' weights as one 32-bit word (the first in the low half), per pair.
     std::vector<std::int32_t> pairWeight;
+    // With one pair per output: output i's pair weight four times over (at 4 * i).
+    std::vector<std::int32_t> columnWeight;
     // Largest last - first source coordinate + 1 of any output: how many source rows one output row
     // may need at once.
     int maxSpan = 1;
     // Outputs [0, usable) have taps; the outputs after them (if any) have none.
     int usable = 0;
+    // Every pair is (k, k + 1).
+    bool adjacentPairs = true;
+    // Every output has exactly one pair (true of bilinear taps).
+    bool onePair = true;
 
     int TapCount(int i) const { return start[i + 1] - start[i]; }
 };
@@ -67,17 +75,24 @@ struct Job {
     int rows = 0;
 };
 
-// Computes output columns [first, last) of rows [0, job.rows) and writes them to the target. Uses the
-// vector kernel when it is available and enabled and the format has one.
+// Computes output columns [first, last) of rows [0, job.rows) and writes them to the target, with the
+// selected kernel where it applies and the scalar kernel otherwise.
 void ScaleColumns(const Job& job, int first, int last);
-// The scalar kernel: the reference the vector kernel is tested against.
-void ScaleColumnsScalar(const Job& job, int first, int last);
-// The vector kernel for 4-byte pixels; false (nothing done) where it does not apply.
-bool ScaleColumnsVector(const Job& job, int first, int last);
 
-// Whether this build and processor have a vector kernel, and a switch for tests and benchmarks.
-bool IsVectorKernelAvailable();
-void SetVectorKernelEnabled(bool enabled);
+// The kernels. The vector kernels handle 4-byte pixels and return false (nothing done) for anything
+// they do not apply to; the scalar kernel handles everything and is the reference the others are tested
+// against.
+void ScaleColumnsScalar(const Job& job, int first, int last);
+bool ScaleColumnsSse2(const Job& job, int first, int last);
+bool ScaleColumnsAvx2(const Job& job, int first, int last);
+
+enum class Kernel { kScalar, kSse2, kAvx2 };
+// Whether this build and processor can run the kernel.
+bool IsKernelAvailable(Kernel kernel);
+// ScaleColumns uses the best available kernel unless a test or benchmark chose another.
+void SelectKernel(Kernel kernel);
+void SelectBestKernel();
+Kernel SelectedKernel();
 
 }  // namespace smooth
 }  // namespace detail

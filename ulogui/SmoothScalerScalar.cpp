@@ -2,7 +2,6 @@
 // the horizontal pass of each source row the strip needs is kept in a small ring of rows, and every
 // output row is then a weighted sum of ring rows.
 #include <algorithm>
-#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -122,8 +121,6 @@ void ScaleStrip(const Job& job, int first, int last) {
     }
 }
 
-std::atomic<bool> vectorEnabled{true};
-
 }  // namespace
 
 void ScaleColumnsScalar(const Job& job, int first, int last) {
@@ -144,17 +141,6 @@ void ScaleColumnsScalar(const Job& job, int first, int last) {
             ScaleStrip<Rgba32Pixel>(job, first, last);
             break;
     }
-}
-
-void ScaleColumns(const Job& job, int first, int last) {
-    if (vectorEnabled.load(std::memory_order_relaxed) && ScaleColumnsVector(job, first, last)) {
-        return;
-    }
-    ScaleColumnsScalar(job, first, last);
-}
-
-void SetVectorKernelEnabled(bool enabled) {
-    vectorEnabled.store(enabled);
 }
 
 }  // namespace smooth

@@ -16,9 +16,12 @@ struct RawTap {
     double weight;
 };
 
-// Quantises one output's weights to kWeightOne in total: each is rounded to nearest, and the rounding
-// residue goes to the first of the largest weights, so a flat picture stays exactly flat.
-void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw) {
+// Quantises one output's weights to kWeightOne in total by rounding their running sums: every partial
+// sum is within half a unit of its exact value, so the error of the weighted mean is at most half a
+// unit times the variation between neighbouring source pixels, and a flat picture stays exactly flat.
+// An odd count is made even with a weight-0 neighbour: the next pixel if there is one, else the
+// previous.
+void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw, int sourceLength) {
     double total = 0;
     for (const RawTap& t : raw) {
         total += t.weight;
@@ -27,24 +30,34 @@ void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw) {
         taps.start.push_back(static_cast<std::int32_t>(taps.index.size()));
         return;
     }
-    const std::size_t first = taps.index.size();
-    int sum = 0;
-    std::size_t largest = first;
-    for (const RawTap& t : raw) {
-        const int q = static_cast<int>(std::floor(t.weight / total * kWeightOne + 0.5));
-        taps.index.push_back(t.index);
-        taps.weight.push_back(static_cast<std::int16_t>(q));
-        sum += q;
-        if (q > taps.weight[largest]) {
-            largest = taps.index.size() - 1;
+    std::vector<RawTap> quantised;
+    double running = 0;
+    int previous = 0;
+    for (std::size_t k = 0; k < raw.size(); ++k) {
+        running += raw[k].weight;
+        const int rounded =
+            k + 1 == raw.size() ? kWeightOne : static_cast<int>(std::floor(running / total * kWeightOne + 0.5));
+        quantised.push_back({raw[k].index, static_cast<double>(rounded - previous)});
+        previous = rounded;
+    }
+    if (quantised.size() % 2 != 0) {
+        const std::int32_t after = quantised.back().index + 1;
+        const std::int32_t before = quantised.front().index - 1;
+        if (after < sourceLength) {
+            quantised.push_back({after, 0});
+        } else if (before >= 0) {
+            quantised.insert(quantised.begin(), {before, 0});
+        } else {
+            quantised.push_back({quantised.back().index, 0});  // a 1-pixel source
+            taps.adjacentPairs = false;
         }
     }
-    taps.weight[largest] = static_cast<std::int16_t>(taps.weight[largest] + (kWeightOne - sum));
-    if ((taps.index.size() - first) % 2 != 0) {
-        taps.index.push_back(taps.index.back());
-        taps.weight.push_back(0);
+    for (const RawTap& t : quantised) {
+        taps.index.push_back(t.index);
+        taps.weight.push_back(static_cast<std::int16_t>(t.weight));
     }
-    taps.maxSpan = std::max(taps.maxSpan, taps.index.back() - taps.index[first] + 1);
+    taps.onePair = taps.onePair && quantised.size() == 2;
+    taps.maxSpan = std::max(taps.maxSpan, quantised.back().index - quantised.front().index + 1);
     taps.start.push_back(static_cast<std::int32_t>(taps.index.size()));
 }
 
@@ -58,6 +71,12 @@ void Finish(AxisTaps& taps, int outputLength) {
         const std::uint32_t low = static_cast<std::uint16_t>(taps.weight[2 * p]);
         const std::uint32_t high = static_cast<std::uint16_t>(taps.weight[2 * p + 1]);
         taps.pairWeight[p] = static_cast<std::int32_t>(low | (high << 16));
+    }
+    if (taps.onePair && taps.usable == outputLength) {
+        taps.columnWeight.resize(taps.pairWeight.size() * 4);
+        for (std::size_t p = 0; p < taps.pairWeight.size(); ++p) {
+            std::fill_n(&taps.columnWeight[4 * p], 4, taps.pairWeight[p]);
+        }
     }
 }
 
@@ -80,7 +99,7 @@ AxisTaps AreaTaps(int sourceLength, int outputLength, double scale, int offset) 
             }
             raw.push_back({static_cast<std::int32_t>(index), covered});
         }
-        AppendOutput(taps, raw);
+        AppendOutput(taps, raw, sourceLength);
     }
     Finish(taps, outputLength);
     return taps;
@@ -104,7 +123,7 @@ AxisTaps BilinearTaps(int sourceLength, int outputLength, double scale, int offs
             raw.push_back({static_cast<std::int32_t>(low), 1 - f});
             raw.push_back({static_cast<std::int32_t>(high), f});
         }
-        AppendOutput(taps, raw);
+        AppendOutput(taps, raw, sourceLength);
     }
     Finish(taps, outputLength);
     return taps;

@@ -21,7 +21,9 @@ ulogui_family(ulogui_core
   ${CMAKE_CURRENT_LIST_DIR}/ResizeCopy.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerTaps.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerScalar.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerVector.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScaler.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerSse2.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerAvx2.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Palette.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ColorSet.cpp
   ${CMAKE_CURRENT_LIST_DIR}/platform/MemoryDevice.cpp
@@ -36,5 +38,6 @@ ulo_hot_loops(
   ${CMAKE_CURRENT_LIST_DIR}/ResizeNearest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ResizeBox.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerScalar.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerVector.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerSse2.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerAvx2.cpp
 )

@@ -1,6 +1,7 @@
-// The SSE2 kernel of the smooth scaler for 4-byte pixels: the four channels of a pixel travel together
-// in one register, and each pmaddwd applies a pair of taps. It computes exactly what the scalar kernel
-// computes (the same integer sums and shifts), which the tests check on random pictures.
+// The SSE2 kernel of the smooth scaler for 4-byte pixels, the baseline of every x86-64 processor: the
+// four channels of a pixel travel together in one register, and each pmaddwd applies a pair of taps. It
+// computes exactly what the scalar kernel computes (the same integer sums and shifts), which the tests
+// check on random pictures.
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -116,11 +117,7 @@ void ScaleStrip(const Job& job, int first, int last) {
 
 }  // namespace
 
-bool IsVectorKernelAvailable() {
-    return true;
-}
-
-bool ScaleColumnsVector(const Job& job, int first, int last) {
+bool ScaleColumnsSse2(const Job& job, int first, int last) {
     if (job.format != PixelFormat::kRgb32 && job.format != PixelFormat::kRgba32) {
         return false;
     }
@@ -132,11 +129,7 @@ bool ScaleColumnsVector(const Job& job, int first, int last) {
 
 #else
 
-bool IsVectorKernelAvailable() {
-    return false;
-}
-
-bool ScaleColumnsVector(const Job&, int, int) {
+bool ScaleColumnsSse2(const Job&, int, int) {
     return false;
 }
 

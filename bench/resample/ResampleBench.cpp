@@ -1,0 +1,216 @@
+// EnlargeSmooth and Resize against pixman, on random 32-bit pictures with alpha.
+//
+// Cases: 256 and 1024 pixel squares scaled by 2, 1.5, 0.5 and 0.39 (1024 -> 400, a ratio that is not a
+// whole number). EnlargeSmooth runs at 1 and 2 worker threads; pixman runs on one thread with its
+// bilinear filter (enlarging), its separable-convolution box filter (shrinking) and its nearest filter
+// (beside eResizeNearest). Every benchmark reports Mpixel/s of output; a summary at the end prints the
+// ratios the targets are stated in.
+#include <benchmark/benchmark.h>
+#include <pixman.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "toolslib/MultiProc.h"
+#include "ulogui/PictureBits.h"
+
+namespace {
+
+struct Case {
+    int source;
+    int output;
+};
+const Case kCases[] = {{256, 512},   {256, 384},   {256, 128},  {256, 100},
+                       {1024, 2048}, {1024, 1536}, {1024, 512}, {1024, 400}};
+
+ULOPictureBits RandomPicture(int size) {
+    ULOPictureBits picture(ULOSize(size, size), PICTBITS_ALPHA);
+    std::mt19937 random(12345);
+    unsigned char* p = picture.GetBits();
+    for (int i = 0; i < picture.GetLineWidth(false) * size; ++i) {
+        p[i] = static_cast<unsigned char>(random());
+    }
+    ULOPictureBits owned;
+    owned.Swap(picture);
+    return owned;
+}
+
+const ULOPictureBits& SourceOf(int size) {
+    static const ULOPictureBits small = RandomPicture(256);
+    static const ULOPictureBits large = RandomPicture(1024);
+    return size == 256 ? small : large;
+}
+
+void SetOutputRate(benchmark::State& state, int output) {
+    state.counters["Mpix/s"] = benchmark::Counter(static_cast<double>(output) * output / 1e6,
+                                                  benchmark::Counter::kIsIterationInvariantRate);
+}
+
+void BM_EnlargeSmooth(benchmark::State& state) {
+    const int source = static_cast<int>(state.range(0));
+    const int output = static_cast<int>(state.range(1));
+    tools::multiproc::SetMaxJobThreadAllowed(static_cast<int>(state.range(2)));
+    const ULOPictureBits& picture = SourceOf(source);
+    ULOPictureBits target(ULOSize(output, output), PICTBITS_ALPHA);
+    for (auto _ : state) {
+        picture.EnlargeSmooth(target, nullptr);
+        benchmark::DoNotOptimize(target.GetBits());
+    }
+    tools::multiproc::SetMaxJobThreadAllowed(0);
+    SetOutputRate(state, output);
+}
+
+void BM_Resize(benchmark::State& state, ULOPictureBits::EResizeMethod method) {
+    const int source = static_cast<int>(state.range(0));
+    const int output = static_cast<int>(state.range(1));
+    const ULOPictureBits& picture = SourceOf(source);
+    for (auto _ : state) {
+        state.PauseTiming();
+        ULOPictureBits copy;
+        copy.Clone(picture);
+        state.ResumeTiming();
+        copy.Resize(output, output, method);
+        benchmark::DoNotOptimize(copy.GetBits());
+    }
+    SetOutputRate(state, output);
+}
+
+void BM_ResizeNearest(benchmark::State& state) {
+    BM_Resize(state, ULOPictureBits::eResizeNearest);
+}
+
+void BM_ResizeBox(benchmark::State& state) {
+    BM_Resize(state, ULOPictureBits::eResizeBox);
+}
+
+enum class PixmanFilter { kNearest, kSmooth };
+
+void BM_Pixman(benchmark::State& state, PixmanFilter filter) {
+    const int source = static_cast<int>(state.range(0));
+    const int output = static_cast<int>(state.range(1));
+    const ULOPictureBits& picture = SourceOf(source);
+    std::vector<uint32_t> out(static_cast<size_t>(output) * output);
+    pixman_image_t* from = pixman_image_create_bits(
+        PIXMAN_a8r8g8b8, source, source,
+        reinterpret_cast<uint32_t*>(const_cast<unsigned char*>(picture.GetBits())), source * 4);
+    pixman_image_t* to = pixman_image_create_bits(PIXMAN_a8r8g8b8, output, output, out.data(), output * 4);
+    const double scale = static_cast<double>(source) / output;
+    pixman_transform_t transform;
+    pixman_transform_init_scale(&transform, pixman_double_to_fixed(scale), pixman_double_to_fixed(scale));
+    pixman_image_set_transform(from, &transform);
+    pixman_image_set_repeat(from, PIXMAN_REPEAT_PAD);
+    if (filter == PixmanFilter::kNearest) {
+        pixman_image_set_filter(from, PIXMAN_FILTER_NEAREST, nullptr, 0);
+    } else if (output > source) {
+        pixman_image_set_filter(from, PIXMAN_FILTER_BILINEAR, nullptr, 0);
+    } else {
+        int count = 0;
+        pixman_fixed_t* params = pixman_filter_create_separable_convolution(
+            &count, pixman_double_to_fixed(scale), pixman_double_to_fixed(scale), PIXMAN_KERNEL_BOX,
+            PIXMAN_KERNEL_BOX, PIXMAN_KERNEL_BOX, PIXMAN_KERNEL_BOX, 4, 4);
+        pixman_image_set_filter(from, PIXMAN_FILTER_SEPARABLE_CONVOLUTION, params, count);
+        std::free(params);
+    }
+    for (auto _ : state) {
+        pixman_image_composite32(PIXMAN_OP_SRC, from, nullptr, to, 0, 0, 0, 0, 0, 0, output, output);
+        benchmark::DoNotOptimize(out.data());
+    }
+    pixman_image_unref(from);
+    pixman_image_unref(to);
+    SetOutputRate(state, output);
+}
+
+void BM_PixmanSmooth(benchmark::State& state) {
+    BM_Pixman(state, PixmanFilter::kSmooth);
+}
+
+void BM_PixmanNearest(benchmark::State& state) {
+    BM_Pixman(state, PixmanFilter::kNearest);
+}
+
+void RegisterAll() {
+    for (const Case& c : kCases) {
+        for (int threads : {1, 2}) {
+            benchmark::RegisterBenchmark("EnlargeSmooth", BM_EnlargeSmooth)
+                ->Args({c.source, c.output, threads})
+                ->UseRealTime()
+                ->Unit(benchmark::kMillisecond);
+        }
+        benchmark::RegisterBenchmark("PixmanSmooth", BM_PixmanSmooth)
+            ->Args({c.source, c.output})
+            ->UseRealTime()
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("ResizeNearest", BM_ResizeNearest)
+            ->Args({c.source, c.output})
+            ->UseRealTime()
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("PixmanNearest", BM_PixmanNearest)
+            ->Args({c.source, c.output})
+            ->UseRealTime()
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("ResizeBox", BM_ResizeBox)
+            ->Args({c.source, c.output})
+            ->UseRealTime()
+            ->Unit(benchmark::kMillisecond);
+    }
+}
+
+// Keeps each run's Mpixel/s for the summary.
+class CollectingReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs) {
+            const auto it = run.counters.find("Mpix/s");
+            if (it != run.counters.end() && run.run_type == Run::RT_Iteration) {
+                rates[run.benchmark_name()] = it->second.value;
+            }
+        }
+        ConsoleReporter::ReportRuns(runs);
+    }
+    std::map<std::string, double> rates;
+};
+
+void PrintSummary(const std::map<std::string, double>& rates) {
+    const auto get = [&rates](const std::string& name) {
+        const auto it = rates.find(name);
+        return it == rates.end() ? 0.0 : it->second;
+    };
+    const auto ratio = [](double a, double b) { return b > 0 ? a / b : 0.0; };
+    std::printf(
+        "\nMpixel/s of output; targets: smooth 1 thread >= pixman (enlarging), >= 4x pixman (1024 -> 400);\n"
+        "nearest >= pixman; 2 threads >= 1.7x 1 thread for 1024 sources.\n");
+    std::printf("%11s %9s %9s %9s %8s %8s | %9s %9s %8s | %9s\n", "case", "smooth x1", "smooth x2", "pixman",
+                "x1/pix", "x2/x1", "nearest", "pix near", "ratio", "box");
+    for (const Case& c : kCases) {
+        const std::string size = "/" + std::to_string(c.source) + "/" + std::to_string(c.output);
+        const double one = get("EnlargeSmooth" + size + "/1/real_time");
+        const double two = get("EnlargeSmooth" + size + "/2/real_time");
+        const double pixman = get("PixmanSmooth" + size + "/real_time");
+        const double nearest = get("ResizeNearest" + size + "/real_time");
+        const double pixmanNearest = get("PixmanNearest" + size + "/real_time");
+        const double box = get("ResizeBox" + size + "/real_time");
+        std::printf("%5d->%-5d %9.1f %9.1f %9.1f %8.2f %8.2f | %9.1f %9.1f %8.2f | %9.1f\n", c.source,
+                    c.output, one, two, pixman, ratio(one, pixman), ratio(two, one), nearest, pixmanNearest,
+                    ratio(nearest, pixmanNearest), box);
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    RegisterAll();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    CollectingReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    PrintSummary(reporter.rates);
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,306 @@
+// EnlargeSmooth: hand-computed cases, the exact real-valued formula as a reference (within the
+// documented rounding), a per-pixel evaluation of the fixed-point definition (bit for bit), the vector
+// kernels against the scalar one, and threads against a single thread.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "ResampleTestUtil.h"
+#include "toolslib/MultiProc.h"
+#include "ulogui/SmoothScaler.h"
+
+namespace {
+
+using namespace resample_test;
+namespace smooth = ulogui::detail::smooth;
+
+// Restores the kernel and thread choices a test changed.
+class EnlargeSmoothTest : public ::testing::Test {
+protected:
+    void TearDown() override {
+        smooth::SelectBestKernel();
+        tools::multiproc::SetMaxJobThreadAllowed(0);
+    }
+};
+
+// The channels a format filters, as the adapters read them: 32-bit pixels without the alpha flag have
+// alpha 0.
+std::vector<double> Channels(const ULOPictureBits& b, int x, int y) {
+    const std::uint8_t* p = b.GetBits(x, y);
+    std::vector<double> v(p, p + b.GetBytesPerPixel());
+    if (v.size() == 4 && !(b.GetFlags() & PICTBITS_ALPHA)) {
+        v[3] = 0;
+    }
+    return v;
+}
+
+struct Geometry {
+    double scale;
+    int offsetX;
+    int offsetY;
+    bool bilinear;
+};
+
+Geometry GeometryOf(const ULOPictureBits& src, int dw, int dh) {
+    const int w = src.GetWidth(false);
+    const int h = src.GetHeight(false);
+    const float s = std::max(static_cast<float>(w) / dw, static_cast<float>(h) / dh);
+    return {s, static_cast<int>((dw - w / s) * 0.5), static_cast<int>((dh - h / s) * 0.5), dw > w && dh > h};
+}
+
+// The output pixel by the real-valued description; empty when no part of its window is in the picture.
+std::vector<double> Exact(const ULOPictureBits& src, const Geometry& g, int x, int y) {
+    const int w = src.GetWidth(false);
+    const int h = src.GetHeight(false);
+    std::vector<double> sum(src.GetBytesPerPixel(), 0.0);
+    if (g.bilinear) {
+        const double px = g.offsetX + g.scale * (x + 0.5) - 0.5;
+        const double py = g.offsetY + g.scale * (y + 0.5) - 0.5;
+        const int x0 = std::min(std::max(static_cast<int>(std::floor(px)), 0), w - 1);
+        const int x1 = std::min(static_cast<int>(std::ceil(px)), w - 1);
+        const int y0 = std::min(std::max(static_cast<int>(std::floor(py)), 0), h - 1);
+        const int y1 = std::min(static_cast<int>(std::ceil(py)), h - 1);
+        const double fx = std::max(px - x0, 0.0);
+        const double fy = std::max(py - y0, 0.0);
+        const std::vector<double> p00 = Channels(src, x0, y0), p01 = Channels(src, x0, y1);
+        const std::vector<double> p10 = Channels(src, x1, y0), p11 = Channels(src, x1, y1);
+        for (size_t c = 0; c < sum.size(); ++c) {
+            sum[c] = (1 - fx) * (1 - fy) * p00[c] + (1 - fx) * fy * p01[c] + fx * (1 - fy) * p10[c] +
+                     fx * fy * p11[c];
+        }
+        return sum;
+    }
+    double total = 0;
+    const double x0 = x * g.scale, x1 = (x + 1) * g.scale, y0 = y * g.scale, y1 = (y + 1) * g.scale;
+    for (double cy = std::floor(y0); cy < y1; ++cy) {
+        for (double cx = std::floor(x0); cx < x1; ++cx) {
+            const int ix = static_cast<int>(cx) + g.offsetX;
+            const int iy = static_cast<int>(cy) + g.offsetY;
+            if (ix >= w || iy >= h) {
+                continue;
+            }
+            const double weight =
+                (std::min(cx + 1, x1) - std::max(cx, x0)) * (std::min(cy + 1, y1) - std::max(cy, y0));
+            const std::vector<double> p = Channels(src, ix, iy);
+            for (size_t c = 0; c < sum.size(); ++c) {
+                sum[c] += weight * p[c];
+            }
+            total += weight;
+        }
+    }
+    if (total <= 0) {
+        return {};
+    }
+    for (double& v : sum) {
+        v /= total;
+    }
+    return sum;
+}
+
+TEST_F(EnlargeSmoothTest, ShrinkingAveragesAndRoundsHalfUp) {
+    for (int flags : kFormats) {
+        TestBits src(ULOSize(2, 2), flags);
+        // 10 20 / 30 42: 25.5 -> 26 in every channel.
+        Paint(src, [](int x, int y, int) {
+            return static_cast<std::uint8_t>(x == 1 && y == 1 ? 42 : 10 + 10 * (x + 2 * y));
+        });
+        TestBits target(ULOSize(1, 1), flags);
+        src.EnlargeSmooth(target, nullptr);
+        EXPECT_EQ(Pixel(target, 0, 0), std::vector<std::uint8_t>(src.GetBytesPerPixel(), 26)) << flags;
+    }
+}
+
+TEST_F(EnlargeSmoothTest, EnlargingInterpolatesBilinearly) {
+    for (int flags : kFormats) {
+        TestBits src(ULOSize(2, 2), flags);
+        const double corner[2][2] = {{0, 100}, {200, 40}};  // [y][x]
+        Paint(src, [&](int x, int y, int) { return static_cast<std::uint8_t>(corner[y][x]); });
+        TestBits target(ULOSize(4, 4), flags);
+        src.EnlargeSmooth(target, nullptr);
+        // Scale 0.5: positions -0.25 (clamped), 0.25, 0.75, 1.25 (clamped) give fractions 0, 1/4, 3/4, 1.
+        const double f[4] = {0, 0.25, 0.75, 1};
+        for (int y = 0; y < 4; ++y) {
+            for (int x = 0; x < 4; ++x) {
+                const double v = (1 - f[x]) * (1 - f[y]) * corner[0][0] + (1 - f[x]) * f[y] * corner[1][0] +
+                                 f[x] * (1 - f[y]) * corner[0][1] + f[x] * f[y] * corner[1][1];
+                EXPECT_EQ(Pixel(target, x, y)[0], static_cast<int>(std::floor(v + 0.5))) << x << "," << y;
+            }
+        }
+    }
+}
+
+TEST_F(EnlargeSmoothTest, AlphaIsFilteredOnlyWithTheAlphaFlag) {
+    TestBits src(ULOSize(2, 1), 0);
+    Paint(src, [](int, int, int c) { return static_cast<std::uint8_t>(c == 3 ? 200 : 50); });
+    TestBits target(ULOSize(1, 1), 0);
+    src.EnlargeSmooth(target, nullptr);
+    EXPECT_EQ(Pixel(target, 0, 0), (std::vector<std::uint8_t>{50, 50, 50, 0}));
+}
+
+// The centring offset is measured in output pixels and added to source coordinates: 4 x 2 into 4 x 4
+// reads source row iy + 1, so only the first output row has cells inside the picture; the other rows are
+// left as they were.
+TEST_F(EnlargeSmoothTest, OffsetShiftsSourceCoordinatesAndLeavesEmptyWindowsAlone) {
+    TestBits src(ULOSize(4, 2), PICTBITS_ALPHA);
+    Paint(src, Distinct);
+    TestBits target(ULOSize(4, 4), PICTBITS_ALPHA);
+    Paint(target, [](int, int, int) { return 0xEE; });
+    src.EnlargeSmooth(target, nullptr);
+    for (int x = 0; x < 4; ++x) {
+        EXPECT_EQ(Pixel(target, x, 0), Pixel(src, x, 1));
+        for (int y = 1; y < 4; ++y) {
+            EXPECT_EQ(Pixel(target, x, y), std::vector<std::uint8_t>(4, 0xEE));
+        }
+    }
+}
+
+TEST_F(EnlargeSmoothTest, TargetRectangleGivesTheSizeButNotThePosition) {
+    TestBits src(ULOSize(6, 6), PICTBITS_MASK8);
+    Paint(src, [](int, int, int) { return 77; });
+    TestBits target(ULOSize(5, 5), PICTBITS_MASK8);
+    Paint(target, [](int, int, int) { return 1; });
+    const ULORect rect(10, 10, 13, 13);
+    src.EnlargeSmooth(target, &rect);
+    for (int y = 0; y < 5; ++y) {
+        for (int x = 0; x < 5; ++x) {
+            EXPECT_EQ(Pixel(target, x, y)[0], x < 3 && y < 3 ? 77 : 1) << x << "," << y;
+        }
+    }
+    // An output larger than the target is cut at the target's edge.
+    const ULORect large(0, 0, 9, 9);
+    src.EnlargeSmooth(target, &large);
+    EXPECT_EQ(Pixel(target, 4, 4)[0], 77);
+}
+
+struct Scenario {
+    int flags;
+    int w, h, dw, dh;
+};
+
+std::vector<Scenario> RandomScenarios(std::mt19937& random, int count, int maxSize) {
+    const int flags[] = {PICTBITS_MASK8, PICTBITS_RGB24, 0, PICTBITS_ALPHA};
+    std::vector<Scenario> all;
+    for (int i = 0; i < count; ++i) {
+        const auto size = [&] { return 1 + static_cast<int>(random() % maxSize); };
+        all.push_back({flags[i % 4], size(), size(), size(), size()});
+    }
+    // Both modes for sure, at sizes that take the threads.
+    all.push_back({PICTBITS_ALPHA, 50, 41, 130, 97});
+    all.push_back({0, 333, 257, 130, 100});
+    return all;
+}
+
+TEST_F(EnlargeSmoothTest, StaysWithinRoundingOfTheExactFormula) {
+    std::mt19937 random(3);
+    long pixels = 0;
+    long roundedExactly = 0;
+    for (const Scenario& s : RandomScenarios(random, 80, 40)) {
+        TestBits src(ULOSize(s.w, s.h), s.flags);
+        PaintRandom(src, random);
+        TestBits target(ULOSize(s.dw, s.dh), s.flags);
+        Paint(target, [](int, int, int) { return 0xEE; });
+        src.EnlargeSmooth(target, nullptr);
+        const Geometry g = GeometryOf(src, s.dw, s.dh);
+        // Only moderate scales: the error bound grows with the number of cells per output pixel.
+        if (g.scale > 4) {
+            continue;
+        }
+        for (int y = 0; y < s.dh; ++y) {
+            for (int x = 0; x < s.dw; ++x) {
+                const std::vector<double> exact = Exact(src, g, x, y);
+                const std::vector<std::uint8_t> got = Pixel(target, x, y);
+                for (size_t c = 0; c < got.size(); ++c) {
+                    if (exact.empty()) {
+                        ASSERT_EQ(got[c], 0xEE) << "an empty window must not be written";
+                        continue;
+                    }
+                    ASSERT_NEAR(got[c], exact[c], 0.6) << s.w << "x" << s.h << "->" << s.dw << "x" << s.dh;
+                    ++pixels;
+                    roundedExactly += got[c] == static_cast<int>(std::floor(exact[c] + 0.5));
+                }
+            }
+        }
+    }
+    EXPECT_GT(pixels, 100000);
+    EXPECT_GT(static_cast<double>(roundedExactly) / pixels, 0.99);
+}
+
+// The fixed-point definition evaluated pixel by pixel from the tap tables, without the kernels' strips
+// and ring of rows.
+std::vector<std::uint8_t> FixedPointReference(const ULOPictureBits& src, int dw, int dh,
+                                              std::vector<std::uint8_t> out) {
+    const Geometry g = GeometryOf(src, dw, dh);
+    const int w = src.GetWidth(false);
+    const int h = src.GetHeight(false);
+    const smooth::AxisTaps xs = g.bilinear ? smooth::BilinearTaps(w, dw, g.scale, g.offsetX)
+                                           : smooth::AreaTaps(w, dw, g.scale, g.offsetX);
+    const smooth::AxisTaps ys = g.bilinear ? smooth::BilinearTaps(h, dh, g.scale, g.offsetY)
+                                           : smooth::AreaTaps(h, dh, g.scale, g.offsetY);
+    const int bpp = src.GetBytesPerPixel();
+    for (int y = 0; y < ys.usable; ++y) {
+        for (int x = 0; x < xs.usable; ++x) {
+            for (int c = 0; c < bpp; ++c) {
+                int v = 0;
+                for (int ty = ys.start[y]; ty < ys.start[y + 1]; ++ty) {
+                    int sum = 0;
+                    for (int tx = xs.start[x]; tx < xs.start[x + 1]; ++tx) {
+                        sum += xs.weight[tx] * static_cast<int>(Channels(src, xs.index[tx], ys.index[ty])[c]);
+                    }
+                    v += ys.weight[ty] * ((sum + 64) >> 7);
+                }
+                out[(static_cast<size_t>(y) * dw + x) * bpp + c] =
+                    static_cast<std::uint8_t>((v + (1 << 20)) >> 21);
+            }
+        }
+    }
+    return out;
+}
+
+TEST_F(EnlargeSmoothTest, EveryKernelComputesTheFixedPointDefinition) {
+    std::mt19937 random(11);
+    const smooth::Kernel kernels[] = {smooth::Kernel::kScalar, smooth::Kernel::kSse2, smooth::Kernel::kAvx2};
+    for (const Scenario& s : RandomScenarios(random, 60, 70)) {
+        TestBits src(ULOSize(s.w, s.h), s.flags);
+        PaintRandom(src, random);
+        TestBits blank(ULOSize(s.dw, s.dh), s.flags);
+        Paint(blank, [](int, int, int) { return 0xEE; });
+        const std::vector<std::uint8_t> expected = FixedPointReference(src, s.dw, s.dh, Pixels(blank));
+        for (smooth::Kernel kernel : kernels) {
+            if (!smooth::IsKernelAvailable(kernel)) {
+                continue;
+            }
+            smooth::SelectKernel(kernel);
+            TestBits target(ULOSize(s.dw, s.dh), s.flags);
+            Paint(target, [](int, int, int) { return 0xEE; });
+            src.EnlargeSmooth(target, nullptr);
+            ASSERT_EQ(Pixels(target), expected) << "kernel " << static_cast<int>(kernel) << " " << s.w << "x"
+                                                << s.h << "->" << s.dw << "x" << s.dh << " flags " << s.flags;
+        }
+    }
+}
+
+TEST_F(EnlargeSmoothTest, TwoThreadsGiveTheBytesOfOne) {
+    std::mt19937 random(5);
+    const Scenario cases[] = {{PICTBITS_ALPHA, 300, 200, 700, 480},
+                              {PICTBITS_ALPHA, 1000, 700, 390, 270},
+                              {PICTBITS_RGB24, 120, 90, 250, 190},
+                              {PICTBITS_MASK8, 200, 200, 77, 77}};
+    for (const Scenario& s : cases) {
+        TestBits src(ULOSize(s.w, s.h), s.flags);
+        PaintRandom(src, random);
+        std::vector<std::uint8_t> results[2];
+        for (int threads : {1, 2}) {
+            tools::multiproc::SetMaxJobThreadAllowed(threads);
+            TestBits target(ULOSize(s.dw, s.dh), s.flags);
+            Paint(target, [](int, int, int) { return 0xEE; });
+            src.EnlargeSmooth(target, nullptr);
+            results[threads - 1] = Pixels(target);
+        }
+        EXPECT_EQ(results[0], results[1]) << s.w << "x" << s.h << "->" << s.dw << "x" << s.dh;
+    }
+}
+
+}  // namespace

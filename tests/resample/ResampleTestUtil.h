@@ -1,0 +1,68 @@
+#pragma once
+// Helpers of the resampling tests: buffers of each format filled from a function or at random, and
+// pixel bytes read back by picture coordinates.
+#include <cstdint>
+#include <functional>
+#include <random>
+#include <vector>
+
+#include "ulogui/PictureBits.h"
+
+namespace resample_test {
+
+// The three pixel formats; the 32-bit one with its alpha flag set.
+constexpr int kFormats[] = {PICTBITS_MASK8, PICTBITS_RGB24, PICTBITS_ALPHA};
+
+// Exposes what the tests check about ownership and strides.
+class TestBits : public ULOPictureBits {
+public:
+    using ULOPictureBits::ULOPictureBits;
+    bool OwnsBits() const { return ownsBits; }
+};
+
+using PixelFunction = std::function<std::uint8_t(int x, int y, int channel)>;
+
+inline void Paint(ULOPictureBits& b, const PixelFunction& f) {
+    for (int y = 0; y < b.GetHeight(false); ++y) {
+        for (int x = 0; x < b.GetWidth(false); ++x) {
+            for (int c = 0; c < b.GetBytesPerPixel(); ++c) {
+                b.GetBits(x, y)[c] = f(x, y, c);
+            }
+        }
+    }
+}
+
+// Every byte of the block, padding included.
+inline void PaintRandom(ULOPictureBits& b, std::mt19937& random) {
+    for (int i = 0; i < b.GetLineWidth(false) * b.GetHeight(false); ++i) {
+        b.GetBits()[i] = static_cast<std::uint8_t>(random());
+    }
+}
+
+inline std::vector<std::uint8_t> Pixel(const ULOPictureBits& b, int x, int y) {
+    const std::uint8_t* p = b.GetBits(x, y);
+    return std::vector<std::uint8_t>(p, p + b.GetBytesPerPixel());
+}
+
+// The pixels of the picture (no padding), row by row from the top.
+inline std::vector<std::uint8_t> Pixels(const ULOPictureBits& b) {
+    std::vector<std::uint8_t> all;
+    for (int y = 0; y < b.GetHeight(false); ++y) {
+        const std::uint8_t* p = b.GetBits(0, y);
+        all.insert(all.end(), p, p + b.GetWidth(false) * b.GetBytesPerPixel());
+    }
+    return all;
+}
+
+inline std::vector<std::uint8_t> Block(const ULOPictureBits& b) {
+    const std::uint8_t* p = b.GetBits();
+    return std::vector<std::uint8_t>(p, p + b.GetLineWidth(false) * b.GetHeight(false));
+}
+
+// A byte that differs between neighbouring pixels and channels, so that a pixel taken from the wrong
+// place shows.
+inline std::uint8_t Distinct(int x, int y, int c) {
+    return static_cast<std::uint8_t>(x * 37 + y * 101 + c * 53 + 7);
+}
+
+}  // namespace resample_test
