@@ -17,11 +17,16 @@ namespace {
 // Outputs smaller than this in both directions are not worth the threads.
 constexpr int kSerialLimit = 40;
 
-// Threads take the columns in groups whose pixels fill whole cache lines of each target row, so that
-// two threads never write into the same line (which would bounce it between their caches) and each
-// thread reads its source strip row after row.
-int ColumnsPerGroup(int bytesPerPixel) {
-    return bytesPerPixel == 4 ? 256 : 256;
+// Threads take the columns in groups of neighbours. A group is computed as one strip: row after row,
+// each source row read once into the horizontal pass and each target row written as a run of whole
+// cache lines, so that two threads never write into the same line (which would bounce it between their
+// caches). Groups are as wide as possible (long rows are cheaper) while leaving each thread about four
+// of them, which keeps the threads evenly loaded when they claim groups as they finish.
+int ColumnsPerGroup(int columns, int threads, int bytesPerPixel) {
+    const int line = bytesPerPixel == 4 ? 16 : 64;  // pixels in a whole number of 64-byte lines
+    const int groupsPerThread = 4;
+    const int wanted = (columns + threads * groupsPerThread - 1) / (threads * groupsPerThread);
+    return std::min(std::max((wanted + line - 1) / line * line, line), 256);
 }
 
 smooth::PixelFormat FormatOf(int bytesPerPixel, int flags) {
@@ -110,12 +115,13 @@ void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* target
         return;
     }
     // One loop index per output column; the first column of each group computes the group.
-    const int group = ColumnsPerGroup(bytesPerPixel);
+    const int threads = tools::multiproc::GetOptimizedMaxJobThreadAllowed();
+    const int group = ColumnsPerGroup(columns, threads, bytesPerPixel);
     tools::multiproc::InterruptibleProgressingLoopIter columnLoop(outputColumns, never, &progress);
     tools::multiproc::ParallelSection section(columnLoop, [&job, group, columns](int x) {
         if (x % group == 0 && x < columns) {
             smooth::ScaleColumns(job, x, std::min(x + group, columns));
         }
     });
-    tools::multiproc::RunParallelSection(section, tools::multiproc::GetOptimizedMaxJobThreadAllowed());
+    tools::multiproc::RunParallelSection(section, threads);
 }

@@ -26,10 +26,12 @@ void ULOPictureBits::Resize(int newWidth, int newHeight, const ULORect& source, 
         return;
     }
     const BlockPlan plan = PlanBlock(newWidth, newHeight, flags);
-    // Cleared, so that what the method does not write (row padding, parts of the source rectangle
-    // outside the picture) reads as zeros.
-    BlockPtr block = AllocateBlock(plan.size, true);
     const BlockView from = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
+    // Cleared, so that what the method does not write (parts of the source rectangle outside the
+    // picture) reads as zeros. Nearest neighbour writes every pixel of a picture that has any, and
+    // clears the row padding itself.
+    const bool writesEverything = method == eResizeNearest && from.CoversPicture();
+    BlockPtr block = AllocateBlock(plan.size, !writesEverything);
     const NewBlock to{block.get(), plan.size, newWidth, newHeight, plan.lineWidth};
     switch (method) {
         case eResizeNearest:

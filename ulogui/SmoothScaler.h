@@ -38,6 +38,13 @@ struct AxisTaps {
     std::vector<std::int32_t> pairWeight;
     // With one pair per output: output i's pair weight four times over (at 4 * i).
     std::vector<std::int32_t> columnWeight;
+    // The same taps as runs of runLength (a multiple of 4) neighbouring source pixels from runStart[i],
+    // the taps outside an output's own being weight 0; empty when the source is shorter than a run. The
+    // weights come in blocks of four taps, each laid out as w0 w1 w0 w1 w0 w1 w0 w1 w2 w3 w2 w3 ...
+    // (16 values), ready to multiply two interleaved pairs of 4-channel pixels.
+    int runLength = 0;
+    std::vector<std::int32_t> runStart;
+    std::vector<std::int16_t> runWeight;
     // Largest last - first source coordinate + 1 of any output: how many source rows one output row
     // may need at once.
     int maxSpan = 1;

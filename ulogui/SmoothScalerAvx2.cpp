@@ -49,9 +49,37 @@ ULO_TARGET_AVX2 inline __m128i FilterColumn(const unsigned char* row, const Axis
     return _mm_srai_epi32(sum, kHorizontalShift);
 }
 
+// One output column from its run of taps, four neighbouring source pixels per step.
+ULO_TARGET_AVX2 inline __m128i FilterRun(const unsigned char* row, const AxisTaps& xs, int column) {
+    const __m256i interleave = _mm256_setr_epi8(0, -1, 4, -1, 1, -1, 5, -1, 2, -1, 6, -1, 3, -1, 7, -1, 8, -1,
+                                                12, -1, 9, -1, 13, -1, 10, -1, 14, -1, 11, -1, 15, -1);
+    const unsigned char* p = row + static_cast<std::ptrdiff_t>(xs.runStart[column]) * 4;
+    const std::int16_t* w = xs.runWeight.data() + static_cast<std::ptrdiff_t>(column) * xs.runLength * 4;
+    __m256i sum = _mm256_setzero_si256();
+    for (int k = 0; k < xs.runLength; k += 4) {
+        // Pixels k..k+3 in both lanes, then pixels k, k+1 interleaved in the low lane and k+2, k+3 in the
+        // high one.
+        const __m256i four =
+            _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 4 * k)));
+        const __m256i weights = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(w + 4 * k));
+        sum = _mm256_add_epi32(sum, _mm256_madd_epi16(_mm256_shuffle_epi8(four, interleave), weights));
+    }
+    const __m128i total =
+        _mm_add_epi32(_mm_add_epi32(_mm256_castsi256_si128(sum), _mm256_extracti128_si256(sum, 1)),
+                      _mm_set1_epi32(1 << (kHorizontalShift - 1)));
+    return _mm_srai_epi32(total, kHorizontalShift);
+}
+
 ULO_TARGET_AVX2 void FilterRow(const unsigned char* row, const AxisTaps& xs, int first, int columns,
                                std::int16_t* out) {
     int x = 0;
+    if (!xs.onePair && xs.runLength != 0) {
+        for (; x + 2 <= columns; x += 2) {
+            const __m128i a = FilterRun(row, xs, first + x);
+            const __m128i b = FilterRun(row, xs, first + x + 1);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * x), _mm_packs_epi32(a, b));
+        }
+    }
     if (xs.onePair && !xs.columnWeight.empty()) {
         // Column c's pair starts at tap 2c and has pair weight c.
         const std::int32_t* index = xs.index.data() + 2 * static_cast<std::ptrdiff_t>(first);

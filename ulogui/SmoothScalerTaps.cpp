@@ -35,8 +35,9 @@ void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw, int sourceLeng
     int previous = 0;
     for (std::size_t k = 0; k < raw.size(); ++k) {
         running += raw[k].weight;
-        const int rounded =
-            k + 1 == raw.size() ? kWeightOne : static_cast<int>(std::floor(running / total * kWeightOne + 0.5));
+        const int rounded = k + 1 == raw.size()
+                                ? kWeightOne
+                                : static_cast<int>(std::floor(running / total * kWeightOne + 0.5));
         quantised.push_back({raw[k].index, static_cast<double>(rounded - previous)});
         previous = rounded;
     }
@@ -61,7 +62,9 @@ void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw, int sourceLeng
     taps.start.push_back(static_cast<std::int32_t>(taps.index.size()));
 }
 
-void Finish(AxisTaps& taps, int outputLength) {
+void BuildRuns(AxisTaps& taps, int sourceLength);
+
+void Finish(AxisTaps& taps, int outputLength, int sourceLength) {
     taps.usable = 0;
     while (taps.usable < outputLength && taps.TapCount(taps.usable) != 0) {
         ++taps.usable;
@@ -76,6 +79,42 @@ void Finish(AxisTaps& taps, int outputLength) {
         taps.columnWeight.resize(taps.pairWeight.size() * 4);
         for (std::size_t p = 0; p < taps.pairWeight.size(); ++p) {
             std::fill_n(&taps.columnWeight[4 * p], 4, taps.pairWeight[p]);
+        }
+    }
+    BuildRuns(taps, sourceLength);
+}
+
+// Every output's taps as one run of the same length, when the taps of each output are neighbouring
+// pixels and the source is long enough.
+void BuildRuns(AxisTaps& taps, int sourceLength) {
+    int longest = 0;
+    for (int i = 0; i < taps.usable; ++i) {
+        for (int t = taps.start[i] + 1; t < taps.start[i + 1]; ++t) {
+            if (taps.index[t] != taps.index[t - 1] + 1) {
+                return;
+            }
+        }
+        longest = std::max(longest, taps.TapCount(i));
+    }
+    const int length = (longest + 3) / 4 * 4;
+    if (taps.usable == 0 || length > sourceLength) {
+        return;
+    }
+    taps.runLength = length;
+    taps.runStart.resize(static_cast<std::size_t>(taps.usable));
+    taps.runWeight.assign(static_cast<std::size_t>(taps.usable) * length * 4, 0);
+    for (int i = 0; i < taps.usable; ++i) {
+        const std::int32_t first = std::min(taps.index[taps.start[i]], sourceLength - length);
+        taps.runStart[i] = first;
+        std::int16_t* block = &taps.runWeight[static_cast<std::size_t>(i) * length * 4];
+        for (int t = taps.start[i]; t < taps.start[i + 1]; ++t) {
+            // Tap k of the run goes to block k / 4; within it, pair (k % 4) / 2 fills one half, and
+            // its position in the pair every other value of that half.
+            const int k = taps.index[t] - first;
+            std::int16_t* half = block + (k / 4) * 16 + ((k % 4) / 2) * 8 + (k % 2);
+            for (int j = 0; j < 8; j += 2) {
+                half[j] = taps.weight[t];
+            }
         }
     }
 }
@@ -101,7 +140,7 @@ AxisTaps AreaTaps(int sourceLength, int outputLength, double scale, int offset) 
         }
         AppendOutput(taps, raw, sourceLength);
     }
-    Finish(taps, outputLength);
+    Finish(taps, outputLength, sourceLength);
     return taps;
 }
 
@@ -125,7 +164,7 @@ AxisTaps BilinearTaps(int sourceLength, int outputLength, double scale, int offs
         }
         AppendOutput(taps, raw, sourceLength);
     }
-    Finish(taps, outputLength);
+    Finish(taps, outputLength, sourceLength);
     return taps;
 }
 
