@@ -24,6 +24,10 @@ extern const KernelSet kVector128Kernels;
 // 32-byte vectors (AVX2); run only on processors that have it.
 extern const KernelSet kVector256Kernels;
 #endif
+#if defined(ULO_TRANSFER_VECTOR512)
+// 64-byte vectors (AVX-512BW); run only on processors that have it.
+extern const KernelSet kVector512Kernels;
+#endif
 }  // namespace detail
 
 }  // namespace transfer

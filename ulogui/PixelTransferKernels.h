@@ -12,12 +12,17 @@
 // - A 32-bit pixel seen as two 16-bit lanes holds (blue | green << 8) and (red | alpha << 8), so
 //   `v & 0xFF` gives blue and red and `v >> 8` gives green and alpha, each in a 16-bit lane where a
 //   product of two bytes fits. The two halves are joined back as lo | hi << 8.
-// - The truncating division by 255 of a product sum x <= 255 * 255 is (x + 1 + (x >> 8)) >> 8, and
-//   the compositing division by d (1..255) of a numerator n <= 255 * d is
-//   trunc(n * (1.0f / d) + kQuotientNudge) in single precision: the rounding errors stay far below the
-//   nudge, and the nudge far below the distance 1 / d between a quotient and the next integer.
+// - Divisions become multiplications. The truncating division by 255 of a product sum x <= 255 * 255
+//   is the high half of x * 0x8081 shifted right by 7. The compositing division by d (1..255) of a
+//   numerator n <= 255 * d is trunc(n * r) in single precision with r = kReciprocalScale / d: the scale,
+//   a little above 1, lifts an exact quotient safely above its integer, and stays far below the
+//   distance 1 / d that separates any other quotient from the next integer.
 #include <cstdint>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
 
 #include "ulogui/PixelTransferKernelSet.h"
 
@@ -25,7 +30,9 @@ namespace ulogui {
 namespace transfer {
 namespace {
 
-constexpr float kQuotientNudge = 1.0f / 1024.0f;
+constexpr float kReciprocalScale = 1.0f + 1.0f / (1 << 20);
+constexpr uint16_t kDivide255Multiplier = 0x8081;
+constexpr int kDivide255Shift = 7;
 
 template <int Bytes>
 struct Lanes {
@@ -33,6 +40,7 @@ struct Lanes {
     typedef uint32_t U32 __attribute__((vector_size(Bytes)));
     typedef int32_t I32 __attribute__((vector_size(Bytes)));
     typedef float F32 __attribute__((vector_size(Bytes)));
+    typedef int8_t I8 __attribute__((vector_size(Bytes)));
     static constexpr int kPixels = Bytes / 4;
 };
 
@@ -72,6 +80,55 @@ inline U32 MixShift8(U32 dst, U32 fs, U16 dw, U16 fw) {
     return As<U32>(joined);
 }
 
+// The high 16 bits of each lane's 32-bit product: one instruction on x86, widened arithmetic elsewhere.
+template <int Bytes>
+struct HighProduct {
+    template <class U16>
+    static U16 Of(U16 a, U16 b) {
+        using Wide = typename Lanes<2 * Bytes>::U32;
+        const Wide product = __builtin_convertvector(a, Wide) * __builtin_convertvector(b, Wide);
+        return __builtin_convertvector(product >> 16, U16);
+    }
+};
+#if defined(__SSE2__)
+template <>
+struct HighProduct<16> {
+    template <class U16>
+    static U16 Of(U16 a, U16 b) {
+        return (U16)_mm_mulhi_epu16((__m128i)a, (__m128i)b);
+    }
+};
+#endif
+#if defined(__AVX2__)
+template <>
+struct HighProduct<32> {
+    template <class U16>
+    static U16 Of(U16 a, U16 b) {
+        return (U16)_mm256_mulhi_epu16((__m256i)a, (__m256i)b);
+    }
+};
+#endif
+#if defined(__AVX512BW__)
+template <>
+struct HighProduct<64> {
+    template <class U16>
+    static U16 Of(U16 a, U16 b) {
+        return (U16)_mm512_mulhi_epu16((__m512i)a, (__m512i)b);
+    }
+};
+#endif
+
+template <class U16>
+inline U16 MulHigh(U16 a, U16 b) {
+    return HighProduct<sizeof(U16)>::Of(a, b);
+}
+
+// x / 255, truncated, for x <= 255 * 255.
+template <class U16>
+inline U16 Divide255(U16 x) {
+    return MulHigh(x, U16{} + kDivide255Multiplier) >> kDivide255Shift;
+}
+
 // (f * k + dst * (255 - k)) / 255, truncated, on all four bytes.
 template <class U16, class U32>
 inline U32 MixDivide255(U32 dst, U32 fs, int k) {
@@ -79,10 +136,8 @@ inline U32 MixDivide255(U32 dst, U32 fs, int k) {
     const U16 f = As<U16>(fs);
     const uint16_t fw = static_cast<uint16_t>(k);
     const uint16_t dw = static_cast<uint16_t>(255 - k);
-    U16 lo = (f & 0xFF) * fw + (d & 0xFF) * dw;
-    U16 hi = (f >> 8) * fw + (d >> 8) * dw;
-    lo = (lo + 1 + (lo >> 8)) >> 8;
-    hi = (hi + 1 + (hi >> 8)) >> 8;
+    const U16 lo = Divide255((f & 0xFF) * fw + (d & 0xFF) * dw);
+    const U16 hi = Divide255((f >> 8) * fw + (d >> 8) * dw);
     const U16 joined = lo | (hi << 8);
     return As<U32>(joined);
 }
@@ -92,6 +147,48 @@ template <class U16, class U32>
 inline U16 SpreadWeight(U32 w) {
     const U32 both = w | (w << 16);
     return As<U16>(both);
+}
+
+// Each pixel's alpha byte in both of its 16-bit lanes: a byte shuffle where there is one.
+template <int Bytes>
+struct AlphaSpread {
+    template <class U16, class U32>
+    static U16 Of(U32 pixels) {
+        return SpreadWeight<U16>(pixels >> 24);
+    }
+};
+// Shuffle indices that move byte 3 of each pixel to bytes 0 and 2 and zero bytes 1 and 3 (indices count
+// within 16-byte lanes, as the x86 byte shuffles do).
+template <int Bytes>
+inline auto AlphaSpreadIndices() {
+    typename Lanes<Bytes>::I8 indices;
+    for (int i = 0; i < Bytes; ++i) {
+        indices[i] = static_cast<int8_t>(i % 2 == 0 ? (i % 16) / 4 * 4 + 3 : -128);
+    }
+    return indices;
+}
+#if defined(__AVX2__)
+template <>
+struct AlphaSpread<32> {
+    template <class U16, class U32>
+    static U16 Of(U32 pixels) {
+        return (U16)_mm256_shuffle_epi8((__m256i)pixels, (__m256i)AlphaSpreadIndices<32>());
+    }
+};
+#endif
+#if defined(__AVX512BW__)
+template <>
+struct AlphaSpread<64> {
+    template <class U16, class U32>
+    static U16 Of(U32 pixels) {
+        return (U16)_mm512_shuffle_epi8((__m512i)pixels, (__m512i)AlphaSpreadIndices<64>());
+    }
+};
+#endif
+
+template <class U16, class U32>
+inline U16 SpreadAlpha(U32 pixels) {
+    return AlphaSpread<sizeof(U32)>::template Of<U16>(pixels);
 }
 
 // Product of 32-bit lanes whose values are below 2^16: the 16-bit multiply of the low halves, the high
@@ -129,11 +226,10 @@ int SourceAlphaKernel(unsigned char* dst, const unsigned char* fs, int count, in
     for (; x + n <= count; x += n) {
         const U32 d = Load<U32>(dst + 4 * x);
         const U32 s = Load<U32>(fs + 4 * x);
-        const U32 a = s >> 24;
-        const U16 aw = SpreadWeight<U16>(a);
+        const U16 aw = SpreadAlpha<U16>(s);
         const U32 mixed = MixShift8<U16>(d, s, aw, 255 - aw);
         const U32 out = (mixed & kColourBytes) | (d & kAlphaByte);
-        Store(dst + 4 * x, Select(As<U32>(a == 255), d, out));
+        Store(dst + 4 * x, Select(As<U32>(s >= kAlphaByte), d, out));
     }
     return x;
 }
@@ -145,16 +241,15 @@ int SourceAlphaOpacityKernel(unsigned char* dst, const unsigned char* fs, int co
     using U32 = typename Lanes<Bytes>::U32;
     using I32 = typename Lanes<Bytes>::I32;
     constexpr int n = Lanes<Bytes>::kPixels;
-    const U32 kw = U32{} + static_cast<uint32_t>(k);
+    const U16 kw = U16{} + static_cast<uint16_t>(k);
     int x = 0;
     for (; x + n <= count; x += n) {
         const U32 d = Load<U32>(dst + 4 * x);
         const U32 s = Load<U32>(fs + 4 * x);
-        const U32 w = Mul16<U16>(255 - (s >> 24), kw) >> 8;
-        const U16 ww = SpreadWeight<U16>(w);
+        const U16 ww = ((255 - SpreadAlpha<U16>(s)) * kw) >> 8;
         const U32 mixed = MixShift8<U16>(d, s, 255 - ww, ww);
         const U32 out = (mixed & kColourBytes) | (d & kAlphaByte);
-        const I32 keep = w == 0;
+        const I32 keep = As<U32>(ww) == 0;
         Store(dst + 4 * x, Select(As<U32>(keep), d, out));
     }
     return x;
@@ -191,8 +286,9 @@ int OpacityAllBytesKernel(unsigned char* dst, const unsigned char* fs, int count
     return x;
 }
 
-// W4, in 32-bit lanes (one pixel per lane, one colour byte at a time) because the compositing
-// divisor differs from pixel to pixel.
+// W4. The per-pixel values (transparencies, weights) and the numerators live in 16-bit lanes, each
+// pixel's values in both of its lanes; each colour byte is then divided in a 32-bit float lane of its
+// own, because the divisor differs from pixel to pixel.
 template <int Bytes>
 int OntoAlphaKernel(unsigned char* dst, const unsigned char* fs, int count, int k) {
     using U16 = typename Lanes<Bytes>::U16;
@@ -200,29 +296,33 @@ int OntoAlphaKernel(unsigned char* dst, const unsigned char* fs, int count, int 
     using I32 = typename Lanes<Bytes>::I32;
     using F32 = typename Lanes<Bytes>::F32;
     constexpr int n = Lanes<Bytes>::kPixels;
-    const U32 kw = U32{} + static_cast<uint32_t>(k);
+    const U16 kw = U16{} + static_cast<uint16_t>(k);
     int x = 0;
     for (; x + n <= count; x += n) {
         const U32 d = Load<U32>(dst + 4 * x);
         const U32 s = Load<U32>(fs + 4 * x);
-        const U32 w = Mul16<U16>(255 - (s >> 24), kw) >> 8;
-        const U32 t = 255 - w;
-        const U32 b = d >> 24;
-        const U32 c = Mul16<U16>(b, t) >> 8;
-        const U32 dstWeight = t - c;
-        const U32 srcWeight = 255 - t;
-        const F32 reciprocal = 1.0f / __builtin_convertvector(As<I32>(255 - c), F32);
-        U32 out = c << 24;
-        for (int shift = 0; shift < 24; shift += 8) {
-            const U32 numerator =
-                Mul16<U16>((d >> shift) & 0xFF, dstWeight) + Mul16<U16>((s >> shift) & 0xFF, srcWeight);
-            const F32 q = __builtin_convertvector(As<I32>(numerator), F32) * reciprocal + kQuotientNudge;
-            const I32 quotient = __builtin_convertvector(q, I32);
-            out |= As<U32>(quotient) << shift;
-        }
-        const I32 transparentBackground = b == 255;
-        out = Select(As<U32>(transparentBackground), (s & kColourBytes) | (t << 24), out);
-        const I32 keep = w == 0;
+        const U16 w = ((255 - SpreadAlpha<U16>(s)) * kw) >> 8;
+        const U16 t = 255 - w;
+        const U16 c = (SpreadAlpha<U16>(d) * t) >> 8;
+        const U16 dstWeight = t - c;
+        const U16 srcWeight = 255 - t;
+        const I32 divisor = As<I32>(As<U32>(255 - c) & 0xFFFF);
+        const F32 reciprocal = kReciprocalScale / __builtin_convertvector(divisor, F32);
+
+        const U16 d16 = As<U16>(d);
+        const U16 f16 = As<U16>(s);
+        const U32 lo = As<U32>((d16 & 0xFF) * dstWeight + (f16 & 0xFF) * srcWeight);  // blue, red
+        const U32 hi = As<U32>((d16 >> 8) * dstWeight + (f16 >> 8) * srcWeight);      // green, (alpha)
+        const auto quotient = [&](U32 numerator) {
+            const F32 q = __builtin_convertvector(As<I32>(numerator), F32) * reciprocal;
+            return As<U32>(__builtin_convertvector(q, I32));
+        };
+        U32 out = quotient(lo & 0xFFFF) | (quotient(hi & 0xFFFF) << 8) | (quotient(lo >> 16) << 16) |
+                  (As<U32>(c) << 24);
+
+        const I32 transparentBackground = d >= kAlphaByte;
+        out = Select(As<U32>(transparentBackground), (s & kColourBytes) | (As<U32>(t) << 24), out);
+        const I32 keep = As<U32>(w) == 0;
         Store(dst + 4 * x, Select(As<U32>(keep), d, out));
     }
     return x;

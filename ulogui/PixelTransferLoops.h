@@ -4,8 +4,9 @@
 // the loop a call selects row by row; nothing in a loop branches on the mode.
 //
 // Each loop exists as the scalar reference and, where it pays, as a vector path (16-byte vectors on
-// every machine, 32-byte vectors on x86-64 processors with AVX2). The vector paths give bit-identical
-// results; SetPath chooses which one the next selections use.
+// every machine; 32-byte vectors on x86-64 processors with AVX2, 64-byte vectors on those with
+// AVX-512BW). The vector paths give bit-identical results; SetPath chooses which one the next
+// selections use.
 #include <cstdint>
 
 #include "ulogui/Geometry.h"
@@ -40,7 +41,7 @@ enum class Wrapper : uint8_t {
 constexpr int kWrapperCount = 6;
 
 // Which implementation the loops run.
-enum class Path : uint8_t { kScalar, kVector128, kVector256 };
+enum class Path : uint8_t { kScalar, kVector128, kVector256, kVector512 };
 
 // Whether the path can run on this machine (kScalar and kVector128 always can).
 bool IsPathAvailable(Path path);

@@ -113,6 +113,11 @@ const KernelSet& KernelsOf() {
         return kVector256Kernels;
     }
 #endif
+#if defined(ULO_TRANSFER_VECTOR512)
+    if constexpr (P == Path::kVector512) {
+        return kVector512Kernels;
+    }
+#endif
     return kVector128Kernels;
 }
 
@@ -165,6 +170,7 @@ const RowTable kRows[] = {
     MakeScalarRows(std::make_index_sequence<kInstances>()),
     MakeVectorRows<Path::kVector128>(std::make_index_sequence<kInstances>()),
     MakeVectorRows<Path::kVector256>(std::make_index_sequence<kInstances>()),
+    MakeVectorRows<Path::kVector512>(std::make_index_sequence<kInstances>()),
 };
 
 }  // namespace

@@ -21,6 +21,15 @@ bool HasVector256() {
 #endif
 }
 
+bool HasVector512() {
+#if defined(ULO_TRANSFER_VECTOR512)
+    __builtin_cpu_init();
+    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw");
+#else
+    return false;
+#endif
+}
+
 // -1 until the host or a test chooses: then the best available path.
 std::atomic<int> chosenPath{-1};
 
@@ -46,12 +55,21 @@ bool IsPathAvailable(Path path) {
             static const bool available = HasVector256();
             return available;
         }
+        case Path::kVector512: {
+            static const bool available = HasVector512();
+            return available;
+        }
     }
     return false;
 }
 
 Path GetBestPath() {
-    return IsPathAvailable(Path::kVector256) ? Path::kVector256 : Path::kVector128;
+    for (Path path : {Path::kVector512, Path::kVector256}) {
+        if (IsPathAvailable(path)) {
+            return path;
+        }
+    }
+    return Path::kVector128;
 }
 
 void SetPath(Path path) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -73,6 +74,15 @@ TEST(ColorSetRecord, FortyOneFiveByteRecordsTagThenRedGreenBlueInTheSwappedOrder
     EXPECT_EQ(bytes[5 * 2 + 2], set.activeCaption.red);
     EXPECT_EQ(bytes[5 * 4 + 2], set.activeFrame.red);
     EXPECT_EQ(bytes[5 * 40 + 2], set.gradationListRight.red);
+}
+
+TEST(ColorSetRecord, TheFactorySetBeginsWithTheGradationCaptionsAndFrame) {
+    const std::vector<uint8_t> bytes = Written(ULOGUIColorSet::GetDefaultSet());
+    const std::vector<uint8_t> start = {0x00, 0x08, 0x83, 0x83, 0x83, 0x00, 0x08, 0x41, 0x41,
+                                        0x41, 0x00, 0x08, 0x1A, 0x1A, 0x1A, 0x00, 0x08, 0x68,
+                                        0x68, 0x68, 0x00, 0x08, 0x30, 0x5E, 0xB1};
+    ASSERT_EQ(bytes.size(), 205u);
+    EXPECT_TRUE(std::equal(start.begin(), start.end(), bytes.begin()));
 }
 
 TEST(ColorSetRecord, WriteThenReadGivesAnEqualSetIncludingTextRedAndTextBlack) {

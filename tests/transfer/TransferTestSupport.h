@@ -33,7 +33,7 @@ protected:
 inline std::vector<ulogui::transfer::Path> AvailablePaths() {
     using ulogui::transfer::Path;
     std::vector<Path> paths;
-    for (Path p : {Path::kScalar, Path::kVector128, Path::kVector256}) {
+    for (Path p : {Path::kScalar, Path::kVector128, Path::kVector256, Path::kVector512}) {
         if (ulogui::transfer::IsPathAvailable(p)) {
             paths.push_back(p);
         }
@@ -49,6 +49,8 @@ inline const char* PathName(ulogui::transfer::Path path) {
             return "vector128";
         case ulogui::transfer::Path::kVector256:
             return "vector256";
+        case ulogui::transfer::Path::kVector512:
+            return "vector512";
     }
     return "?";
 }

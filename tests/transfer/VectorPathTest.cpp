@@ -50,7 +50,7 @@ std::string Describe(const unsigned char* p) {
         reference.RunRow(&expected[4 * start], &src[4 * start], n);
         fast.RunRow(&actual[4 * start], &src[4 * start], n);
     }
-    if (std::memcmp(expected.data(), actual.data(), expected.size()) == 0) {
+    if (expected == actual) {
         return ::testing::AssertionSuccess();
     }
     for (int i = 0; i < pixels; ++i) {
@@ -70,14 +70,15 @@ class VectorPathTest : public transfer_test::TransferTest, public ::testing::Wit
 TEST(TransferIdentities, DivisionBy255OfEveryProductSum) {
     for (uint32_t x = 0; x <= 255u * 255u; ++x) {
         ASSERT_EQ((x + 1 + (x >> 8)) >> 8, x / 255) << x;
+        ASSERT_EQ(((x * kDivide255Multiplier) >> 16) >> kDivide255Shift, x / 255) << x;
     }
 }
 
-TEST(TransferIdentities, CompositingQuotientThroughTheFloatReciprocal) {
+TEST(TransferIdentities, CompositingQuotientThroughTheScaledFloatReciprocal) {
     for (int d = 1; d <= 255; ++d) {
-        const float reciprocal = 1.0f / static_cast<float>(d);
+        const float reciprocal = kReciprocalScale / static_cast<float>(d);
         for (int n = 0; n <= 255 * d; ++n) {
-            const int q = static_cast<int>(static_cast<float>(n) * reciprocal + kQuotientNudge);
+            const int q = static_cast<int>(static_cast<float>(n) * reciprocal);
             ASSERT_EQ(q, n / d) << n << " / " << d;
         }
     }
@@ -227,6 +228,45 @@ TEST_P(VectorPathTest, LongRowsCrossStagingBlocks) {
          {Wrapper::kSourceAlpha, Wrapper::kSourceAlphaOpacity, Wrapper::kOpacity, Wrapper::kOntoAlpha}) {
         ASSERT_TRUE(SameAsScalar(GetParam(), Functor::kHighlight, w, 0.8f, 1.0f, dst, src, length));
         ASSERT_TRUE(SameAsScalar(GetParam(), Functor::kRelativeOpacity, w, 0.8f, -0.7f, dst, src, length));
+    }
+}
+
+// The kernels at a width no instruction set of this machine has (two pixels a vector) take the
+// portable code of every helper: the same results again.
+TEST(PortableKernels, TwoPixelVectorsMatchTheScalarReference) {
+    constexpr KernelSet kernels = MakeKernelSet<8>();
+    struct Case {
+        Kernel kernel;
+        Functor functor;
+        Wrapper wrapper;
+    };
+    const Case cases[] = {
+        {kernels.plainColour, Functor::kCopy, Wrapper::kPlain},
+        {kernels.sourceAlpha, Functor::kCopy, Wrapper::kSourceAlpha},
+        {kernels.sourceAlphaOpacity, Functor::kCopy, Wrapper::kSourceAlphaOpacity},
+        {kernels.opacity, Functor::kCopy, Wrapper::kOpacity},
+        {kernels.opacityAllBytes, Functor::kFullCopy, Wrapper::kOpacityAllBytes},
+        {kernels.ontoAlpha, Functor::kCopy, Wrapper::kOntoAlpha},
+    };
+    std::mt19937 random(17);
+    const int pixels = 4099;
+    std::vector<unsigned char> dst(4 * pixels);
+    std::vector<unsigned char> src(4 * pixels);
+    for (size_t i = 0; i < dst.size(); ++i) {
+        dst[i] = static_cast<unsigned char>(random());
+        src[i] = static_cast<unsigned char>(random());
+    }
+    for (const Case& c : cases) {
+        for (float opacity : {1.0f, 0.3f}) {
+            const Loop reference(c.functor, c.wrapper, opacity, 1.0f, Path::kScalar);
+            std::vector<unsigned char> expected = dst;
+            reference.RunRow(expected.data(), src.data(), pixels);
+            std::vector<unsigned char> actual = dst;
+            const int done = c.kernel(actual.data(), src.data(), pixels, reference.GetConstants().k);
+            EXPECT_EQ(done, pixels - 1);
+            reference.RunRow(&actual[4 * done], &src[4 * done], pixels - done);
+            EXPECT_TRUE(expected == actual) << "wrapper " << int(c.wrapper) << ", opacity " << opacity;
+        }
     }
 }
 
