@@ -12,6 +12,7 @@ namespace {
 
 Kernel BestKernel() {
 #if defined(__x86_64__) || defined(__i386__)
+    __builtin_cpu_init();
     if (__builtin_cpu_supports("avx2")) {
         return Kernel::kAvx2;
     }

@@ -115,8 +115,6 @@ ULO_TARGET_AVX2 void FilterRow(const unsigned char* row, const AxisTaps& xs, int
 }
 
 constexpr int kPrefetchRows = 3;
-// Outputs from this size on are written past the cache: they would not stay in it anyway.
-constexpr std::int64_t kStreamBytes = 4 << 20;
 
 inline void PrefetchRange(const unsigned char* p, std::ptrdiff_t bytes) {
     for (std::ptrdiff_t i = 0; i < bytes; i += 64) {
@@ -178,42 +176,30 @@ ULO_TARGET_AVX2 inline void WriteOne(unsigned char* out, __m128i pixel, std::int
 }
 
 // One output row of the strip. OnePair: the row has exactly one tap pair (bilinear), which then stays
-// in registers. KeepAlpha: otherwise the alpha byte is cleared. Stream: large outputs bypass the cache
-// (the lines are written whole, so they need not be read first), from the first 32-byte boundary on.
-template <bool OnePair, bool KeepAlpha, bool Stream>
+// in registers. KeepAlpha: otherwise the alpha byte is cleared.
+template <bool OnePair, bool KeepAlpha>
 ULO_TARGET_AVX2 void BlendRow(const RowPair* pairs, int pairCount, int columns, unsigned char* out) {
     const int count = OnePair ? 1 : pairCount;
     const std::int32_t keepMask = KeepAlpha ? -1 : 0x00FFFFFF;
     const __m256i keep = _mm256_set1_epi32(keepMask);
     int x = 0;
-    if (Stream) {
-        for (; x < columns && (reinterpret_cast<std::uintptr_t>(out + 4 * x) & 31) != 0; ++x) {
-            WriteOne(out + 4 * x, BlendOne(pairs, count, x), keepMask);
-        }
-        for (; x + 8 <= columns; x += 8) {
-            _mm256_stream_si256(reinterpret_cast<__m256i*>(out + 4 * x),
-                                _mm256_and_si256(BlendEight(pairs, count, x), keep));
-        }
-    } else {
-        for (; x + 8 <= columns; x += 8) {
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 4 * x),
-                                _mm256_and_si256(BlendEight(pairs, count, x), keep));
-        }
+    for (; x + 8 <= columns; x += 8) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 4 * x),
+                            _mm256_and_si256(BlendEight(pairs, count, x), keep));
     }
     for (; x < columns; ++x) {
         WriteOne(out + 4 * x, BlendOne(pairs, count, x), keepMask);
     }
 }
 
-template <bool Stream>
 void BlendRowFor(const std::vector<RowPair>& pairs, bool keepAlpha, int columns, unsigned char* out) {
     const int count = static_cast<int>(pairs.size());
     if (count == 1) {
-        keepAlpha ? BlendRow<true, true, Stream>(pairs.data(), count, columns, out)
-                  : BlendRow<true, false, Stream>(pairs.data(), count, columns, out);
+        keepAlpha ? BlendRow<true, true>(pairs.data(), count, columns, out)
+                  : BlendRow<true, false>(pairs.data(), count, columns, out);
     } else {
-        keepAlpha ? BlendRow<false, true, Stream>(pairs.data(), count, columns, out)
-                  : BlendRow<false, false, Stream>(pairs.data(), count, columns, out);
+        keepAlpha ? BlendRow<false, true>(pairs.data(), count, columns, out)
+                  : BlendRow<false, false>(pairs.data(), count, columns, out);
     }
 }
 
@@ -227,7 +213,6 @@ void ScaleStrip(const Job& job, int first, int last) {
     std::vector<std::int32_t> ringRow(static_cast<std::size_t>(ringRows), -1);
     std::vector<RowPair> pairs;
     const bool keepAlpha = job.format == PixelFormat::kRgba32;
-    const bool stream = static_cast<std::int64_t>(job.rows) * job.targetLineWidth >= kStreamBytes;
     // The bytes of a source row that the strip reads. Rows a little ahead are fetched into the cache
     // while the current one is filtered: each row of a tall picture lies on a page of its own, which
     // the processor does not prefetch across.
@@ -258,14 +243,7 @@ void ScaleStrip(const Job& job, int first, int last) {
         unsigned char* out = job.target +
                              (job.targetHeight - 1 - static_cast<std::ptrdiff_t>(y)) * job.targetLineWidth +
                              static_cast<std::ptrdiff_t>(first) * 4;
-        if (stream) {
-            BlendRowFor<true>(pairs, keepAlpha, columns, out);
-        } else {
-            BlendRowFor<false>(pairs, keepAlpha, columns, out);
-        }
-    }
-    if (stream) {
-        _mm_sfence();  // streamed lines are visible to other threads before the strip counts as done
+        BlendRowFor(pairs, keepAlpha, columns, out);
     }
 }
 

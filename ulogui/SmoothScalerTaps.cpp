@@ -30,7 +30,7 @@ void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw, int sourceLeng
         taps.start.push_back(static_cast<std::int32_t>(taps.index.size()));
         return;
     }
-    std::vector<RawTap> quantised;
+    const std::size_t first = taps.index.size();
     double running = 0;
     int previous = 0;
     for (std::size_t k = 0; k < raw.size(); ++k) {
@@ -38,27 +38,27 @@ void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw, int sourceLeng
         const int rounded = k + 1 == raw.size()
                                 ? kWeightOne
                                 : static_cast<int>(std::floor(running / total * kWeightOne + 0.5));
-        quantised.push_back({raw[k].index, static_cast<double>(rounded - previous)});
+        taps.index.push_back(raw[k].index);
+        taps.weight.push_back(static_cast<std::int16_t>(rounded - previous));
         previous = rounded;
     }
-    if (quantised.size() % 2 != 0) {
-        const std::int32_t after = quantised.back().index + 1;
-        const std::int32_t before = quantised.front().index - 1;
+    if (raw.size() % 2 != 0) {
+        const std::int32_t after = taps.index.back() + 1;
+        const std::int32_t before = taps.index[first] - 1;
         if (after < sourceLength) {
-            quantised.push_back({after, 0});
+            taps.index.push_back(after);
+            taps.weight.push_back(0);
         } else if (before >= 0) {
-            quantised.insert(quantised.begin(), {before, 0});
+            taps.index.insert(taps.index.begin() + static_cast<std::ptrdiff_t>(first), before);
+            taps.weight.insert(taps.weight.begin() + static_cast<std::ptrdiff_t>(first), std::int16_t{0});
         } else {
-            quantised.push_back({quantised.back().index, 0});  // a 1-pixel source
+            taps.index.push_back(taps.index.back());  // a 1-pixel source
+            taps.weight.push_back(0);
             taps.adjacentPairs = false;
         }
     }
-    for (const RawTap& t : quantised) {
-        taps.index.push_back(t.index);
-        taps.weight.push_back(static_cast<std::int16_t>(t.weight));
-    }
-    taps.onePair = taps.onePair && quantised.size() == 2;
-    taps.maxSpan = std::max(taps.maxSpan, quantised.back().index - quantised.front().index + 1);
+    taps.onePair = taps.onePair && taps.index.size() - first == 2;
+    taps.maxSpan = std::max(taps.maxSpan, taps.index.back() - taps.index[first] + 1);
     taps.start.push_back(static_cast<std::int32_t>(taps.index.size()));
 }
 
@@ -123,8 +123,13 @@ void BuildRuns(AxisTaps& taps, int sourceLength) {
 
 AxisTaps AreaTaps(int sourceLength, int outputLength, double scale, int offset) {
     AxisTaps taps;
+    taps.start.reserve(static_cast<std::size_t>(outputLength) + 1);
     taps.start.push_back(0);
+    const std::size_t perOutput = static_cast<std::size_t>(std::min(scale, 1e6)) + 3;
+    taps.index.reserve(static_cast<std::size_t>(outputLength) * perOutput);
+    taps.weight.reserve(static_cast<std::size_t>(outputLength) * perOutput);
     std::vector<RawTap> raw;
+    raw.reserve(perOutput);
     for (int i = 0; i < outputLength; ++i) {
         raw.clear();
         // The window in source units; its edges are exact in double (scale has a float's precision).
@@ -146,8 +151,12 @@ AxisTaps AreaTaps(int sourceLength, int outputLength, double scale, int offset) 
 
 AxisTaps BilinearTaps(int sourceLength, int outputLength, double scale, int offset) {
     AxisTaps taps;
+    taps.start.reserve(static_cast<std::size_t>(outputLength) + 1);
     taps.start.push_back(0);
+    taps.index.reserve(static_cast<std::size_t>(outputLength) * 2);
+    taps.weight.reserve(static_cast<std::size_t>(outputLength) * 2);
     std::vector<RawTap> raw;
+    raw.reserve(2);
     const double last = sourceLength - 1;
     for (int i = 0; i < outputLength; ++i) {
         raw.clear();
