@@ -67,14 +67,6 @@ TEST_F(MagnifierTest, LogicalSizesFollowTheCallingThreadsCurrentMagnifier) {
     EXPECT_EQ(otherThreadWidth, 20);
 }
 
-TEST_F(MagnifierTest, SizesThatShrinkBelowHalfAPixelReportZero) {
-    SetMagnifier(4.0f);
-    const ULOTrueColorDCBase dc(ULORect(0, 0, 1, 1), false, true);
-    SetMagnifier(10.0f);
-    EXPECT_EQ(dc.GetWidth(false), 0);  // 4 / 10 + 0.5 = 0.9
-    EXPECT_EQ(dc.GetWidth(true), 4);
-}
-
 // The size-changing operations, on a surface of 10 x 10 logical units.
 using SurfaceResizeTest = MagnifierTest;
 
