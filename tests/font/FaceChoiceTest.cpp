@@ -7,128 +7,78 @@
 
 using namespace ulogui::platform;
 using testfonts::Face;
-using testfonts::FakeFontEngine;
 
 namespace {
 
 class FaceChoice : public ::testing::Test {
 protected:
-    FaceChoice()
-        : engine_(std::make_shared<FakeFontEngine>(std::vector<FaceInfo>{
-              Face(L"Arial", 0, 0x22), Face(L"Tahoma", 0, 0x22), Face(L"Courier New", 0, 0x31),
-              Face(L"MS Gothic", 128, 0x31), Face(L"MS PGothic", 128, 0x22), Face(L"Verdana", 0, 0x22),
-              Face(L"Tahoma", 0, 0x22),  // a face may be reported more than once
-          })),
-          scoped_(engine_) {}
-
-    // Runs the choice with the usual arguments of a regular font.
-    HFONT Choose(std::vector<ULOString> wanted, unsigned long charSet = 0,
-                 unsigned long pitchAndFamily = 0x22) {
-        wanted_ = std::move(wanted);
-        HFONT font = ULOFont::CreateWindowsFont(nullptr, 16, 0, 0, 0, 400, 0, 0, 0, charSet, 4, 0, 0,
-                                                pitchAndFamily, wanted_, found_, chosen_);
-        handles_.push_back(font);
-        return font;
-    }
-
-    ~FaceChoice() override {
-        for (HFONT font : handles_) {
-            DeleteFontHandle(font);
-        }
-    }
-
-    std::shared_ptr<FakeFontEngine> engine_;
-    testfonts::ScopedEngine scoped_;
-    std::vector<ULOString> wanted_;
-    std::vector<HFONT> handles_;
-    bool found_ = false;
-    ULOString chosen_;
+    std::shared_ptr<testfonts::FakeFontEngine> engine_ =
+        std::make_shared<testfonts::FakeFontEngine>(std::vector<FaceInfo>{
+            Face(L"Arial", 0, 0x22), Face(L"Tahoma", 0, 0x22), Face(L"Courier New", 0, 0x31),
+            Face(L"MS Gothic", 128, 0x31), Face(L"MS PGothic", 128, 0x22), Face(L"Verdana", 0, 0x22),
+            Face(L"Tahoma", 0, 0x22),  // a face may be reported more than once
+        });
+    testfonts::ScopedEngine scoped_{engine_};
 };
 
 }  // namespace
 
-TEST_F(FaceChoice, TheFirstWantedFaceWinsAndEndsTheEnumeration) {
-    ASSERT_NE(nullptr, Choose({L"Tahoma", L"Arial"}));
-    EXPECT_TRUE(found_);
-    EXPECT_EQ(L"Tahoma", chosen_);
-    EXPECT_EQ(1, engine_->enumerations);
-    EXPECT_EQ(L"Tahoma", engine_->requests.back().faceName);
-}
-
-TEST_F(FaceChoice, SeveralWantedFacesAreOrderedByTheWantedList) {
-    Choose({L"Missing", L"Verdana", L"Arial"});  // enumerated Arial first, then Verdana
-    EXPECT_TRUE(found_);
-    EXPECT_EQ(L"Verdana", chosen_);
-    Choose({L"Missing", L"Tahoma"});  // reported twice
-    EXPECT_EQ(L"Tahoma", chosen_);
-}
-
-TEST_F(FaceChoice, OneWantedFaceFoundIsTakenAsItIs) {
-    Choose({L"Missing", L"Courier New"});
-    EXPECT_TRUE(found_);
-    EXPECT_EQ(L"Courier New", chosen_);
-    EXPECT_EQ(1, engine_->enumerations);
-}
-
-TEST_F(FaceChoice, WithoutWantedFacesTheFirstFaceOfTheSamePitchFamilyAndCharSetIsTaken) {
-    Choose({L"Missing"}, 0, 0x31);
-    EXPECT_TRUE(found_);
-    EXPECT_EQ(L"Courier New", chosen_);
-    EXPECT_EQ(2, engine_->enumerations);
-    Choose({L"Missing"}, 128, 0x22);
-    EXPECT_EQ(L"MS PGothic", chosen_);
-    // The second pass keeps the enumeration order: no reordering by the wanted list.
-    Choose({L"Missing", L"Other"}, 0, 0x22);
-    EXPECT_EQ(L"Arial", chosen_);
-    // Only the low byte of pitchAndFamily and charSet counts, as in a font description.
-    Choose({L"Missing"}, 0x100 | 128, 0x100 | 0x31);
-    EXPECT_EQ(L"MS Gothic", chosen_);
-}
-
-TEST_F(FaceChoice, NothingFoundLeavesTheFirstWantedNameToThePlatform) {
-    Choose({L"Missing", L"Other"}, 0, 0x77);
-    EXPECT_FALSE(found_);
-    EXPECT_EQ(L"Missing", chosen_);
-    EXPECT_EQ(L"Missing", engine_->requests.back().faceName);
-    Choose({L"MS Gothic"}, 0, 0x52);  // exists, but not in this character set
-    EXPECT_FALSE(found_);
-    EXPECT_EQ(L"MS Gothic", chosen_);
-}
-
-TEST_F(FaceChoice, NamesCompareExactly) {
-    Choose({L"arial", L"COURIER NEW"}, 0, 0x77);
-    EXPECT_FALSE(found_);
-    EXPECT_EQ(L"arial", chosen_);
+TEST_F(FaceChoice, WantedFacesFirstInTheirOrderThenTheSamePitchFamilyAndCharSet) {
+    struct Case {
+        std::vector<ULOString> wanted;
+        unsigned long charSet, pitchAndFamily;
+        bool found;
+        const wchar_t* chosen;
+        int enumerations;
+    };
+    const Case cases[] = {
+        // First pass: the wanted faces that exist, ordered by the wanted list, whatever their pitch.
+        {{L"Tahoma", L"Arial"}, 0, 0x22, true, L"Tahoma", 1},
+        {{L"Missing", L"Verdana", L"Arial"}, 0, 0x22, true, L"Verdana", 1},  // enumerated Arial first
+        {{L"Missing", L"Tahoma"}, 0, 0x22, true, L"Tahoma", 1},              // reported twice
+        {{L"Missing", L"Courier New"}, 0, 0x22, true, L"Courier New", 1},
+        // Second pass: the first face of the same pitch and family and character set, in enumeration
+        // order (no reordering by the wanted list); only the low bytes of both arguments count.
+        {{L"Missing"}, 0, 0x31, true, L"Courier New", 2},
+        {{L"Missing"}, 128, 0x22, true, L"MS PGothic", 2},
+        {{L"Missing", L"Other"}, 0, 0x22, true, L"Arial", 2},
+        {{L"Missing"}, 0x100 | 128, 0x100 | 0x31, true, L"MS Gothic", 2},
+        {{}, 0, 0x31, true, L"Courier New", 2},
+        // Nothing found: the first wanted name is left to the platform.
+        {{L"Missing", L"Other"}, 0, 0x77, false, L"Missing", 2},
+        {{L"MS Gothic"}, 0, 0x52, false, L"MS Gothic", 2},          // not in this character set
+        {{L"arial", L"COURIER NEW"}, 0, 0x77, false, L"arial", 2},  // names compare exactly
+        {{}, 0, 0x77, false, L"", 2},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "case " << &c - cases);
+        engine_->enumerations = 0;
+        std::vector<ULOString> wanted = c.wanted;
+        bool found = !c.found;
+        ULOString chosen = L"stale";
+        HFONT font = ULOFont::CreateWindowsFont(nullptr, 16, 0, 0, 0, 400, 0, 0, 0, c.charSet, 4, 0, 0,
+                                                c.pitchAndFamily, wanted, found, chosen);
+        EXPECT_EQ(c.found, found);
+        EXPECT_EQ(c.chosen, chosen);
+        EXPECT_EQ(c.enumerations, engine_->enumerations);
+        EXPECT_EQ(c.chosen, engine_->requests.back().faceName);
+        EXPECT_EQ(c.wanted, wanted);  // the caller's list is left as it was
+        DeleteFontHandle(font);
+    }
 }
 
 TEST_F(FaceChoice, TheRequestCarriesEveryArgument) {
-    std::vector<ULOString> wanted = {L"Verdana"};
+    std::vector<ULOString> wanted = {L"MS Gothic"};
     bool found = false;
     ULOString chosen;
-    HFONT font = ULOFont::CreateWindowsFont(nullptr, -13, 5, 6, 7, 700, 1, 1, 1, 0, 4, 2, 3, 0x22, wanted,
+    HFONT font = ULOFont::CreateWindowsFont(nullptr, -13, 5, 6, 7, 700, 2, 0, 1, 0x180, 4, 2, 3, 0x31, wanted,
                                             found, chosen);
-    handles_.push_back(font);
     const FontRequest& r = engine_->requests.back();
-    EXPECT_EQ(-13, r.height);
-    EXPECT_EQ(5, r.width);
-    EXPECT_EQ(6, r.escapement);
-    EXPECT_EQ(7, r.orientation);
-    EXPECT_EQ(700, r.weight);
-    EXPECT_TRUE(r.italic && r.underline && r.strikeOut);
-    EXPECT_EQ(0, r.charSet);
-    EXPECT_EQ(4, r.outPrecision);
-    EXPECT_EQ(2, r.clipPrecision);
-    EXPECT_EQ(3, r.quality);
-    EXPECT_EQ(0x22, r.pitchAndFamily);
-    EXPECT_EQ(L"Verdana", r.faceName);
-    ASSERT_EQ(1u, wanted.size());  // the caller's list is left as it was
-    EXPECT_EQ(ResolveFont(font)->GetFaceName(), L"Verdana");
-}
-
-TEST_F(FaceChoice, AnEmptyWantedListIsHarmless) {
-    Choose({}, 0, 0x77);
-    EXPECT_FALSE(found_);
-    EXPECT_TRUE(chosen_.empty());
-    Choose({}, 0, 0x31);
-    EXPECT_EQ(L"Courier New", chosen_);
+    EXPECT_EQ(std::make_tuple(-13, 5, 6, 7, 700, true, false, true),
+              std::make_tuple(r.height, r.width, r.escapement, r.orientation, r.weight, r.italic, r.underline,
+                              r.strikeOut));
+    EXPECT_EQ(std::make_tuple(128, 4, 2, 3, 0x31),
+              std::make_tuple(+r.charSet, +r.outPrecision, +r.clipPrecision, +r.quality, +r.pitchAndFamily));
+    EXPECT_EQ(L"MS Gothic", ResolveFont(font)->GetFaceName());
+    DeleteFontHandle(font);
 }

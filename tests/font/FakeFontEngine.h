@@ -10,33 +10,66 @@
 
 namespace testfonts {
 
-class FakeFontEngine : public ulogui::platform::FontEngine {
+namespace platform = ulogui::platform;
+using AdvanceFunction = std::function<int32_t(const platform::FontRequest&, uint32_t)>;
+
+class FakeFontEngine : public platform::FontEngine {
 public:
-    explicit FakeFontEngine(std::vector<ulogui::platform::FaceInfo> faces) : faces_(std::move(faces)) {}
+    explicit FakeFontEngine(std::vector<platform::FaceInfo> faces) : faces_(std::move(faces)) {}
 
     void EnumerateFaces(uint8_t charSet,
-                        const std::function<bool(const ulogui::platform::FaceInfo&)>& visit) override;
-    std::shared_ptr<ulogui::platform::PlatformFont> CreateFontObject(
-        const ulogui::platform::FontRequest& request) override;
+                        const std::function<bool(const platform::FaceInfo&)>& visit) override {
+        ++enumerations;
+        for (const platform::FaceInfo& face : faces_) {
+            if ((charSet == platform::charset::kDefault || face.charSet == charSet) && !visit(face)) {
+                return;
+            }
+        }
+    }
+    std::shared_ptr<platform::PlatformFont> CreateFontObject(const platform::FontRequest& request) override {
+        requests.push_back(request);
+        return refuse(request) ? nullptr : std::make_shared<Font>(request, advance);
+    }
 
     // The advance every font gives code point c: by default c % 7 + |height| (so sizes differ),
     // with |height| limited to 1000.
-    std::function<int32_t(const ulogui::platform::FontRequest&, uint32_t)> advance =
-        [](const ulogui::platform::FontRequest& r, uint32_t c) {
-            const int64_t h = r.height < 0 ? -static_cast<int64_t>(r.height) : r.height;
-            return static_cast<int32_t>(c % 7) + static_cast<int32_t>(h < 1000 ? h : 1000);
-        };
+    AdvanceFunction advance = [](const platform::FontRequest& r, uint32_t c) {
+        const int64_t h = r.height < 0 ? -static_cast<int64_t>(r.height) : r.height;
+        return static_cast<int32_t>(c % 7) + static_cast<int32_t>(h < 1000 ? h : 1000);
+    };
     // Requests for which no font is made (the platform failing).
-    std::function<bool(const ulogui::platform::FontRequest&)> refuse =
-        [](const ulogui::platform::FontRequest&) { return false; };
+    std::function<bool(const platform::FontRequest&)> refuse = [](const platform::FontRequest&) {
+        return false;
+    };
 
-    std::vector<ulogui::platform::FontRequest> requests;
+    std::vector<platform::FontRequest> requests;
     int enumerations = 0;
 
 private:
-    std::vector<ulogui::platform::FaceInfo> faces_;
+    class Font : public platform::PlatformFont {
+    public:
+        Font(const platform::FontRequest& request, AdvanceFunction advance)
+            : request_(request), advance_(std::move(advance)) {}
+        ULOString GetFaceName() const override { return request_.faceName; }
+        const platform::FontRequest& GetRequest() const override { return request_; }
+        platform::FontMetrics GetMetrics() const override { return {}; }
+        void GetCharAdvances(uint32_t first, uint32_t last, int32_t* widths) const override {
+            for (uint32_t c = first; c <= last; ++c) {
+                widths[c - first] = advance_(request_, c);
+            }
+        }
+        std::vector<platform::KerningPair> GetKerningPairs() const override { return {}; }
+
+    private:
+        platform::FontRequest request_;
+        AdvanceFunction advance_;
+    };
+
+    std::vector<platform::FaceInfo> faces_;
 };
 
-ulogui::platform::FaceInfo Face(const wchar_t* name, uint8_t charSet, uint8_t pitchAndFamily);
+inline platform::FaceInfo Face(const wchar_t* name, uint8_t charSet, uint8_t pitchAndFamily) {
+    return platform::FaceInfo{name, charSet, pitchAndFamily, true};
+}
 
 }  // namespace testfonts

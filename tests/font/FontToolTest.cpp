@@ -6,17 +6,14 @@
 #include <iterator>
 #include <sstream>
 
-#include "TempDir.h"
+#include "FontFiles.h"
 #include "tools/ulores/FontCommands.h"
 #include "tools/ulores/ToolError.h"
-#include "ulogui/font/FontRecord.h"
-
-using testfonts::TempDir;
 
 namespace {
 
-std::vector<uint8_t> Bytes(const std::string& text) {
-    return std::vector<uint8_t>(text.begin(), text.end());
+std::string WriteText(const TempDir& dir, const std::string& name, const std::string& text) {
+    return testfonts::WriteFile(dir, name, std::vector<uint8_t>(text.begin(), text.end()));
 }
 
 std::string Error(const std::function<void()>& run) {
@@ -32,7 +29,7 @@ std::string Error(const std::function<void()>& run) {
 
 TEST(FontTool, PacksAManifestIntoAFileTheLibraryReads) {
     TempDir dir;
-    const std::string manifest = dir.Write("fonts.xml", Bytes(R"(<?xml version="1.0" encoding="UTF-8"?>
+    const std::string manifest = WriteText(dir, "fonts.xml", R"(<?xml version="1.0" encoding="UTF-8"?>
 <fonts>
   <font id="0" face="Tahoma" height="11"/>
   <font id="3" face="MS UI Gothic" height="-12" weight="700" italic="1" underline="1" strikeout="1"
@@ -40,8 +37,8 @@ TEST(FontTool, PacksAManifestIntoAFileTheLibraryReads) {
     <alternative face="Meiryo UI"/>
     <alternative face="Tahoma"/>
   </font>
-</fonts>)"));
-    const std::string output = dir.Path() + "/fonts.urf";
+</fonts>)");
+    const std::string output = dir.Path().native() + "/fonts.urf";
     std::ostringstream log;
     ASSERT_EQ(0, ulores::PackFonts(manifest, output, log));
     EXPECT_NE(std::string::npos, log.str().find("2 fonts, IDs 0 to 3"));
@@ -51,23 +48,10 @@ TEST(FontTool, PacksAManifestIntoAFileTheLibraryReads) {
     const std::vector<uint8_t> file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     details::FontRecord r;
     ASSERT_TRUE(details::ReadFontRecord(file.data(), file.size(), 0, r));
-    EXPECT_EQ(L"Tahoma", r.primaryFace);
-    EXPECT_EQ(11, r.height);
-    EXPECT_EQ(400, r.weight);
-    EXPECT_EQ(0x20, r.family);
-    EXPECT_EQ(2, r.pitch);
-    EXPECT_EQ(L"Tahoma", r.name);
-    EXPECT_TRUE(r.ignoreHeightExt);
-    EXPECT_EQ(11, r.heightExt);
+    EXPECT_EQ(L"Tahoma 11 400 --- 32 2 [] 'Tahoma' 1 11", testfonts::Describe(r));  // the defaults
     ASSERT_TRUE(details::ReadFontRecord(file.data(), file.size(), 3, r));
-    EXPECT_EQ(-12, r.height);
-    EXPECT_TRUE(r.italic && r.underline && r.strikeOut);
-    EXPECT_EQ(0x30, r.family);
-    EXPECT_EQ(1, r.pitch);
-    EXPECT_EQ((std::vector<ULOString>{L"Meiryo UI", L"Tahoma"}), r.alternativeFaces);
-    EXPECT_EQ(L"Caption \x3042", r.name);
-    EXPECT_FALSE(r.ignoreHeightExt);
-    EXPECT_EQ(14, r.heightExt);
+    EXPECT_EQ(L"MS UI Gothic -12 700 ius 48 1 [Meiryo UI,Tahoma] 'Caption \x3042' 0 14",
+              testfonts::Describe(r));
 
     std::ostringstream dump;
     EXPECT_EQ(0, ulores::DumpFonts(output, dump));
@@ -97,12 +81,13 @@ TEST(FontTool, ManifestErrorsNameTheLineAndTheProblem) {
         {"<fonts", "not well-formed XML"},
     };
     for (const auto& [xml, expected] : cases) {
-        const std::string path = dir.Write("bad.xml", Bytes(xml));
+        const std::string path = WriteText(dir, "bad.xml", xml);
         const std::string message = Error([&] { ulores::ReadFontManifest(path); });
         EXPECT_NE(std::string::npos, message.find(expected)) << xml << " gave: " << message;
     }
-    EXPECT_NE(std::string::npos,
-              Error([&] { ulores::ReadFontManifest(dir.Path() + "/none.xml"); }).find("cannot open"));
+    EXPECT_NE(std::string::npos, Error([&] {
+                                     ulores::ReadFontManifest(dir.Path().native() + "/none.xml");
+                                 }).find("cannot open"));
 }
 
 TEST(FontTool, DumpReportsDamagedRecordsAndForeignHeaders) {
@@ -118,14 +103,15 @@ TEST(FontTool, DumpReportsDamagedRecordsAndForeignHeaders) {
     put(1);
     file.push_back('A');
     file.push_back(0);
-    const std::string path = dir.Write("foreign.urf", file);
+    const std::string path = testfonts::WriteFile(dir, "foreign.urf", file);
     EXPECT_FALSE(ulores::IsFontResourceFile(path));
     std::ostringstream dump;
     EXPECT_EQ(1, ulores::DumpFonts(path, dump));
     EXPECT_NE(std::string::npos, dump.str().find("2 table entries"));
     EXPECT_NE(std::string::npos, dump.str().find("font 0: at 0x00000108, damaged"));
     EXPECT_NE(std::string::npos, dump.str().find("font 1: at 0x7ffffff0, damaged"));
-    EXPECT_NE(std::string::npos, Error([&] {
-                                     ulores::DumpFonts(dir.Write("short.urf", {1, 2, 3}), dump);
-                                 }).find("too short"));
+    EXPECT_NE(std::string::npos,
+              Error([&] {
+                  ulores::DumpFonts(testfonts::WriteFile(dir, "short.urf", {1, 2, 3}), dump);
+              }).find("too short"));
 }

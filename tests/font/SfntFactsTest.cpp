@@ -47,10 +47,15 @@ TEST(SfntHeights, CellAndCharacterHeightsMapToPixelsPerEmAsTheClassicEngineDoes)
     EXPECT_EQ(21u, PixelsPerEmForHeight(24, liberation));
     EXPECT_EQ(107u, PixelsPerEmForHeight(120, liberation));
     EXPECT_EQ(16u, PixelsPerEmForHeight(0, dejaVu));
-    EXPECT_EQ(19, ScaleRounded(1901, 21, 2048));
-    EXPECT_EQ(5, ScaleRounded(483, 21, 2048));
-    EXPECT_EQ(-5, ScaleRounded(-483, 21, 2048));
-    EXPECT_EQ(0, ScaleRounded(100, 21, 0));
+    EXPECT_EQ(std::make_tuple(19, 5, -5, 0),
+              std::make_tuple(ScaleRounded(1901, 21, 2048), ScaleRounded(483, 21, 2048),
+                              ScaleRounded(-483, 21, 2048), ScaleRounded(100, 21, 0)));
+    // Wild heights and degenerate designs stay in range.
+    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MIN, dejaVu));
+    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MAX, dejaVu));
+    EXPECT_EQ(1u, PixelsPerEmForHeight(1, dejaVu));
+    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{2048, 0, 0}));
+    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{0, 10, 10}));
 }
 
 TEST(SfntHeights, TheScaledCellNeverExceedsTheRequestedCell) {
@@ -65,15 +70,6 @@ TEST(SfntHeights, TheScaledCellNeverExceedsTheRequestedCell) {
             ASSERT_GE(cell, h - 2) << "height " << h;
         }
     }
-}
-
-TEST(SfntHeights, WildHeightsAndDegenerateDesignsStayInRange) {
-    const VerticalDesign dejaVu{2048, 1901, 483};
-    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MIN, dejaVu));
-    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MAX, dejaVu));
-    EXPECT_EQ(1u, PixelsPerEmForHeight(1, dejaVu));
-    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{2048, 0, 0}));
-    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{0, 10, 10}));
 }
 
 namespace {
@@ -111,11 +107,9 @@ TEST(SfntKerning, ReadsHorizontalFormatZeroSubtablesOnly) {
     PutSubtable(table, 0x0001, {{3, 4, 7}}, 1);
     const std::vector<GlyphKerning> pairs = ParseKernTable(table.data(), table.size());
     ASSERT_EQ(3u, pairs.size());
-    EXPECT_EQ(36, pairs[0].left);
-    EXPECT_EQ(57, pairs[0].right);
-    EXPECT_EQ(-150, pairs[0].value);
-    EXPECT_EQ(-120, pairs[1].value);
-    EXPECT_EQ(7, pairs[2].value);
+    EXPECT_EQ(std::make_tuple(36, 57, -150), std::make_tuple(pairs[0].left, pairs[0].right, pairs[0].value));
+    EXPECT_EQ(std::make_tuple(57, 36, -120), std::make_tuple(pairs[1].left, pairs[1].right, pairs[1].value));
+    EXPECT_EQ(std::make_tuple(3, 4, 7), std::make_tuple(pairs[2].left, pairs[2].right, pairs[2].value));
 }
 
 TEST(SfntKerning, MalformedTablesNeverReadPastTheirEnd) {
@@ -137,9 +131,9 @@ TEST(SfntKerning, MalformedTablesNeverReadPastTheirEnd) {
 }
 
 TEST(SfntKerning, ScalesAwayFromZeroThenTruncates) {
-    EXPECT_EQ(-1, ScaleKerning(-100, 21, 2048));  // (-2100 - 1045) / 2048
-    EXPECT_EQ(2, ScaleKerning(205, 21, 2048));    // (4305 + 1045) / 2048
-    EXPECT_EQ(-2, ScaleKerning(-152, 21, 2048));  // (-3192 - 1045) / 2048
-    EXPECT_EQ(0, ScaleKerning(0, 21, 2048));
-    EXPECT_EQ(0, ScaleKerning(10, 21, 0));
+    // (-2100 - 1045) / 2048, (4305 + 1045) / 2048, (-3192 - 1045) / 2048, zero, no units per em.
+    EXPECT_EQ(
+        std::make_tuple(-1, 2, -2, 0, 0),
+        std::make_tuple(ScaleKerning(-100, 21, 2048), ScaleKerning(205, 21, 2048),
+                        ScaleKerning(-152, 21, 2048), ScaleKerning(0, 21, 2048), ScaleKerning(10, 21, 0)));
 }

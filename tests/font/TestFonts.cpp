@@ -9,29 +9,6 @@
 
 namespace testfonts {
 
-namespace {
-const std::string kDejaVuDir = "/usr/share/fonts/truetype/dejavu/";
-const std::string kLiberationDir = "/usr/share/fonts/truetype/liberation/";
-}  // namespace
-
-std::string DejaVu(const char* file) {
-    return kDejaVuDir + file;
-}
-std::string Liberation(const char* file) {
-    return kLiberationDir + file;
-}
-std::string IpaexGothic() {
-    return "/usr/share/fonts/opentype/ipaexfont-gothic/ipaexg.ttf";
-}
-std::string ArphicGb() {
-    return "/usr/share/fonts/truetype/arphic-gbsn00lp/gbsn00lp.ttf";
-}
-
-bool Exists(const std::string& path) {
-    struct stat st {};
-    return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
-}
-
 const std::vector<std::string>& LatinFiles() {
     static const std::vector<std::string> files = {
         DejaVu("DejaVuSans.ttf"),
@@ -50,7 +27,9 @@ const std::vector<std::string>& LatinFiles() {
 }
 
 bool HaveCjkFonts() {
-    return Exists(IpaexGothic()) && Exists(ArphicGb());
+    struct stat ipaex {
+    }, arphic{};
+    return stat(IpaexGothic().c_str(), &ipaex) == 0 && stat(ArphicGb().c_str(), &arphic) == 0;
 }
 
 std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> MakeEngine(const std::vector<std::string>& files) {
@@ -77,14 +56,6 @@ std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> FullEngine() {
         return MakeEngine(files);
     }();
     return engine;
-}
-
-ScopedEngine::ScopedEngine(std::shared_ptr<ulogui::platform::FontEngine> engine) {
-    ulogui::platform::SetFontEngine(std::move(engine));
-}
-
-ScopedEngine::~ScopedEngine() {
-    ulogui::platform::SetFontEngine(nullptr);
 }
 
 std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last) {

@@ -11,11 +11,18 @@
 
 namespace testfonts {
 
-std::string DejaVu(const char* file);      // e.g. DejaVu("DejaVuSans.ttf")
-std::string Liberation(const char* file);  // e.g. Liberation("LiberationSans-Regular.ttf")
-std::string IpaexGothic();
-std::string ArphicGb();
-bool Exists(const std::string& path);
+inline std::string DejaVu(const char* file) {  // e.g. DejaVu("DejaVuSans.ttf")
+    return std::string("/usr/share/fonts/truetype/dejavu/") + file;
+}
+inline std::string Liberation(const char* file) {  // e.g. Liberation("LiberationSans-Regular.ttf")
+    return std::string("/usr/share/fonts/truetype/liberation/") + file;
+}
+inline std::string IpaexGothic() {
+    return "/usr/share/fonts/opentype/ipaexfont-gothic/ipaexg.ttf";
+}
+inline std::string ArphicGb() {
+    return "/usr/share/fonts/truetype/arphic-gbsn00lp/gbsn00lp.ttf";
+}
 
 // The Latin faces: DejaVu Sans (4 styles), Sans Mono, Serif; Liberation Sans (3 styles), Serif, Mono.
 const std::vector<std::string>& LatinFiles();
@@ -31,8 +38,10 @@ std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> FullEngine();
 // Installs an engine as the process-wide one for the life of the object.
 class ScopedEngine {
 public:
-    explicit ScopedEngine(std::shared_ptr<ulogui::platform::FontEngine> engine);
-    ~ScopedEngine();
+    explicit ScopedEngine(std::shared_ptr<ulogui::platform::FontEngine> engine) {
+        ulogui::platform::SetFontEngine(std::move(engine));
+    }
+    ~ScopedEngine() { ulogui::platform::SetFontEngine(nullptr); }
     ScopedEngine(const ScopedEngine&) = delete;
     ScopedEngine& operator=(const ScopedEngine&) = delete;
 };

@@ -1,0 +1,33 @@
+#pragma once
+// Font resource files for the tests: files written into a test's own folder, and a record as one
+// line of text, so that a whole record is checked by one comparison with a readable difference.
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "ulogui/font/FontRecord.h"
+#include "ulolib/TempDir.h"
+
+namespace testfonts {
+
+inline std::string WriteFile(const TempDir& dir, const std::string& name, const std::vector<uint8_t>& bytes) {
+    const std::string path = dir.Path().native() + "/" + name;
+    std::ofstream(path, std::ios::binary | std::ios::trunc)
+        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return path;
+}
+
+// "face height weight flags family pitch [alternatives] 'name' ignoreHeightExt heightExt", the
+// flags as i, u, s or '-': e.g. "Ab -12 400 i-s 32 2 [X,Y] 'Caption' 1 28".
+inline std::wstring Describe(const details::FontRecord& r) {
+    std::wstring alternatives;
+    for (const ULOString& face : r.alternativeFaces) {
+        alternatives += (alternatives.empty() ? L"" : L",") + face;
+    }
+    return r.primaryFace + L" " + std::to_wstring(r.height) + L" " + std::to_wstring(r.weight) + L" " +
+           (r.italic ? L"i" : L"-") + (r.underline ? L"u" : L"-") + (r.strikeOut ? L"s" : L"-") + L" " +
+           std::to_wstring(r.family) + L" " + std::to_wstring(r.pitch) + L" [" + alternatives + L"] '" +
+           r.name + L"' " + std::to_wstring(r.ignoreHeightExt) + L" " + std::to_wstring(r.heightExt);
+}
+
+}  // namespace testfonts
