@@ -45,6 +45,13 @@ struct AxisTaps {
     int runLength = 0;
     std::vector<std::int32_t> runStart;
     std::vector<std::int16_t> runWeight;
+    // With one pair per output, when the pairs of every four outputs 4q..4q+3 lie within eight
+    // neighbouring source pixels from quadStart[q]: where each pair's two pixels sit among those eight
+    // (8 values per quad), and the pair weights of outputs 4q and 4q+2, then 4q+1 and 4q+3, four times
+    // each (16 values per quad). Empty otherwise.
+    std::vector<std::int32_t> quadStart;
+    std::vector<std::int32_t> quadPermute;
+    std::vector<std::int32_t> quadWeight;
     // Largest last - first source coordinate + 1 of any output: how many source rows one output row
     // may need at once.
     int maxSpan = 1;

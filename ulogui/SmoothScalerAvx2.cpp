@@ -73,6 +73,33 @@ ULO_TARGET_AVX2 inline __m128i FilterRun(const unsigned char* row, const AxisTap
 ULO_TARGET_AVX2 void FilterRow(const unsigned char* row, const AxisTaps& xs, int first, int columns,
                                std::int16_t* out) {
     int x = 0;
+    if (!xs.quadStart.empty() && first % 4 == 0) {
+        // Four columns from one 32-byte load: the permute puts each column's pair where the shuffles
+        // interleave it, columns 0 and 2 in one register, 1 and 3 in the other.
+        const __m256i low = _mm256_setr_epi8(0, -1, 4, -1, 1, -1, 5, -1, 2, -1, 6, -1, 3, -1, 7, -1, 0, -1, 4,
+                                             -1, 1, -1, 5, -1, 2, -1, 6, -1, 3, -1, 7, -1);
+        const __m256i high = _mm256_setr_epi8(8, -1, 12, -1, 9, -1, 13, -1, 10, -1, 14, -1, 11, -1, 15, -1, 8,
+                                              -1, 12, -1, 9, -1, 13, -1, 10, -1, 14, -1, 11, -1, 15, -1);
+        const __m256i round = _mm256_set1_epi32(1 << (kHorizontalShift - 1));
+        for (; x + 4 <= columns; x += 4) {
+            const int q = (first + x) / 4;
+            const __m256i eight = _mm256_loadu_si256(
+                reinterpret_cast<const __m256i*>(row + static_cast<std::ptrdiff_t>(xs.quadStart[q]) * 4));
+            const __m256i order =
+                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(&xs.quadPermute[8 * q]));
+            const __m256i pairs = _mm256_permutevar8x32_epi32(eight, order);
+            const __m256i* w = reinterpret_cast<const __m256i*>(&xs.quadWeight[16 * q]);
+            const __m256i s02 = _mm256_srai_epi32(
+                _mm256_add_epi32(_mm256_madd_epi16(_mm256_shuffle_epi8(pairs, low), _mm256_loadu_si256(w)),
+                                 round),
+                kHorizontalShift);
+            const __m256i s13 = _mm256_srai_epi32(
+                _mm256_add_epi32(
+                    _mm256_madd_epi16(_mm256_shuffle_epi8(pairs, high), _mm256_loadu_si256(w + 1)), round),
+                kHorizontalShift);
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 4 * x), _mm256_packs_epi32(s02, s13));
+        }
+    }
     if (!xs.onePair && xs.runLength != 0) {
         for (; x + 2 <= columns; x += 2) {
             const __m128i a = FilterRun(row, xs, first + x);
@@ -80,7 +107,7 @@ ULO_TARGET_AVX2 void FilterRow(const unsigned char* row, const AxisTaps& xs, int
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * x), _mm_packs_epi32(a, b));
         }
     }
-    if (xs.onePair && !xs.columnWeight.empty()) {
+    if (xs.onePair && !xs.columnWeight.empty() && x + 4 <= columns) {
         // Column c's pair starts at tap 2c and has pair weight c.
         const std::int32_t* index = xs.index.data() + 2 * static_cast<std::ptrdiff_t>(first);
         // Each column's pair weight four times over, so two columns' weights are one 32-byte load.

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <utility>
 
 #include "ulogui/SmoothScaler.h"
 
@@ -21,28 +22,27 @@ struct RawTap {
 // unit times the variation between neighbouring source pixels, and a flat picture stays exactly flat.
 // An odd count is made even with a weight-0 neighbour: the next pixel if there is one, else the
 // previous.
-void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw, int sourceLength) {
+void AppendOutput(AxisTaps& taps, const RawTap* raw, std::size_t count, int sourceLength) {
     double total = 0;
-    for (const RawTap& t : raw) {
-        total += t.weight;
+    for (std::size_t k = 0; k < count; ++k) {
+        total += raw[k].weight;
     }
-    if (raw.empty() || !(total > 0)) {
+    if (count == 0 || !(total > 0)) {
         taps.start.push_back(static_cast<std::int32_t>(taps.index.size()));
         return;
     }
     const std::size_t first = taps.index.size();
     double running = 0;
     int previous = 0;
-    for (std::size_t k = 0; k < raw.size(); ++k) {
+    for (std::size_t k = 0; k < count; ++k) {
         running += raw[k].weight;
-        const int rounded = k + 1 == raw.size()
-                                ? kWeightOne
-                                : static_cast<int>(std::floor(running / total * kWeightOne + 0.5));
+        const int rounded =
+            k + 1 == count ? kWeightOne : static_cast<int>(std::floor(running / total * kWeightOne + 0.5));
         taps.index.push_back(raw[k].index);
         taps.weight.push_back(static_cast<std::int16_t>(rounded - previous));
         previous = rounded;
     }
-    if (raw.size() % 2 != 0) {
+    if (count % 2 != 0) {
         const std::int32_t after = taps.index.back() + 1;
         const std::int32_t before = taps.index[first] - 1;
         if (after < sourceLength) {
@@ -63,6 +63,7 @@ void AppendOutput(AxisTaps& taps, const std::vector<RawTap>& raw, int sourceLeng
 }
 
 void BuildRuns(AxisTaps& taps, int sourceLength);
+void BuildQuads(AxisTaps& taps, int sourceLength);
 
 void Finish(AxisTaps& taps, int outputLength, int sourceLength) {
     taps.usable = 0;
@@ -81,7 +82,41 @@ void Finish(AxisTaps& taps, int outputLength, int sourceLength) {
             std::fill_n(&taps.columnWeight[4 * p], 4, taps.pairWeight[p]);
         }
     }
-    BuildRuns(taps, sourceLength);
+    if (taps.onePair) {
+        BuildQuads(taps, sourceLength);
+    } else {
+        BuildRuns(taps, sourceLength);
+    }
+}
+
+void BuildQuads(AxisTaps& taps, int sourceLength) {
+    constexpr int kSpan = 8;
+    if (!taps.onePair || !taps.adjacentPairs || taps.usable < 4 || sourceLength < kSpan) {
+        return;
+    }
+    const int quads = taps.usable / 4;
+    std::vector<std::int32_t> start(static_cast<std::size_t>(quads));
+    std::vector<std::int32_t> permute(static_cast<std::size_t>(quads) * 8);
+    std::vector<std::int32_t> weight(static_cast<std::size_t>(quads) * 16);
+    for (int q = 0; q < quads; ++q) {
+        const std::int32_t first = std::min(taps.index[2 * (4 * q)], sourceLength - kSpan);
+        start[q] = first;
+        for (int i = 0; i < 4; ++i) {
+            const int output = 4 * q + i;
+            const std::int32_t pair = taps.index[2 * output];
+            if (pair < first || pair + 1 - first >= kSpan) {
+                return;  // too far apart for one load
+            }
+            permute[8 * q + 2 * i] = pair - first;
+            permute[8 * q + 2 * i + 1] = pair + 1 - first;
+            // Outputs 0 and 2 go to the first eight values (one per lane), 1 and 3 to the second.
+            std::int32_t* lane = &weight[16 * q + (i % 2) * 8 + (i / 2) * 4];
+            std::fill_n(lane, 4, taps.pairWeight[output]);
+        }
+    }
+    taps.quadStart = std::move(start);
+    taps.quadPermute = std::move(permute);
+    taps.quadWeight = std::move(weight);
 }
 
 // Every output's taps as one run of the same length, when the taps of each output are neighbouring
@@ -143,7 +178,7 @@ AxisTaps AreaTaps(int sourceLength, int outputLength, double scale, int offset) 
             }
             raw.push_back({static_cast<std::int32_t>(index), covered});
         }
-        AppendOutput(taps, raw, sourceLength);
+        AppendOutput(taps, raw.data(), raw.size(), sourceLength);
     }
     Finish(taps, outputLength, sourceLength);
     return taps;
@@ -155,23 +190,23 @@ AxisTaps BilinearTaps(int sourceLength, int outputLength, double scale, int offs
     taps.start.push_back(0);
     taps.index.reserve(static_cast<std::size_t>(outputLength) * 2);
     taps.weight.reserve(static_cast<std::size_t>(outputLength) * 2);
-    std::vector<RawTap> raw;
-    raw.reserve(2);
     const double last = sourceLength - 1;
     for (int i = 0; i < outputLength; ++i) {
-        raw.clear();
         const double p = offset + scale * (i + 0.5) - 0.5;
         const double low = std::min(std::max(std::floor(p), 0.0), last);
         const double high = std::min(std::ceil(p), last);
+        RawTap raw[2];
+        std::size_t count = 1;
         if (low == high) {
-            raw.push_back({static_cast<std::int32_t>(low), 1.0});
+            raw[0] = {static_cast<std::int32_t>(low), 1.0};
         } else {
             // Here low = floor(p) and high = low + 1, so f lies in [0, 1).
             const double f = std::max(p - low, 0.0);
-            raw.push_back({static_cast<std::int32_t>(low), 1 - f});
-            raw.push_back({static_cast<std::int32_t>(high), f});
+            raw[0] = {static_cast<std::int32_t>(low), 1 - f};
+            raw[1] = {static_cast<std::int32_t>(high), f};
+            count = 2;
         }
-        AppendOutput(taps, raw, sourceLength);
+        AppendOutput(taps, raw, count, sourceLength);
     }
     Finish(taps, outputLength, sourceLength);
     return taps;

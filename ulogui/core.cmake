@@ -37,6 +37,7 @@ ulo_hot_loops(
   ${CMAKE_CURRENT_LIST_DIR}/PictureBitsRotate.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ResizeNearest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ResizeBox.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerTaps.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerScalar.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerSse2.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SmoothScalerAvx2.cpp

@@ -106,6 +106,37 @@ TEST(ResizeTest, NearestRepeatsAndSkipsPixelsByIntegerDivision) {
     }
 }
 
+TEST(ResizeTest, NearestMatchesItsFormulaOnRandomSizes) {
+    std::mt19937 random(17);
+    for (int round = 0; round < 40; ++round) {
+        const int flags = kFormats[round % 3];
+        const int w = 1 + static_cast<int>(random() % 40);
+        const int h = 1 + static_cast<int>(random() % 40);
+        const int nw = 1 + static_cast<int>(random() % 60);
+        const int nh = 1 + static_cast<int>(random() % 60);
+        TestBits b(ULOSize(w, h), flags);
+        PaintRandom(b, random);
+        TestBits original(ULOSize(w, h), flags);
+        std::memcpy(original.GetBits(), b.GetBits(), static_cast<size_t>(b.GetLineWidth(false)) * h);
+        b.Resize(nw, nh, ULOPictureBits::eResizeNearest);
+        if (nw == w && nh == h) {
+            continue;
+        }
+        for (int y = 0; y < nh; ++y) {
+            for (int x = 0; x < nw; ++x) {
+                ASSERT_EQ(Pixel(b, x, y), Pixel(original, x * w / nw, h * y / nh));
+            }
+        }
+        // Row padding is cleared.
+        const int used = nw * b.GetBytesPerPixel();
+        for (int row = 0; row < nh; ++row) {
+            for (int i = used; i < b.GetLineWidth(false); ++i) {
+                ASSERT_EQ(b.GetBits()[row * b.GetLineWidth(false) + i], 0);
+            }
+        }
+    }
+}
+
 TEST(ResizeTest, CopyTakesTheRectangleAndClearsTheRest) {
     for (int flags : kFormats) {
         TestBits b(ULOSize(4, 4), flags);
