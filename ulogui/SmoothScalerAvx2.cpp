@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ulogui/SmoothScaler.h"
+#include "ulogui/SmoothScalerStrip.h"
 
 #if defined(__x86_64__) || defined(__i386__)
 #include <immintrin.h>
@@ -234,10 +235,7 @@ void ScaleStrip(const Job& job, int first, int last) {
     const AxisTaps& xs = *job.xs;
     const AxisTaps& ys = *job.ys;
     const int columns = last - first;
-    const int ringRows = ys.maxSpan;
-    const std::size_t ringStride = static_cast<std::size_t>(columns) * 4;
-    std::vector<std::int16_t> ring(static_cast<std::size_t>(ringRows) * ringStride);
-    std::vector<std::int32_t> ringRow(static_cast<std::size_t>(ringRows), -1);
+    StripRing<std::int16_t> ring(job, first, last, 4);
     std::vector<RowPair> pairs;
     const bool keepAlpha = job.format == PixelFormat::kRgba32;
     // The bytes of a source row that the strip reads. Rows a little ahead are fetched into the cache
@@ -249,27 +247,18 @@ void ScaleStrip(const Job& job, int first, int last) {
     for (int y = 0; y < job.rows; ++y) {
         const int t0 = ys.start[y];
         const int t1 = ys.start[y + 1];
-        for (std::int32_t r = ys.index[t0]; r <= ys.index[t1 - 1]; ++r) {
-            const int slot = r % ringRows;
-            if (ringRow[slot] != r) {
-                const unsigned char* row =
-                    job.source +
-                    (job.sourceHeight - 1 - static_cast<std::ptrdiff_t>(r)) * job.sourceLineWidth;
-                if (r + kPrefetchRows < job.sourceHeight) {
-                    PrefetchRange(row - kPrefetchRows * job.sourceLineWidth + stripBegin, stripBytes);
-                }
-                FilterRow(row, xs, first, columns, &ring[slot * ringStride]);
-                ringRow[slot] = r;
+        ring.Prepare(y, [&](std::int32_t r, std::int16_t* out) {
+            const unsigned char* row = ring.SourceRow(r);
+            if (r + kPrefetchRows < job.sourceHeight) {
+                PrefetchRange(ring.SourceRow(r + kPrefetchRows) + stripBegin, stripBytes);
             }
-        }
+            FilterRow(row, xs, first, columns, out);
+        });
         pairs.clear();
         for (int t = t0; t < t1; t += 2) {
-            pairs.push_back({&ring[(ys.index[t] % ringRows) * ringStride],
-                             &ring[(ys.index[t + 1] % ringRows) * ringStride], ys.pairWeight[t / 2]});
+            pairs.push_back({ring.Row(ys.index[t]), ring.Row(ys.index[t + 1]), ys.pairWeight[t / 2]});
         }
-        unsigned char* out = job.target +
-                             (job.targetHeight - 1 - static_cast<std::ptrdiff_t>(y)) * job.targetLineWidth +
-                             static_cast<std::ptrdiff_t>(first) * 4;
+        unsigned char* out = ring.TargetRow(y, 4);
         BlendRowFor(pairs, keepAlpha, columns, out);
     }
 }

@@ -1,11 +1,12 @@
-// The scalar kernel of the smooth scaler, for every pixel format. Columns are processed as a strip:
-// the horizontal pass of each source row the strip needs is kept in a small ring of rows, and every
-// output row is then a weighted sum of ring rows.
+// The scalar kernel of the smooth scaler, for every pixel format: plain integer loops over the strip
+// (SmoothScalerStrip.h), one channel at a time. It is the reference the vector kernels are tested
+// against.
 #include <algorithm>
 #include <cstdint>
 #include <vector>
 
 #include "ulogui/SmoothScaler.h"
+#include "ulogui/SmoothScalerStrip.h"
 
 namespace ulogui {
 namespace detail {
@@ -68,14 +69,10 @@ void ScaleStrip(const Job& job, int first, int last) {
     const AxisTaps& xs = *job.xs;
     const AxisTaps& ys = *job.ys;
     const int columns = last - first;
-    const int ringRows = ys.maxSpan;
-    std::vector<std::int32_t> ring(static_cast<std::size_t>(ringRows) * columns * C);
-    std::vector<std::int32_t> ringRow(static_cast<std::size_t>(ringRows), -1);
-
-    // The horizontal pass of source row r into its ring slot.
-    auto filterRow = [&](std::int32_t r, std::int32_t* out) {
-        const unsigned char* row =
-            job.source + (job.sourceHeight - 1 - static_cast<std::ptrdiff_t>(r)) * job.sourceLineWidth;
+    StripRing<std::int32_t> ring(job, first, last, C);
+    // The horizontal pass of one source row.
+    const auto filterRow = [&](std::int32_t r, std::int32_t* out) {
+        const unsigned char* row = ring.SourceRow(r);
         for (int x = 0; x < columns; ++x) {
             std::int32_t sum[C] = {};
             for (int t = xs.start[first + x]; t < xs.start[first + x + 1]; ++t) {
@@ -90,25 +87,13 @@ void ScaleStrip(const Job& job, int first, int last) {
             }
         }
     };
-
     for (int y = 0; y < job.rows; ++y) {
-        const int t0 = ys.start[y];
-        const int t1 = ys.start[y + 1];
-        for (std::int32_t r = ys.index[t0]; r <= ys.index[t1 - 1]; ++r) {
-            const int slot = r % ringRows;
-            if (ringRow[slot] != r) {
-                filterRow(r, &ring[static_cast<std::size_t>(slot) * columns * C]);
-                ringRow[slot] = r;
-            }
-        }
-        unsigned char* out = job.target +
-                             (job.targetHeight - 1 - static_cast<std::ptrdiff_t>(y)) * job.targetLineWidth +
-                             static_cast<std::ptrdiff_t>(first) * Pixel::kBytes;
+        ring.Prepare(y, filterRow);
+        unsigned char* out = ring.TargetRow(y, Pixel::kBytes);
         for (int x = 0; x < columns; ++x) {
             std::int32_t sum[C] = {};
-            for (int t = t0; t < t1; ++t) {
-                const std::int32_t* h =
-                    &ring[(static_cast<std::size_t>(ys.index[t] % ringRows) * columns + x) * C];
+            for (int t = ys.start[y]; t < ys.start[y + 1]; ++t) {
+                const std::int32_t* h = ring.Row(ys.index[t]) + x * C;
                 for (int c = 0; c < C; ++c) {
                     sum[c] += ys.weight[t] * h[c];
                 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ulogui/SmoothScaler.h"
+#include "ulogui/SmoothScalerStrip.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -55,10 +56,7 @@ void ScaleStrip(const Job& job, int first, int last) {
     const AxisTaps& xs = *job.xs;
     const AxisTaps& ys = *job.ys;
     const int columns = last - first;
-    const int ringRows = ys.maxSpan;
-    const std::size_t ringStride = static_cast<std::size_t>(columns) * 4;
-    std::vector<std::int16_t> ring(static_cast<std::size_t>(ringRows) * ringStride);
-    std::vector<std::int32_t> ringRow(static_cast<std::size_t>(ringRows), -1);
+    StripRing<std::int16_t> ring(job, first, last, 4);
     std::vector<RowPair> pairs;
     // Without PICTBITS_ALPHA the alpha reads as 0, so the output alpha is 0.
     const __m128i keep = job.format == PixelFormat::kRgba32 ? _mm_set1_epi32(-1) : _mm_set1_epi32(0x00FFFFFF);
@@ -67,25 +65,15 @@ void ScaleStrip(const Job& job, int first, int last) {
     for (int y = 0; y < job.rows; ++y) {
         const int t0 = ys.start[y];
         const int t1 = ys.start[y + 1];
-        for (std::int32_t r = ys.index[t0]; r <= ys.index[t1 - 1]; ++r) {
-            const int slot = r % ringRows;
-            if (ringRow[slot] != r) {
-                const unsigned char* row =
-                    job.source +
-                    (job.sourceHeight - 1 - static_cast<std::ptrdiff_t>(r)) * job.sourceLineWidth;
-                FilterRow(row, xs, first, columns, &ring[slot * ringStride]);
-                ringRow[slot] = r;
-            }
-        }
+        ring.Prepare(y, [&](std::int32_t r, std::int16_t* out) {
+            FilterRow(ring.SourceRow(r), xs, first, columns, out);
+        });
         pairs.clear();
         for (int t = t0; t < t1; t += 2) {
-            pairs.push_back({&ring[(ys.index[t] % ringRows) * ringStride],
-                             &ring[(ys.index[t + 1] % ringRows) * ringStride],
-                             _mm_set1_epi32(ys.pairWeight[t / 2])});
+            pairs.push_back(
+                {ring.Row(ys.index[t]), ring.Row(ys.index[t + 1]), _mm_set1_epi32(ys.pairWeight[t / 2])});
         }
-        unsigned char* out = job.target +
-                             (job.targetHeight - 1 - static_cast<std::ptrdiff_t>(y)) * job.targetLineWidth +
-                             static_cast<std::ptrdiff_t>(first) * 4;
+        unsigned char* out = ring.TargetRow(y, 4);
         int x = 0;
         for (; x + 2 <= columns; x += 2) {
             __m128i sum0 = round;
