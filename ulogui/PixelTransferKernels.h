@@ -63,10 +63,11 @@ inline void Store(unsigned char* p, const V& v) {
     std::memcpy(p, &v, sizeof v);
 }
 
-// Lane-wise where(mask, a, b) for all-ones / all-zeros masks.
-template <class V>
-inline V Select(V mask, V a, V b) {
-    return (a & mask) | (b & ~mask);
+// Lane-wise mask ? a : b for a comparison result of the lanes' width (a mask register where the
+// instruction set has them).
+template <class M, class V>
+inline V Select(M mask, V a, V b) {
+    return mask ? a : b;
 }
 
 // (dst * dw + f * fw) >> 8 on the lo and hi halves of 32-bit pixels; weights are per 16-bit lane.
@@ -129,15 +130,32 @@ inline U16 Divide255(U16 x) {
     return MulHigh(x, U16{} + kDivide255Multiplier) >> kDivide255Shift;
 }
 
-// (f * k + dst * (255 - k)) / 255, truncated, on all four bytes.
+// (f * fw + dst * dw) / 255, truncated, with weights per 16-bit lane (fw + dw = 255 in every lane):
+// one pair for the blue and red lanes, one for the green and alpha lanes.
+template <class U16>
+struct OpacityWeights {
+    // The weights of W3; with keepAlpha the alpha lanes weigh the background alone ((dst * 255) / 255
+    // is dst exactly), so the mix leaves the alpha byte as it was.
+    template <class U32>
+    static OpacityWeights Make(int k, bool keepAlpha) {
+        const uint32_t f = static_cast<uint32_t>(k);
+        const uint32_t d = static_cast<uint32_t>(255 - k);
+        OpacityWeights w;
+        w.srcLo = As<U16>(U32{} + (f | f << 16));
+        w.dstLo = As<U16>(U32{} + (d | d << 16));
+        w.srcHi = keepAlpha ? As<U16>(U32{} + f) : w.srcLo;
+        w.dstHi = keepAlpha ? As<U16>(U32{} + (d | 255u << 16)) : w.dstLo;
+        return w;
+    }
+    U16 srcLo, dstLo, srcHi, dstHi;
+};
+
 template <class U16, class U32>
-inline U32 MixDivide255(U32 dst, U32 fs, int k) {
+inline U32 MixDivide255(U32 dst, U32 fs, const OpacityWeights<U16>& w) {
     const U16 d = As<U16>(dst);
     const U16 f = As<U16>(fs);
-    const uint16_t fw = static_cast<uint16_t>(k);
-    const uint16_t dw = static_cast<uint16_t>(255 - k);
-    const U16 lo = Divide255((f & 0xFF) * fw + (d & 0xFF) * dw);
-    const U16 hi = Divide255((f >> 8) * fw + (d >> 8) * dw);
+    const U16 lo = Divide255((f & 0xFF) * w.srcLo + (d & 0xFF) * w.dstLo);
+    const U16 hi = Divide255((f >> 8) * w.srcHi + (d >> 8) * w.dstHi);
     const U16 joined = lo | (hi << 8);
     return As<U32>(joined);
 }
@@ -229,7 +247,7 @@ int SourceAlphaKernel(unsigned char* dst, const unsigned char* fs, int count, in
         const U16 aw = SpreadAlpha<U16>(s);
         const U32 mixed = MixShift8<U16>(d, s, aw, 255 - aw);
         const U32 out = (mixed & kColourBytes) | (d & kAlphaByte);
-        Store(dst + 4 * x, Select(As<U32>(s >= kAlphaByte), d, out));
+        Store(dst + 4 * x, Select(s >= kAlphaByte, d, out));
     }
     return x;
 }
@@ -239,7 +257,6 @@ template <int Bytes>
 int SourceAlphaOpacityKernel(unsigned char* dst, const unsigned char* fs, int count, int k) {
     using U16 = typename Lanes<Bytes>::U16;
     using U32 = typename Lanes<Bytes>::U32;
-    using I32 = typename Lanes<Bytes>::I32;
     constexpr int n = Lanes<Bytes>::kPixels;
     const U16 kw = U16{} + static_cast<uint16_t>(k);
     int x = 0;
@@ -249,39 +266,92 @@ int SourceAlphaOpacityKernel(unsigned char* dst, const unsigned char* fs, int co
         const U16 ww = ((255 - SpreadAlpha<U16>(s)) * kw) >> 8;
         const U32 mixed = MixShift8<U16>(d, s, 255 - ww, ww);
         const U32 out = (mixed & kColourBytes) | (d & kAlphaByte);
-        const I32 keep = As<U32>(ww) == 0;
-        Store(dst + 4 * x, Select(As<U32>(keep), d, out));
+        const auto keep = As<U32>(ww) == 0;
+        Store(dst + 4 * x, Select(keep, d, out));
     }
     return x;
 }
 
-// W3.
+// W3 through the x86 byte-pair multiply-add, where there is one (AVX2, AVX-512BW): the background and
+// the functor's bytes are interleaved in pairs, offset by -128 to fit the signed operand, and one
+// instruction forms f * k + dst * (255 - k) - 128 * 255 per byte; adding 128 * 255 back gives the
+// product sum (no partial sum can saturate: each lies within +-128 * 255). Packing with unsigned
+// saturation puts the bytes back in their order. Weights come as 16-bit pairs (low byte for f, high
+// byte for dst), (0, 255) in the alpha lanes when the alpha byte is kept.
 template <int Bytes>
-int OpacityKernel(unsigned char* dst, const unsigned char* fs, int count, int k) {
-    using U16 = typename Lanes<Bytes>::U16;
-    using U32 = typename Lanes<Bytes>::U32;
-    constexpr int n = Lanes<Bytes>::kPixels;
-    int x = 0;
-    for (; x + n <= count; x += n) {
-        const U32 d = Load<U32>(dst + 4 * x);
-        const U32 s = Load<U32>(fs + 4 * x);
-        const U32 mixed = MixDivide255<U16>(d, s, k);
-        Store(dst + 4 * x, (mixed & kColourBytes) | (d & kAlphaByte));
-    }
-    return x;
+struct PairedMix {
+    static constexpr bool kAvailable = false;
+};
+constexpr uint64_t PairedWeights(int k, bool keepAlpha) {
+    const uint64_t colour = static_cast<uint64_t>(k) | static_cast<uint64_t>(255 - k) << 8;
+    const uint64_t alpha = keepAlpha ? 255u << 8 : colour;
+    return colour | colour << 16 | colour << 32 | alpha << 48;
 }
+#if defined(__AVX2__)
+template <>
+struct PairedMix<32> {
+    static constexpr bool kAvailable = true;
+    static __m256i Weights(int k, bool keepAlpha) {
+        return _mm256_set1_epi64x(static_cast<long long>(PairedWeights(k, keepAlpha)));
+    }
+    static __m256i Mix(__m256i d, __m256i f, __m256i weights) {
+        const __m256i bias = _mm256_set1_epi8(static_cast<char>(0x80));
+        const __m256i offset = _mm256_set1_epi16(128 * 255);
+        const __m256i multiplier = _mm256_set1_epi16(static_cast<short>(kDivide255Multiplier));
+        const __m256i fb = _mm256_xor_si256(f, bias);
+        const __m256i db = _mm256_xor_si256(d, bias);
+        __m256i lo = _mm256_add_epi16(_mm256_maddubs_epi16(weights, _mm256_unpacklo_epi8(fb, db)), offset);
+        __m256i hi = _mm256_add_epi16(_mm256_maddubs_epi16(weights, _mm256_unpackhi_epi8(fb, db)), offset);
+        lo = _mm256_srli_epi16(_mm256_mulhi_epu16(lo, multiplier), kDivide255Shift);
+        hi = _mm256_srli_epi16(_mm256_mulhi_epu16(hi, multiplier), kDivide255Shift);
+        return _mm256_packus_epi16(lo, hi);
+    }
+};
+#endif
+#if defined(__AVX512BW__)
+template <>
+struct PairedMix<64> {
+    static constexpr bool kAvailable = true;
+    static __m512i Weights(int k, bool keepAlpha) {
+        return _mm512_set1_epi64(static_cast<long long>(PairedWeights(k, keepAlpha)));
+    }
+    static __m512i Mix(__m512i d, __m512i f, __m512i weights) {
+        const __m512i bias = _mm512_set1_epi8(static_cast<char>(0x80));
+        const __m512i offset = _mm512_set1_epi16(128 * 255);
+        const __m512i multiplier = _mm512_set1_epi16(static_cast<short>(kDivide255Multiplier));
+        const __m512i fb = _mm512_xor_si512(f, bias);
+        const __m512i db = _mm512_xor_si512(d, bias);
+        __m512i lo = _mm512_add_epi16(_mm512_maddubs_epi16(weights, _mm512_unpacklo_epi8(fb, db)), offset);
+        __m512i hi = _mm512_add_epi16(_mm512_maddubs_epi16(weights, _mm512_unpackhi_epi8(fb, db)), offset);
+        lo = _mm512_srli_epi16(_mm512_mulhi_epu16(lo, multiplier), kDivide255Shift);
+        hi = _mm512_srli_epi16(_mm512_mulhi_epu16(hi, multiplier), kDivide255Shift);
+        return _mm512_packus_epi16(lo, hi);
+    }
+};
+#endif
 
-// W3 over all four bytes.
-template <int Bytes>
-int OpacityAllBytesKernel(unsigned char* dst, const unsigned char* fs, int count, int k) {
+// W3 (keepAlpha) and W3 over all four bytes.
+template <int Bytes, bool KeepAlpha>
+int OpacityMixKernel(unsigned char* dst, const unsigned char* fs, int count, int k) {
     using U16 = typename Lanes<Bytes>::U16;
     using U32 = typename Lanes<Bytes>::U32;
     constexpr int n = Lanes<Bytes>::kPixels;
     int x = 0;
-    for (; x + n <= count; x += n) {
-        const U32 d = Load<U32>(dst + 4 * x);
-        const U32 s = Load<U32>(fs + 4 * x);
-        Store(dst + 4 * x, MixDivide255<U16>(d, s, k));
+    if constexpr (PairedMix<Bytes>::kAvailable) {
+        using Native = decltype(PairedMix<Bytes>::Weights(0, false));
+        const Native weights = PairedMix<Bytes>::Weights(k, KeepAlpha);
+        for (; x + n <= count; x += n) {
+            const Native d = Load<Native>(dst + 4 * x);
+            const Native s = Load<Native>(fs + 4 * x);
+            Store(dst + 4 * x, PairedMix<Bytes>::Mix(d, s, weights));
+        }
+    } else {
+        const auto weights = OpacityWeights<U16>::template Make<U32>(k, KeepAlpha);
+        for (; x + n <= count; x += n) {
+            const U32 d = Load<U32>(dst + 4 * x);
+            const U32 s = Load<U32>(fs + 4 * x);
+            Store(dst + 4 * x, MixDivide255(d, s, weights));
+        }
     }
     return x;
 }
@@ -289,6 +359,10 @@ int OpacityAllBytesKernel(unsigned char* dst, const unsigned char* fs, int count
 // W4. The per-pixel values (transparencies, weights) and the numerators live in 16-bit lanes, each
 // pixel's values in both of its lanes; each colour byte is then divided in a 32-bit float lane of its
 // own, because the divisor differs from pixel to pixel.
+//
+// A fully transparent background (b = 255) needs no case of its own: counted as b = 256 it gives
+// c = t, so the background's weight t - c is 0 and the source's weight equals the divisor 255 - t
+// (at least 1 whenever the pixel is not kept): out = f exactly, with alpha c = t.
 template <int Bytes>
 int OntoAlphaKernel(unsigned char* dst, const unsigned char* fs, int count, int k) {
     using U16 = typename Lanes<Bytes>::U16;
@@ -303,7 +377,8 @@ int OntoAlphaKernel(unsigned char* dst, const unsigned char* fs, int count, int 
         const U32 s = Load<U32>(fs + 4 * x);
         const U16 w = ((255 - SpreadAlpha<U16>(s)) * kw) >> 8;
         const U16 t = 255 - w;
-        const U16 c = (SpreadAlpha<U16>(d) * t) >> 8;
+        const U16 b = SpreadAlpha<U16>(d);
+        const U16 c = ((b + (b == 255 ? U16{} + 1 : U16{})) * t) >> 8;
         const U16 dstWeight = t - c;
         const U16 srcWeight = 255 - t;
         const I32 divisor = As<I32>(As<U32>(255 - c) & 0xFFFF);
@@ -320,10 +395,8 @@ int OntoAlphaKernel(unsigned char* dst, const unsigned char* fs, int count, int 
         U32 out = quotient(lo & 0xFFFF) | (quotient(hi & 0xFFFF) << 8) | (quotient(lo >> 16) << 16) |
                   (As<U32>(c) << 24);
 
-        const I32 transparentBackground = d >= kAlphaByte;
-        out = Select(As<U32>(transparentBackground), (s & kColourBytes) | (As<U32>(t) << 24), out);
-        const I32 keep = As<U32>(w) == 0;
-        Store(dst + 4 * x, Select(As<U32>(keep), d, out));
+        const auto keep = As<U32>(w) == 0;
+        Store(dst + 4 * x, Select(keep, d, out));
     }
     return x;
 }
@@ -331,8 +404,8 @@ int OntoAlphaKernel(unsigned char* dst, const unsigned char* fs, int count, int 
 template <int Bytes>
 constexpr KernelSet MakeKernelSet() {
     return KernelSet{&PlainColourKernel<Bytes>,        &SourceAlphaKernel<Bytes>,
-                     &SourceAlphaOpacityKernel<Bytes>, &OpacityKernel<Bytes>,
-                     &OpacityAllBytesKernel<Bytes>,    &OntoAlphaKernel<Bytes>};
+                     &SourceAlphaOpacityKernel<Bytes>, &OpacityMixKernel<Bytes, true>,
+                     &OpacityMixKernel<Bytes, false>,  &OntoAlphaKernel<Bytes>};
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // and the rectangle walk.
 #include <algorithm>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 
 #include "ulogui/PictureBits.h"
@@ -125,10 +126,20 @@ bool Loop::Run(ULOPictureBits& dst, const ULORect& dstRect, const ULOPictureBits
         return true;
     }
     const int count = static_cast<int>(right - left);
+    const int rows = static_cast<int>(bottom - top);
     // Bottom-up storage: the last row of the rectangle comes first in memory.
-    for (int64_t y = bottom - 1; y >= top; --y) {
-        RunRow(dst.GetBits(static_cast<int>(left), static_cast<int>(y)),
-               src.GetBits(static_cast<int>(sx), static_cast<int>(sy + (y - top))), count);
+    unsigned char* dstRow = dst.GetBits(static_cast<int>(left), static_cast<int>(bottom - 1));
+    const unsigned char* srcRow = src.GetBits(static_cast<int>(sx), static_cast<int>(sy + rows - 1));
+    const std::ptrdiff_t dstStride = dst.GetLineWidth(true);
+    const std::ptrdiff_t srcStride = src.GetLineWidth(true);
+    const int64_t run = static_cast<int64_t>(count) * rows;
+    if (dstStride == 4 * count && srcStride == 4 * count && run <= INT32_MAX) {
+        // Whole rows of unpadded buffers lie end to end: one run, without the per-row start-up.
+        RunRow(dstRow, srcRow, static_cast<int>(run));
+        return true;
+    }
+    for (int row = 0; row < rows; ++row) {
+        RunRow(dstRow + row * dstStride, srcRow + row * srcStride, count);
     }
     return true;
 }

@@ -169,6 +169,36 @@ TEST(TransferSelection, RunWalksTheRectangleCutToBothBuffersBottomUp) {
     EXPECT_EQ(std::count(dstBlock.begin(), dstBlock.end(), 0), w * h * 4);
 }
 
+TEST(TransferSelection, RunGivesTheSameWhetherRowsLieEndToEndOrArePadded) {
+    const int w = 7;
+    const int h = 5;
+    std::vector<unsigned char> src(w * h * 4);
+    std::vector<unsigned char> tight(w * h * 4);
+    for (size_t i = 0; i < src.size(); ++i) {
+        src[i] = static_cast<unsigned char>(i * 37 + 11);
+        tight[i] = static_cast<unsigned char>(i * 13 + 5);
+    }
+    // The same pixels with 8 bytes of padding after every row; the padding must stay as it is.
+    const int paddedStride = w * 4 + 8;
+    std::vector<unsigned char> padded(paddedStride * h, 0xEE);
+    for (int row = 0; row < h; ++row) {
+        std::copy(&tight[row * w * 4], &tight[(row + 1) * w * 4], &padded[row * paddedStride]);
+    }
+    const std::vector<unsigned char> before = tight;
+    const Loop loop(Functor::kCopy, Wrapper::kSourceAlpha, 1.0f);
+    ULOPictureBits tightBits(tight.data(), w, h, w * 4, PICTBITS_ALPHA);
+    ULOPictureBits paddedBits(padded.data(), w, h, paddedStride, PICTBITS_ALPHA);
+    const ULOPictureBits srcBits(src.data(), w, h, w * 4, PICTBITS_ALPHA);
+    ASSERT_TRUE(loop.Run(tightBits, ULORect(0, 0, w, h), srcBits, ULOPoint(0, 0)));
+    ASSERT_TRUE(loop.Run(paddedBits, ULORect(0, 0, w, h), srcBits, ULOPoint(0, 0)));
+    EXPECT_NE(tight, before);
+    for (int row = 0; row < h; ++row) {
+        EXPECT_TRUE(std::equal(&tight[row * w * 4], &tight[(row + 1) * w * 4], &padded[row * paddedStride]));
+        EXPECT_EQ(padded[row * paddedStride + w * 4], 0xEE);
+        EXPECT_EQ(padded[row * paddedStride + w * 4 + 7], 0xEE);
+    }
+}
+
 TEST(TransferSelection, RunRefusesBuffersThatAreNotFourBytesAPixel) {
     std::vector<unsigned char> mask(8 * 2, 0);
     std::vector<unsigned char> colour(2 * 2 * 4, 9);
