@@ -14,10 +14,18 @@
 #include "ulogui/Export.h"
 #include "ulogui/Geometry.h"
 #include "ulogui/Picture.h"
+#include "ulogui/PixelTransfer.h"
 #include "ulolib/CriticalSection.h"
 
 class ULODRAW_API ULOTrueColorDCBase : public ULOPicture {
 public:
+    // How picture drawing renders each source pixel (values are fixed).
+    using ECopyPictureType = ulogui::ECopyPictureType;
+    static constexpr ECopyPictureType eCopyNormal = ulogui::eCopyNormal;
+    static constexpr ECopyPictureType eCopyHighlight = ulogui::eCopyHighlight;
+    static constexpr ECopyPictureType eCopyDisabled = ulogui::eCopyDisabled;
+    static constexpr ECopyPictureType eCopyDarken = ulogui::eCopyDarken;
+
     // A surface of the rectangle's size, cleared to black with alpha 0 (opaque). With `magnified` the
     // rectangle is logical and the buffer gets its device size under the calling thread's magnifier.
     // A side below one pixel becomes one pixel. `alpha` marks the buffer as carrying alpha

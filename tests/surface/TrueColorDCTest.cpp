@@ -69,6 +69,11 @@ TEST_F(SurfaceConstructionTest, FlagsStartClearAndTheGuardOpensTheBits) {
     EXPECT_TRUE(ULOTrueColorDCBaseTestAccess::CanGetBits(plain));
 }
 
+// Hosts name the copy types through the surface; their values are part of the interface.
+static_assert(ULOTrueColorDCBase::eCopyNormal == 0 && ULOTrueColorDCBase::eCopyHighlight == 1 &&
+                  ULOTrueColorDCBase::eCopyDisabled == 2 && ULOTrueColorDCBase::eCopyDarken == 3,
+              "copy type values are fixed");
+
 using SurfaceCopyTest = MagnifierTest;
 
 TEST_F(SurfaceCopyTest, CopyIsAViewOfTheSamePixelsWithTheSameFlags) {
