@@ -11,61 +11,71 @@ namespace detail {
 
 namespace {
 
-// One destination row of N-byte pixels, gathered from a source row.
+// Fetches the next source row into the cache a line at a time while the current row is gathered: the
+// next row starts on another page, where the processor's own prefetching would start late, and asking
+// for all of it at once would stall on the first misses.
+class RowPrefetch {
+public:
+    RowPrefetch(const unsigned char* row, std::ptrdiff_t bytes)
+        : row_(row), bytes_(row != nullptr ? bytes : 0) {}
+    void Step() {
+        if (done_ < bytes_) {
+            __builtin_prefetch(row_ + done_);
+            done_ += 64;
+        }
+    }
+    void Finish() {
+        while (done_ < bytes_) {
+            Step();
+        }
+    }
+
+private:
+    const unsigned char* row_;
+    std::ptrdiff_t bytes_;
+    std::ptrdiff_t done_ = 0;
+};
+
+// One destination row of N-byte pixels, gathered from a source row, four pixels per step.
 template <int N>
-struct GatherRow {
-    static void Run(unsigned char* to, const unsigned char* from, const std::int32_t* offsets, int width) {
-        for (int x = 0; x < width; ++x) {
-            std::memcpy(to + static_cast<std::ptrdiff_t>(x) * N, from + offsets[x], N);
+void GatherRow(unsigned char* to, const unsigned char* from, const std::int32_t* offsets, int width,
+               RowPrefetch& next) {
+    int x = 0;
+    for (; x + 4 <= width; x += 4) {
+        next.Step();
+        // Four independent loads, then the stores (for 4-byte pixels one wide store).
+        unsigned char p[4 * N];
+        for (int k = 0; k < 4; ++k) {
+            std::memcpy(p + k * N, from + offsets[x + k], N);
         }
+        std::memcpy(to + static_cast<std::ptrdiff_t>(x) * N, p, sizeof p);
     }
-};
-
-// 4-byte pixels four at a time: four independent loads, one wide store.
-template <>
-struct GatherRow<4> {
-    static void Run(unsigned char* to, const unsigned char* from, const std::int32_t* offsets, int width) {
-        int x = 0;
-        for (; x + 4 <= width; x += 4) {
-            std::uint32_t p[4];
-            for (int k = 0; k < 4; ++k) {
-                std::memcpy(&p[k], from + offsets[x + k], 4);
-            }
-            std::memcpy(to + static_cast<std::ptrdiff_t>(x) * 4, p, sizeof p);
-        }
-        for (; x < width; ++x) {
-            std::memcpy(to + static_cast<std::ptrdiff_t>(x) * 4, from + offsets[x], 4);
-        }
+    for (; x < width; ++x) {
+        std::memcpy(to + static_cast<std::ptrdiff_t>(x) * N, from + offsets[x], N);
     }
-};
-
-void Prefetch(const unsigned char* p, std::ptrdiff_t bytes) {
-    for (std::ptrdiff_t i = 0; i < bytes; i += 64) {
-        __builtin_prefetch(p + i);
-    }
+    next.Finish();
 }
 
 template <int N>
 void NearestRows(const BlockView& source, const NewBlock& target, const std::vector<std::int32_t>& offsets) {
     const std::size_t rowBytes = static_cast<std::size_t>(target.width) * N;
     const std::size_t padding = static_cast<std::size_t>(target.lineWidth) - rowBytes;
+    const auto sourceRow = [&](int y) {
+        return source.bits + source.OffsetOf(0, static_cast<std::int64_t>(source.height) * y / target.height);
+    };
     const unsigned char* previousSource = nullptr;
     const unsigned char* previousRow = nullptr;
     // Destination picture rows from the bottom (the first row in memory) upwards.
     for (int y = target.height - 1; y >= 0; --y) {
-        const std::int64_t sourceY = static_cast<std::int64_t>(source.height) * y / target.height;
-        const unsigned char* from = source.bits + source.OffsetOf(0, sourceY);
-        unsigned char* to = target.bits + static_cast<std::ptrdiff_t>(target.height - 1 - y) * target.lineWidth;
+        const unsigned char* from = sourceRow(y);
+        unsigned char* to =
+            target.bits + static_cast<std::ptrdiff_t>(target.height - 1 - y) * target.lineWidth;
         if (from == previousSource) {
             std::memcpy(to, previousRow, rowBytes);
         } else {
-            if (y > 0) {
-                // The next source row starts on another page, where the processor's own prefetching
-                // would start late; ask for it while this row is gathered.
-                const std::int64_t nextY = static_cast<std::int64_t>(source.height) * (y - 1) / target.height;
-                Prefetch(source.bits + source.OffsetOf(0, nextY), source.width * N);
-            }
-            GatherRow<N>::Run(to, from, offsets.data(), target.width);
+            RowPrefetch next(y > 0 ? sourceRow(y - 1) : nullptr,
+                             static_cast<std::ptrdiff_t>(source.width) * N);
+            GatherRow<N>(to, from, offsets.data(), target.width, next);
         }
         // The block was not cleared: the row padding is.
         std::memset(to + rowBytes, 0, padding);
