@@ -211,13 +211,7 @@ TEST_F(FontObject, SelectionFallsBackAlongTheVariantsThatExistAndRestoresThePrev
 class FontFromFile : public FontObject {
 protected:
     FontFromFile() {
-        details::FontRecord zero;
-        zero.primaryFace = L"Tahoma";
-        zero.height = 11;
-        zero.weight = 400;
-        zero.family = 0x20;
-        zero.pitch = 2;
-        zero.ignoreHeightExt = true;
+        details::FontRecord zero{L"Tahoma", 11, 400, false, false, false, 0x20, 2, {}, L"", true, 0};
         details::FontRecord two{
             L"Missing", 13,    700, true, false, false, 0x30, 1, {L"Other", L"Courier New"},
             L"Fixed",   false, 20};
@@ -239,8 +233,10 @@ TEST_F(FontFromFile, TakesEveryFieldOfTheRecordAndMagnifiesTheHeight) {
         L"FONT 'Courier New' h=19, hext=20, w=700, m=1.500000, 1, 0\n"  // 13 x 1.5, truncated
         L"family 48 pitch 1 italic [Missing,Other,Courier New,] 'Fixed' first 'Missing'",
         Facts(font));
-    EXPECT_EQ(0x31, engine_->requests.front().pitchAndFamily);
-    EXPECT_EQ(19, engine_->requests.front().height);
+    EXPECT_EQ(std::make_tuple(700, false, 20),
+              std::make_tuple(font.GetWeight(), font.IgnoresHeightExt(), font.GetHeightExt()));
+    EXPECT_EQ(std::make_tuple(0x31, 19),
+              std::make_tuple(+engine_->requests.front().pitchAndFamily, engine_->requests.front().height));
 }
 
 TEST_F(FontFromFile, DoubleByteLanguagesTakeTheExtraHeightUnmagnifiedUnlessTheRecordSaysIgnore) {
