@@ -112,28 +112,19 @@ TEST_P(Agreement, WrapOffsets) {
     }
 }
 
-TEST_P(Agreement, TruncatedTexts) {
+TEST_P(Agreement, TruncatedTextsAndPaths) {
     Texts texts(3);
-    for (int n = 0; n < 3000; ++n) {
-        const ULOString s = texts.Text(60);
+    for (int n = 0; n < 6000; ++n) {
+        const bool path = n % 2 == 1;
+        const ULOString s = path ? texts.Path(n % 20 == 1 ? 60 : 10) : texts.Text(60);
         const ULOString ellipsis = texts.Ellipsis();
-        const int maxWidth = texts.Uniform(-20, 400);
+        const int maxWidth = texts.Uniform(-20, path ? 600 : 400);
         ULOString want, got;
-        const bool wantShortened = reference::TruncateString(*font_, s, want, maxWidth, ellipsis);
-        ASSERT_EQ(wantShortened, font_->TruncateString(s, got, maxWidth, ellipsis)) << n;
-        ASSERT_EQ(want, got) << n;
-    }
-}
-
-TEST_P(Agreement, TruncatedPaths) {
-    Texts texts(4);
-    for (int n = 0; n < 3000; ++n) {
-        const ULOString path = texts.Path(n % 10 == 0 ? 60 : 10);
-        const ULOString ellipsis = texts.Ellipsis();
-        const int maxWidth = texts.Uniform(-20, 600);
-        ULOString want, got;
-        const bool wantShortened = reference::TruncatePath(*font_, path, want, maxWidth, ellipsis);
-        ASSERT_EQ(wantShortened, font_->TruncatePath(path, got, maxWidth, ellipsis)) << n;
+        const bool wantShortened = path ? reference::TruncatePath(*font_, s, want, maxWidth, ellipsis)
+                                        : reference::TruncateString(*font_, s, want, maxWidth, ellipsis);
+        const bool shortened = path ? font_->TruncatePath(s, got, maxWidth, ellipsis)
+                                    : font_->TruncateString(s, got, maxWidth, ellipsis);
+        ASSERT_EQ(wantShortened, shortened) << n;
         ASSERT_EQ(want, got) << n;
     }
 }

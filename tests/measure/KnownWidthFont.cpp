@@ -3,7 +3,7 @@
 #include <fontconfig/fontconfig.h>
 #include <sys/stat.h>
 
-#include "ulogui/platform/FontEngine.h"
+#include "font/FakeFontEngine.h"
 #include "ulogui/platform/linux/FreeTypeFontEngine.h"
 
 namespace platform = ulogui::platform;
@@ -15,24 +15,13 @@ namespace {
 const wchar_t* const kFaceName = L"Known Widths";
 
 int32_t KnownAdvance(uint32_t c, int32_t spaceWidth) {
-    switch (c) {
-        case ' ':
-            return spaceWidth;
-        case 'i':
-        case 'l':
-            return kNarrow;
-        case 'm':
-            return kWide;
-        case '-':
-            return kHyphen;
-        case '/':
-            return kSlash;
-        case '.':
-            return kDot;
-        case '?':
-            return kQuestion;
-        default:
-            break;
+    const std::pair<wchar_t, int32_t> special[] = {{' ', spaceWidth}, {'i', kNarrow},  {'l', kNarrow},
+                                                   {'m', kWide},      {'-', kHyphen},  {'/', kSlash},
+                                                   {'.', kDot},       {'?', kQuestion}};
+    for (const auto& [character, width] : special) {
+        if (c == static_cast<uint32_t>(character)) {
+            return width;
+        }
     }
     if (c >= 0x3000 && c < 0xA000) {
         return kIdeograph;
@@ -42,51 +31,6 @@ int32_t KnownAdvance(uint32_t c, int32_t spaceWidth) {
     }
     return c < 0x20 ? 99 : kLetter;  // the font clears the control characters itself
 }
-
-class TableFont : public platform::PlatformFont {
-public:
-    TableFont(const platform::FontRequest& request, int32_t spaceWidth)
-        : request_(request), spaceWidth_(spaceWidth) {}
-    ULOString GetFaceName() const override { return request_.faceName; }
-    const platform::FontRequest& GetRequest() const override { return request_; }
-    platform::FontMetrics GetMetrics() const override { return {}; }
-    void GetCharAdvances(uint32_t first, uint32_t last, int32_t* widths) const override {
-        for (uint32_t c = first; c <= last; ++c) {
-            widths[c - first] = KnownAdvance(c, spaceWidth_);
-        }
-    }
-    std::vector<platform::KerningPair> GetKerningPairs() const override { return {}; }
-
-private:
-    platform::FontRequest request_;
-    int32_t spaceWidth_;
-};
-
-class TableEngine : public platform::FontEngine {
-public:
-    explicit TableEngine(int32_t spaceWidth) : spaceWidth_(spaceWidth) {}
-    void EnumerateFaces(uint8_t charSet,
-                        const std::function<bool(const platform::FaceInfo&)>& visit) override {
-        for (uint8_t set : {platform::charset::kAnsi, platform::charset::kShiftJis}) {
-            if (charSet == platform::charset::kDefault || charSet == set) {
-                platform::FaceInfo face;
-                face.faceName = kFaceName;
-                face.charSet = set;
-                face.pitchAndFamily = 0x22;
-                face.trueType = true;
-                if (!visit(face)) {
-                    return;
-                }
-            }
-        }
-    }
-    std::shared_ptr<platform::PlatformFont> CreateFontObject(const platform::FontRequest& request) override {
-        return std::make_shared<TableFont>(request, spaceWidth_);
-    }
-
-private:
-    int32_t spaceWidth_;
-};
 
 // The engine serves the font's construction only: the font keeps its widths and handles.
 std::unique_ptr<ULOFont> MakeWith(std::shared_ptr<platform::FontEngine> engine, const wchar_t* face,
@@ -101,7 +45,13 @@ std::unique_ptr<ULOFont> MakeWith(std::shared_ptr<platform::FontEngine> engine, 
 }  // namespace
 
 std::unique_ptr<ULOFont> KnownFont(float magnifier, int language, int32_t spaceWidth) {
-    return MakeWith(std::make_shared<TableEngine>(spaceWidth), kFaceName, magnifier, language);
+    auto engine = std::make_shared<testfonts::FakeFontEngine>(
+        std::vector<platform::FaceInfo>{testfonts::Face(kFaceName, platform::charset::kAnsi, 0x22),
+                                        testfonts::Face(kFaceName, platform::charset::kShiftJis, 0x22)});
+    engine->advance = [spaceWidth](const platform::FontRequest&, uint32_t c) {
+        return KnownAdvance(c, spaceWidth);
+    };
+    return MakeWith(engine, kFaceName, magnifier, language);
 }
 
 std::unique_ptr<ULOFont> DejaVuSans(float magnifier) {

@@ -8,34 +8,29 @@
 
 using namespace measuretest;
 
-TEST(TabStops, LineTabsAdvanceToTheNextStopOrOneFurtherWhenTheStopIsCloserThanASpace) {
+TEST(TabStops, TabsAdvanceToTheNextStopOrOneFurtherWhenTheStopIsCloserThanASpace) {
     auto font = KnownFont(1.0f);
     EXPECT_EQ(0.0f, font->GetStringRealWidthSingleLine(L"", 0.0f));
     EXPECT_EQ(50.0f, font->GetStringRealWidthSingleLine(L"\t", 0.0f));
-    EXPECT_EQ(6.0f, font->GetStringRealWidthSingleLine(L"\t", 44.0f));   // 6 left, a space fits
-    EXPECT_EQ(5.0f, font->GetStringRealWidthSingleLine(L"\t", 45.0f));   // exactly a space left
-    EXPECT_EQ(52.0f, font->GetStringRealWidthSingleLine(L"\t", 48.0f));  // 2 left: the next stop
-    EXPECT_EQ(50.0f, font->GetStringRealWidthSingleLine(L"\t", 50.0f));  // on a stop: a whole interval
-    EXPECT_EQ(50.0f, font->GetStringRealWidthSingleLine(L"ab\t", 0.0f));
+    EXPECT_EQ(6.0f, font->GetStringRealWidthSingleLine(L"\t", 44.0f));       // 6 left, a space fits
+    EXPECT_EQ(5.0f, font->GetStringRealWidthSingleLine(L"\t", 45.0f));       // exactly a space left
+    EXPECT_EQ(52.0f, font->GetStringRealWidthSingleLine(L"\t", 48.0f));      // 2 left: the next stop
+    EXPECT_EQ(50.0f, font->GetStringRealWidthSingleLine(L"\t", 50.0f));      // on a stop: a whole interval
     EXPECT_EQ(100.0f, font->GetStringRealWidthSingleLine(L"ab\t\t", 0.0f));  // 50 → 100
     EXPECT_EQ(62.0f, font->GetStringRealWidthSingleLine(L"a\ta", 48.0f));    // 58 → 100 → 110
-}
 
-TEST(TabStops, AStopCloserThanAWideSpaceIsSkipped) {
-    auto font = KnownFont(1.0f, kLatin, 30);
-    EXPECT_EQ(50.0f, font->GetStringRealWidthSingleLine(L"a\t", 0.0f));     // 40 left
-    EXPECT_EQ(50.0f, font->GetStringRealWidthSingleLine(L"ab\t", 0.0f));    // 30 left: not closer
-    EXPECT_EQ(100.0f, font->GetStringRealWidthSingleLine(L"abc\t", 0.0f));  // 20 left: skipped
-    EXPECT_EQ(70.0f, font->GetTabWidth(30.0f, true));
-}
+    auto wideSpace = KnownFont(1.0f, kLatin, 30);
+    EXPECT_EQ(50.0f, wideSpace->GetStringRealWidthSingleLine(L"a\t", 0.0f));     // 40 left
+    EXPECT_EQ(50.0f, wideSpace->GetStringRealWidthSingleLine(L"ab\t", 0.0f));    // 30 left: not closer
+    EXPECT_EQ(100.0f, wideSpace->GetStringRealWidthSingleLine(L"abc\t", 0.0f));  // 20 left: skipped
+    EXPECT_EQ(70.0f, wideSpace->GetTabWidth(30.0f, true));
 
-TEST(TabStops, MagnifiedLinesCompareTheLogicalSpaceWithDeviceRoom) {
-    // m = 2: stops every 100 device pixels, the space counts as 5 / 2 = 2.5.
-    auto font = KnownFont(2.0f);
-    EXPECT_EQ(50.0f, font->GetStringRealWidthSingleLine(L"\t", 0.0f));
-    EXPECT_EQ(2.0f, font->GetStringRealWidthSingleLine(L"\t", 48.0f));   // 4 device pixels left
-    EXPECT_EQ(51.0f, font->GetStringRealWidthSingleLine(L"\t", 49.0f));  // 2 left < 2.5: 102
-    EXPECT_EQ(15.0f, font->GetStringRealWidthSingleLine(L"aaa", 7.0f));
+    // m = 2: stops every 100 device pixels, the space counts as 5 / 2 = 2.5 against device room.
+    auto two = KnownFont(2.0f);
+    EXPECT_EQ(50.0f, two->GetStringRealWidthSingleLine(L"\t", 0.0f));
+    EXPECT_EQ(2.0f, two->GetStringRealWidthSingleLine(L"\t", 48.0f));   // 4 device pixels left
+    EXPECT_EQ(51.0f, two->GetStringRealWidthSingleLine(L"\t", 49.0f));  // 2 left < 2.5: 102
+    EXPECT_EQ(15.0f, two->GetStringRealWidthSingleLine(L"aaa", 7.0f));
 }
 
 TEST(TabStops, GetTabWidthUsesDeviceOrLogicalIntervals) {
@@ -43,7 +38,6 @@ TEST(TabStops, GetTabWidthUsesDeviceOrLogicalIntervals) {
     EXPECT_EQ(52.0f, one->GetTabWidth(48.0f, true));
     EXPECT_EQ(6.0f, one->GetTabWidth(44.0f, false));
     EXPECT_EQ(50.0f, one->GetTabWidth(100.0f, false));
-
     auto two = KnownFont(2.0f);
     EXPECT_EQ(100.0f, two->GetTabWidth(0.0f, true));
     EXPECT_EQ(4.0f, two->GetTabWidth(96.0f, true));
@@ -54,7 +48,7 @@ TEST(TabStops, GetTabWidthUsesDeviceOrLogicalIntervals) {
     EXPECT_EQ(1.5f, two->GetTabWidth(47.0f, false));   // 3 / 2
 }
 
-TEST(LineWidths, LinesSplitAtEveryCarriageReturnAndLineFeed) {
+TEST(LineWidths, LinesSplitAtEveryLineEndAndWidthsAreLogicalAndRoundUp) {
     auto font = KnownFont(1.0f);
     EXPECT_EQ(38.0f, font->GetStringRealWidthSingleLine(L"hello", 0.0f));
     EXPECT_EQ(30.0f, font->GetStringRealWidthMultiLine(L"ab\ncde\r\nf", 0.0f));
@@ -68,9 +62,7 @@ TEST(LineWidths, LinesSplitAtEveryCarriageReturnAndLineFeed) {
     EXPECT_EQ(font->GetStringRealWidthMultiLine(L"ab\ncde", 3.0f),
               font->GetStringRealWidth(L"ab\ncde", 3.0f));
     EXPECT_EQ(30.0f, font->ComputeMaxStringWidth(L"ab\ncde"));
-}
 
-TEST(LineWidths, WidthsAreLogicalAndRoundUp) {
     auto two = KnownFont(2.0f);
     EXPECT_EQ(14.0f, two->GetStringRealWidthMultiLine(L"abil", 0.0f));  // (10 + 10 + 4 + 4) / 2
     EXPECT_EQ(2, two->GetStringWidth(L"i", 0.0f));
@@ -78,14 +70,12 @@ TEST(LineWidths, WidthsAreLogicalAndRoundUp) {
     EXPECT_EQ(7, oneAndHalf->GetStringWidth(L"a", 0.0f));       // 6.67
     EXPECT_EQ(14, oneAndHalf->GetStringWidth(L"aa\na", 0.0f));  // 13.33
     EXPECT_EQ(0, oneAndHalf->GetStringWidth(L"", 0.0f));
-}
 
-TEST(LineWidths, CharactersWithoutACachedWidthMeasureAsAQuestionMark) {
-    auto latin = KnownFont(1.0f, kLatin);
-    auto japanese = KnownFont(1.0f, kJapanese);
-    const ULOString text = L"\u65E5\uFF01\u0100";  // an ideograph, a full-width "!", a Latin letter
-    EXPECT_EQ(21.0f, latin->GetStringRealWidthSingleLine(text, 0.0f));
-    EXPECT_EQ(35.0f, japanese->GetStringRealWidthSingleLine(text, 0.0f));  // 16 + 12 + 7
+    // Characters without a cached width measure as a question mark: an ideograph, a full-width "!"
+    // and a Latin letter are 7 each without the double-byte tables, 16 + 12 + 7 with them.
+    const ULOString text = L"\u65E5\uFF01\u0100";
+    EXPECT_EQ(21.0f, KnownFont(1.0f, kLatin)->GetStringRealWidthSingleLine(text, 0.0f));
+    EXPECT_EQ(35.0f, KnownFont(1.0f, kJapanese)->GetStringRealWidthSingleLine(text, 0.0f));
 }
 
 TEST(TextHeights, OnlyLineFeedsAddLines) {
@@ -93,7 +83,6 @@ TEST(TextHeights, OnlyLineFeedsAddLines) {
     EXPECT_EQ(0u, ULOFont::CountLineFeeds(L""));
     EXPECT_EQ(2u, ULOFont::CountLineFeeds(L"\r\n\n\r"));
     EXPECT_EQ(16, font->ComputeMinStringHeight(L"abc"));
-    EXPECT_EQ(32, font->ComputeMinStringHeight(L"a\nb"));
     EXPECT_EQ(32, font->ComputeMinStringHeight(L"a\r\nb"));
     EXPECT_EQ(16, font->ComputeMinStringHeight(L"a\rb"));
     // Logical width (device 30 at m = 2), device height.
@@ -116,12 +105,9 @@ TEST(TextHeights, LabelsTakeALinePerStartedWidthAndOneMoreForExactMultiples) {
     EXPECT_EQ(32, font->ComputeTextLabelHeight(L"ab\rhello", 30));
     // A zero width counts a line per piece instead of dividing by zero.
     EXPECT_EQ(32, font->ComputeTextLabelHeight(L"hello\nab", 0));
-}
-
-TEST(TextHeights, LabelWidthsAreRoundedUpLogicalWidths) {
-    auto font = KnownFont(1.5f);  // "aa" is 13.33: 14 after rounding up
-    EXPECT_EQ(32, font->ComputeTextLabelHeight(L"aa", 14));
-    EXPECT_EQ(16, font->ComputeTextLabelHeight(L"aa", 15));
+    // Widths are rounded-up logical widths: "aa" at m = 1.5 is 13.33, 14.
+    EXPECT_EQ(32, KnownFont(1.5f)->ComputeTextLabelHeight(L"aa", 14));
+    EXPECT_EQ(16, KnownFont(1.5f)->ComputeTextLabelHeight(L"aa", 15));
 }
 
 TEST(WildInputs, ConversionsSaturateInsteadOfOverflowing) {
