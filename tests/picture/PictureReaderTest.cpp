@@ -16,21 +16,20 @@ using ulogui::bitmapres::DecodedBlock;
 using ulogui::bitmapres::ReadPictureBlock;
 using ulogui::bitmapres::ReadPictureInfo;
 
-void ExpectTransparentPixel(const DecodedBlock& b) {
-    EXPECT_FALSE(b.fromRecord);
-    EXPECT_EQ(b.width, 1);
-    EXPECT_EQ(b.height, 1);
-    EXPECT_EQ(b.lineWidth, 4);
-    EXPECT_EQ(b.flags, 0);
-    EXPECT_EQ(b.partsCount, 1);
-    ASSERT_NE(b.bits, nullptr);
-    const unsigned char white[4] = {255, 255, 255, 255};
-    EXPECT_EQ(std::memcmp(b.bits.get(), white, 4), 0);
-}
-
 std::vector<unsigned char> Bytes(const DecodedBlock& b) {
     return std::vector<unsigned char>(b.bits.get(),
                                       b.bits.get() + static_cast<size_t>(b.lineWidth) * b.height);
+}
+
+// The block's origin, width, height, line width, flags and parts count.
+std::tuple<bool, int, int, int, int, int> Shape(const DecodedBlock& b) {
+    return std::make_tuple(b.fromRecord, b.width, b.height, b.lineWidth, b.flags, b.partsCount);
+}
+
+void ExpectTransparentPixel(const DecodedBlock& b) {
+    EXPECT_EQ(std::make_tuple(false, 1, 1, 4, 0, 1), Shape(b));
+    ASSERT_NE(b.bits, nullptr);
+    EXPECT_EQ(std::vector<unsigned char>(4, 255), Bytes(b));
 }
 
 // Picture 3: 32-bit with alpha, two parts, versions 1 (10 x 4) and 2 (20 x 8); picture 5: 24-bit,
@@ -44,11 +43,9 @@ TEST(PictureReader, RecordListsEveryStoredVersionInBitOrder) {
     const auto file =
         StreamOf(BuildBitmapResourceFile({MakePicture(3, PICTBITS_ALPHA, 2, {{10, 4}, {0, 0}, {5, 7}})}));
     const ULOPictureInfo info = ReadPictureInfo(file.get(), 3);
-    EXPECT_EQ(info.GetID(), 3);
-    EXPECT_EQ(info.GetPartsCount(), 2);
-    EXPECT_EQ(info.GetFlags(), PICTBITS_ALPHA);
-    EXPECT_EQ(info.GetSizeVersionFlags(), 5);
-    ASSERT_EQ(info.GetSizes().size(), 2u);
+    EXPECT_EQ(std::make_tuple(3, 2, PICTBITS_ALPHA, 5, size_t{2}),
+              std::make_tuple(info.GetID(), info.GetPartsCount(), info.GetFlags(), info.GetSizeVersionFlags(),
+                              info.GetSizes().size()));
     EXPECT_EQ(info.GetPicSizeInfo(1), ULOPictureSizeInfo(1, 10, 4, 40));
     EXPECT_EQ(info.GetPicSizeInfo(2), ULOPictureSizeInfo(4, 5, 7, 20));
     EXPECT_EQ(info.GetPicSizeInfo(3), ULOPictureSizeInfo::UndefPicSizeInfo());
@@ -73,12 +70,7 @@ TEST(PictureReader, PartsFollowOneAnotherAfterTheVersionHeader) {
     const auto file = StreamOf(bytes);
     // Picture 5, part 2: 2 x (4 x 32) bytes after width and height.
     const DecodedBlock b = ReadPictureBlock(file.get(), 5, 1, 2);
-    ASSERT_TRUE(b.fromRecord);
-    EXPECT_EQ(b.width, 10);
-    EXPECT_EQ(b.height, 4);
-    EXPECT_EQ(b.lineWidth, 32);
-    EXPECT_EQ(b.flags, PICTBITS_RGB24);
-    EXPECT_EQ(b.partsCount, 3);
+    EXPECT_EQ(std::make_tuple(true, 10, 4, 32, PICTBITS_RGB24, 3), Shape(b));
     const size_t start = VersionOffset(bytes, 5, 0) + 8 + 2 * 128;
     EXPECT_EQ(Bytes(b), std::vector<unsigned char>(bytes.begin() + start, bytes.begin() + start + 128));
     EXPECT_EQ(Bytes(b), PartBytes(5, 0, 2, 10, 4, PICTBITS_RGB24));
@@ -92,10 +84,9 @@ TEST(PictureReader, VersionBitPicksTheSlotOfItsLowestBit) {
     const auto file = StreamOf(SampleFile());
     const DecodedBlock first = ReadPictureBlock(file.get(), 3, 1, 0);
     const DecodedBlock second = ReadPictureBlock(file.get(), 3, 2, 1);
-    EXPECT_EQ(first.width, 10);
+    EXPECT_EQ(std::make_tuple(true, 10, 4, 40, PICTBITS_ALPHA, 2), Shape(first));
     EXPECT_EQ(Bytes(first), PartBytes(3, 0, 0, 10, 4, PICTBITS_ALPHA));
-    EXPECT_EQ(second.width, 20);
-    EXPECT_EQ(second.height, 8);
+    EXPECT_EQ(std::make_tuple(true, 20, 8, 80, PICTBITS_ALPHA, 2), Shape(second));
     EXPECT_EQ(Bytes(second), PartBytes(3, 1, 1, 20, 8, PICTBITS_ALPHA));
     EXPECT_EQ(Bytes(ReadPictureBlock(file.get(), 3, 6, 1)), Bytes(second));  // 6: lowest bit is 2
     // Slots without a version (offset 0 lies in the header), no bit at all, and bits past slot 23.
@@ -233,7 +224,7 @@ TEST(PictureReader, MaskPicturesUseByteRows) {
     EXPECT_EQ(Bytes(b), PartBytes(1, 0, 0, 5, 3, PICTBITS_MASK8));
 }
 
-TEST(BitmapResourceWriter, RejectsRecordsThatDoNotHoldTogether) {
+TEST(BitmapResourceWriter, RejectsRecordsThatDoNotHoldTogetherAndWritesTheHeader) {
     EXPECT_THROW(BuildBitmapResourceFile({MakePicture(-1, 0, 1, {{2, 2}})}), std::invalid_argument);
     EXPECT_THROW(BuildBitmapResourceFile({MakePicture(1, 0, 0, {{2, 2}})}), std::invalid_argument);
     EXPECT_THROW(BuildBitmapResourceFile({MakePicture(1, 0, 1, {{2, 2}}), MakePicture(1, 0, 1, {{2, 2}})}),
@@ -250,10 +241,7 @@ TEST(BitmapResourceWriter, RejectsRecordsThatDoNotHoldTogether) {
     } catch (const std::invalid_argument& e) {
         EXPECT_NE(std::string(e.what()).find("picture 7"), std::string::npos) << e.what();
     }
-}
-
-TEST(BitmapResourceWriter, EmptyCatalogueIsJustTheHeader) {
-    const std::vector<unsigned char> bytes = BuildBitmapResourceFile({});
+    const std::vector<unsigned char> bytes = BuildBitmapResourceFile({});  // an empty catalogue
     EXPECT_EQ(bytes.size(), 256u);
     EXPECT_EQ(std::memcmp(bytes.data(), "UloBitmapResource", 18), 0);
     EXPECT_EQ(GetU32(bytes, 20), 0u);

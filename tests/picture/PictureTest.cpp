@@ -25,6 +25,22 @@ ULOPictureBits Stored(int id, int slot, int part, int width, int height, int fla
     return copy;
 }
 
+// What the buffer operations give on a copy: the middle column and row repeated (never shrinking
+// the height), and nearest-pixel resizing.
+ULOPictureBits Stretched(const ULOPictureBits& source, int width, int height) {
+    ULOPictureBits copy;
+    copy.Clone(source);
+    copy.HEnlarge(width, -1);
+    copy.VEnlarge(height, -1);
+    return copy;
+}
+ULOPictureBits Nearest(const ULOPictureBits& source, int width, int height) {
+    ULOPictureBits copy;
+    copy.Clone(source);
+    copy.Resize(width, height, ULOPictureBits::eResizeNearest);
+    return copy;
+}
+
 // What smooth scaling of a stored version into a cleared block of the given size gives.
 std::vector<unsigned char> Smoothed(const ULOPictureBits& source, int width, int height) {
     const int flags = source.GetFlags();
@@ -34,6 +50,18 @@ std::vector<unsigned char> Smoothed(const ULOPictureBits& source, int width, int
                                 flags);
     source.EnlargeSmooth(target, nullptr);
     return block;
+}
+
+// A picture's version, device and logical sizes and pixels, checked together.
+testing::AssertionResult Holds(const ULOPicture& p, int version, ULOSize device, ULOSize logical,
+                               const std::vector<unsigned char>& pixels) {
+    const ULOSize d = p.GetSize(true), l = p.GetSize(false);
+    if (p.GetCurrentVersion() == version && d == device && l == logical && Bytes(p) == pixels) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "version " << p.GetCurrentVersion() << ", " << d.cx << " x " << d.cy << " device, " << l.cx
+           << " x " << l.cy << " logical, pixels " << (Bytes(p) == pixels ? "as expected" : "differ");
 }
 
 bool IsTransparentWhitePixel(const ULOPicture& p) {
@@ -46,23 +74,16 @@ class PictureTest : public ResourceFileTest {};
 
 TEST_F(PictureTest, LoadsEveryVersionAndPart) {
     Use({MakePicture(200, PICTBITS_ALPHA, 3, {{6, 4}, {12, 8}})});
-    for (unsigned int part = 0; part < 3; ++part) {
+    for (int part = 0; part < 3; ++part) {
         SCOPED_TRACE(part);
-        const ULOPicture normal(200, part, false);
-        EXPECT_EQ(normal.GetCurrentVersion(), 1);
-        EXPECT_EQ(normal.GetSize(true), ULOSize(6, 4));
-        EXPECT_EQ(normal.GetFlags(), PICTBITS_ALPHA);
-        EXPECT_EQ(Bytes(normal), PartBytes(200, 0, static_cast<int>(part), 6, 4, PICTBITS_ALPHA));
-        const ULOPicture large(200, part, false, false, true);
-        EXPECT_EQ(large.GetCurrentVersion(), 2);
-        EXPECT_EQ(large.GetSize(true), ULOSize(12, 8));
-        EXPECT_EQ(Bytes(large), PartBytes(200, 1, static_cast<int>(part), 12, 8, PICTBITS_ALPHA));
+        ULOPicture normal(200, part, false), large(200, part, false, false, true);
+        EXPECT_EQ(std::make_tuple(1, PICTBITS_ALPHA, false, 200, 3, true),
+                  std::make_tuple(normal.GetCurrentVersion(), normal.GetFlags(), normal.IsMagnified(),
+                                  normal.GetInfo().GetID(), normal.GetInfo().GetPartsCount(),
+                                  normal.CanBeRemade()));
+        EXPECT_TRUE(Holds(normal, 1, {6, 4}, {6, 4}, PartBytes(200, 0, part, 6, 4, PICTBITS_ALPHA)));
+        EXPECT_TRUE(Holds(large, 2, {12, 8}, {12, 8}, PartBytes(200, 1, part, 12, 8, PICTBITS_ALPHA)));
     }
-    ULOPicture picture(200, 1, false);
-    EXPECT_FALSE(picture.IsMagnified());
-    EXPECT_EQ(picture.GetInfo().GetID(), 200);
-    EXPECT_EQ(picture.GetInfo().GetPartsCount(), 3);
-    EXPECT_TRUE(picture.CanBeRemade());
 }
 
 TEST_F(PictureTest, VersionFollowsTheMagnifier) {
@@ -88,100 +109,38 @@ TEST_F(PictureTest, VersionFollowsTheMagnifier) {
     }
 }
 
-TEST_F(PictureTest, MagnifiedPicturesHoldDevicePixels) {
-    Use({MakePicture(210, PICTBITS_ALPHA, 1, {{6, 4}, {12, 8}})});
-    const ULOPictureBits v1 = Stored(210, 0, 0, 6, 4, PICTBITS_ALPHA);
-    const ULOPictureBits v2 = Stored(210, 1, 0, 12, 8, PICTBITS_ALPHA);
-
-    SetMagnifier(1.0f);
-    const ULOPicture at1(210);
-    EXPECT_TRUE(at1.IsMagnified());
-    EXPECT_EQ(Bytes(at1), Bytes(v1));
-
-    // A whole magnifier: version 2, scaled smoothly by the magnifier.
-    SetMagnifier(2.0f);
-    const ULOPicture at2(210);
-    EXPECT_EQ(at2.GetCurrentVersion(), 2);
-    EXPECT_EQ(at2.GetSize(true), ULOSize(24, 16));
-    EXPECT_EQ(at2.GetSize(false), ULOSize(12, 8));
-    EXPECT_EQ(Bytes(at2), Smoothed(v2, 24, 16));
-
-    // A fractional one: version 1, its middle column and row repeated.
-    SetMagnifier(1.5f);
-    const ULOPicture at15(210);
-    EXPECT_EQ(at15.GetCurrentVersion(), 1);
-    EXPECT_EQ(at15.GetSize(true), ULOSize(9, 6));
-    EXPECT_EQ(at15.GetSize(false), ULOSize(6, 4));
-    ULOPictureBits stretched;
-    stretched.Clone(v1);
-    stretched.HEnlarge(9, -1);
-    stretched.VEnlarge(6, -1);
-    EXPECT_EQ(Bytes(at15), Bytes(stretched));
-
-    // preferLarge takes version 2 and scales it smoothly even at a fractional magnifier.
-    const ULOPicture preferLarge(210, 0, true, true);
-    EXPECT_EQ(preferLarge.GetSize(true), ULOSize(18, 12));
-    EXPECT_EQ(Bytes(preferLarge), Smoothed(v2, 18, 12));
-
-    // Shrinking at a fractional magnifier takes the nearest pixels.
-    SetMagnifier(0.5f);
-    const ULOPicture at05(210);
-    ULOPictureBits nearest;
-    nearest.Clone(v1);
-    nearest.Resize(3, 2, ULOPictureBits::eResizeNearest);
-    EXPECT_EQ(at05.GetSize(true), ULOSize(3, 2));
-    EXPECT_EQ(Bytes(at05), Bytes(nearest));
-}
-
-TEST_F(PictureTest, FullCopyPicturesAreStretchedNotSmoothed) {
+TEST_F(PictureTest, MagnifiedAndSizedPicturesHoldDevicePixels) {
     const int fullCopy = 0x2;
-    Use({MakePicture(215, fullCopy, 1, {{5, 3}})});
-    SetMagnifier(2.0f);
-    const ULOPicture picture(215);
-    ULOPictureBits stretched = Stored(215, 0, 0, 5, 3, fullCopy);
-    stretched.HEnlarge(10, -1);
-    stretched.VEnlarge(6, -1);
-    EXPECT_EQ(Bytes(picture), Bytes(stretched));
-}
+    Use({MakePicture(210, PICTBITS_ALPHA, 1, {{6, 4}, {12, 8}}), MakePicture(215, fullCopy, 1, {{5, 3}}),
+         MakePicture(220, 0, 1, {{8, 6}, {16, 12}})});
+    const ULOPictureBits v1 = Stored(210, 0, 0, 6, 4, PICTBITS_ALPHA),
+                         v2 = Stored(210, 1, 0, 12, 8, PICTBITS_ALPHA);
+    const ULOPictureBits s1 = Stored(220, 0, 0, 8, 6, 0), s2 = Stored(220, 1, 0, 16, 12, 0);
+    EXPECT_TRUE(Holds(ULOPicture(210), 1, {6, 4}, {6, 4}, Bytes(v1)));
+    EXPECT_TRUE(ULOPicture(210).IsMagnified());
+    SetMagnifier(2.0f);  // a whole magnifier: version 2, scaled smoothly; full-copy pictures stretched
+    EXPECT_TRUE(Holds(ULOPicture(210), 2, {24, 16}, {12, 8}, Smoothed(v2, 24, 16)));
+    EXPECT_TRUE(Holds(ULOPicture(215), 1, {10, 6}, {5, 3},
+                      Bytes(Stretched(Stored(215, 0, 0, 5, 3, fullCopy), 10, 6))));
+    SetMagnifier(1.5f);  // a fractional one: version 1, its middle column and row repeated
+    EXPECT_TRUE(Holds(ULOPicture(210), 1, {9, 6}, {6, 4}, Bytes(Stretched(v1, 9, 6))));
+    // preferLarge takes version 2 and scales it smoothly even at a fractional magnifier.
+    EXPECT_TRUE(Holds(ULOPicture(210, 0, true, true), 2, {18, 12}, {12, 8}, Smoothed(v2, 18, 12)));
+    // A requested size is magnified on request.
+    EXPECT_TRUE(
+        Holds(ULOPicture(220, ULOSize(10, 10), 0, true, true), 1, {15, 15}, {10, 10}, Smoothed(s1, 15, 15)));
+    SetMagnifier(0.5f);  // shrinking at a fractional magnifier takes the nearest pixels
+    EXPECT_TRUE(Holds(ULOPicture(210), 1, {3, 2}, {6, 4}, Bytes(Nearest(v1, 3, 2))));
 
-TEST_F(PictureTest, PictureOfARequestedSize) {
-    Use({MakePicture(220, 0, 1, {{8, 6}, {16, 12}})});
-    const ULOPictureBits v1 = Stored(220, 0, 0, 8, 6, 0);
-    const ULOPictureBits v2 = Stored(220, 1, 0, 16, 12, 0);
-
-    const ULOPicture exact(220, ULOSize(8, 6), 0, false, true);
-    EXPECT_TRUE(exact.IsMagnified());
-    EXPECT_EQ(exact.GetCurrentVersion(), 1);
-    EXPECT_EQ(Bytes(exact), Bytes(v1));
-
-    // Smaller than version 1: version 2 is scaled down.
-    const ULOPicture small(220, ULOSize(4, 4), 0, false, true);
-    EXPECT_EQ(small.GetCurrentVersion(), 2);
-    EXPECT_EQ(Bytes(small), Smoothed(v2, 4, 4));
-
-    // Without smoothing the middle is stretched; VEnlarge never shrinks, so the height stays.
-    const ULOPicture smallStretched(220, ULOSize(4, 4), 0, false, false);
-    ULOPictureBits narrowed;
-    narrowed.Clone(v2);
-    narrowed.HEnlarge(4, -1);
-    EXPECT_EQ(smallStretched.GetSize(true), ULOSize(4, 12));
-    EXPECT_EQ(Bytes(smallStretched), Bytes(narrowed));
-
-    const ULOPicture large(220, ULOSize(20, 9), 0, false, false);
-    ULOPictureBits grown;
-    grown.Clone(v1);
-    grown.HEnlarge(20, -1);
-    grown.VEnlarge(9, -1);
-    EXPECT_EQ(large.GetCurrentVersion(), 1);
-    EXPECT_EQ(Bytes(large), Bytes(grown));
-
-    // The requested size is magnified on request.
-    SetMagnifier(1.5f);
-    const ULOPicture magnified(220, ULOSize(10, 10), 0, true, true);
-    EXPECT_EQ(magnified.GetSize(true), ULOSize(15, 15));
-    EXPECT_EQ(magnified.GetSize(false), ULOSize(10, 10));
-    EXPECT_EQ(Bytes(magnified), Smoothed(v1, 15, 15));
-
+    // Pictures of a requested size: version 1 if it is no larger, else version 2 scaled down smoothly;
+    // without smoothing the middle is stretched (VEnlarge never shrinks, so the height stays).
+    SetMagnifier(1.0f);
+    EXPECT_TRUE(Holds(ULOPicture(220, ULOSize(8, 6), 0, false, true), 1, {8, 6}, {8, 6}, Bytes(s1)));
+    EXPECT_TRUE(Holds(ULOPicture(220, ULOSize(4, 4), 0, false, true), 2, {4, 4}, {4, 4}, Smoothed(s2, 4, 4)));
+    EXPECT_TRUE(Holds(ULOPicture(220, ULOSize(4, 4), 0, false, false), 2, {4, 12}, {4, 12},
+                      Bytes(Stretched(s2, 4, 4))));
+    EXPECT_TRUE(Holds(ULOPicture(220, ULOSize(20, 9), 0, false, false), 1, {20, 9}, {20, 9},
+                      Bytes(Stretched(s1, 20, 9))));
     const ULOPicture empty(220, ULOSize(0, 5), 0, false, true);
     EXPECT_EQ(empty.GetSize(true), ULOSize(0, 0));
     EXPECT_EQ(empty.GetBits(), nullptr);
@@ -216,10 +175,7 @@ TEST_F(PictureTest, RemakeFollowsTheNewMagnifier) {
     EXPECT_EQ(bySize.GetSize(true), ULOSize(7, 7));
 
     SetMagnifier(2.0f);
-    const ULOPicture byIDAgain = byID.Remake();
-    EXPECT_EQ(byIDAgain.GetCurrentVersion(), 2);
-    EXPECT_EQ(byIDAgain.GetSize(true), ULOSize(24, 16));
-    EXPECT_EQ(Bytes(byIDAgain), Bytes(ULOPicture(240, 1)));
+    EXPECT_TRUE(Holds(byID.Remake(), 2, {24, 16}, {12, 8}, Bytes(ULOPicture(240, 1))));
     const ULOPicture bySizeAgain = bySize.Remake();
     EXPECT_EQ(bySizeAgain.GetSize(true), ULOSize(14, 14));
     EXPECT_EQ(Bytes(bySizeAgain), Bytes(ULOPicture(240, ULOSize(7, 7), 1, true, false)));
@@ -240,14 +196,13 @@ TEST_F(PictureTest, MagnifiedGeometryReportsLogicalUnits) {
     SetMagnifier(2.0f);
     EXPECT_EQ(picture.GetWidth(false), 33);
     picture.SetbIsMagnified(true);
-    EXPECT_EQ(picture.GetWidth(false), 17);
-    EXPECT_EQ(picture.GetWidth(true), 33);
-    EXPECT_EQ(picture.GetHeight(false), 10);
+    EXPECT_EQ(
+        std::make_tuple(17, 33, 10, 20, 68, 132),
+        std::make_tuple(picture.GetWidth(false), picture.GetWidth(true), picture.GetHeight(false),
+                        picture.GetHeight(true), picture.GetLineWidth(false), picture.GetLineWidth(true)));
     EXPECT_EQ(picture.GetSize(false), ULOSize(17, 10));
     EXPECT_EQ(picture.GetRect(false), ULORect(0, 0, 17, 10));
     EXPECT_EQ(picture.GetRect(true), ULORect(0, 0, 33, 20));
-    EXPECT_EQ(picture.GetLineWidth(false), 68);
-    EXPECT_EQ(picture.GetLineWidth(true), 132);
     SetMagnifier(1.0f);
     EXPECT_EQ(picture.GetWidth(false), 33);
 }
@@ -266,41 +221,25 @@ void ExpectLikeBuffer(float m, OnPicture onPicture, OnBits onBits) {
     EXPECT_EQ(picture.GetSize(true), plain.GetSize(true));
     EXPECT_EQ(Bytes(picture), Bytes(plain));
 }
+#define EXPECT_LIKE_BUFFER(m, onPicture, onBits) \
+    ExpectLikeBuffer(                            \
+        m, [](ULOPicture& p) { p.onPicture; }, [](ULOPictureBits& b) { b.onBits; })
 
 TEST_F(PictureTest, GeometryOperationsTakeLogicalUnits) {
     using B = ULOPictureBits;
-    ExpectLikeBuffer(
-        2.0f, [](ULOPicture& p) { p.HEnlarge(15, -1); }, [](B& b) { b.HEnlarge(30, -2); });
-    ExpectLikeBuffer(
-        2.0f, [](ULOPicture& p) { p.HEnlarge(8, 3); }, [](B& b) { b.HEnlarge(16, 6); });
-    ExpectLikeBuffer(
-        2.0f, [](ULOPicture& p) { p.VEnlarge(8, 2); }, [](B& b) { b.VEnlarge(16, 4); });
-    ExpectLikeBuffer(
-        1.5f, [](ULOPicture& p) { p.Enlarge(ULORect(0, 0, 5, 9), ULOPoint(2, 1)); },
-        [](B& b) {
-            b.HEnlarge(8, 3);
-            b.VEnlarge(14, 2);
-        });
-    ExpectLikeBuffer(
-        2.0f, [](ULOPicture& p) { p.Crop(5, 4, B::eCropCenter); },
-        [](B& b) { b.Crop(10, 8, B::eCropCenter); });
+    EXPECT_LIKE_BUFFER(2.0f, HEnlarge(15, -1), HEnlarge(30, -2));
+    EXPECT_LIKE_BUFFER(2.0f, HEnlarge(8, 3), HEnlarge(16, 6));
+    EXPECT_LIKE_BUFFER(2.0f, VEnlarge(8, 2), VEnlarge(16, 4));
+    EXPECT_LIKE_BUFFER(1.5f, Enlarge(ULORect(0, 0, 5, 9), ULOPoint(2, 1)), HEnlarge(8, 3); b.VEnlarge(14, 2));
+    EXPECT_LIKE_BUFFER(2.0f, Crop(5, 4, B::eCropCenter), Crop(10, 8, B::eCropCenter));
     // The rectangle keeps its size wherever it lies: (1, 1, 4, 4) at 1.5 is (2, 2, 7, 7).
-    ExpectLikeBuffer(
-        1.5f, [](ULOPicture& p) { p.Crop(ULORect(1, 1, 4, 4)); }, [](B& b) { b.Crop(ULORect(2, 2, 7, 7)); });
-    ExpectLikeBuffer(
-        2.0f, [](ULOPicture& p) { p.Resize(4, 3, B::eResizeNearest); },
-        [](B& b) { b.Resize(8, 6, B::eResizeNearest); });
-    ExpectLikeBuffer(
-        2.0f, [](ULOPicture& p) { p.Resize(6, 4, ULORect(1, 1, 7, 5), B::eResizeBox); },
-        [](B& b) { b.Resize(12, 8, ULORect(2, 2, 14, 10), B::eResizeBox); });
-    ExpectLikeBuffer(
-        2.0f, [](ULOPicture& p) { p.ResizeToWidth(5, B::eResizeNearest); },
-        [](B& b) { b.ResizeToWidth(10, B::eResizeNearest); });
-    ExpectLikeBuffer(
-        2.0f, [](ULOPicture& p) { p.ResizeToHeight(4, B::eResizeBox); },
-        [](B& b) { b.ResizeToHeight(8, B::eResizeBox); });
-    ExpectLikeBuffer(
-        2.0f, [](ULOPicture& p) { p.HResize(15); }, [](B& b) { b.HResize(30); });
+    EXPECT_LIKE_BUFFER(1.5f, Crop(ULORect(1, 1, 4, 4)), Crop(ULORect(2, 2, 7, 7)));
+    EXPECT_LIKE_BUFFER(2.0f, Resize(4, 3, B::eResizeNearest), Resize(8, 6, B::eResizeNearest));
+    EXPECT_LIKE_BUFFER(2.0f, Resize(6, 4, ULORect(1, 1, 7, 5), B::eResizeBox),
+                       Resize(12, 8, ULORect(2, 2, 14, 10), B::eResizeBox));
+    EXPECT_LIKE_BUFFER(2.0f, ResizeToWidth(5, B::eResizeNearest), ResizeToWidth(10, B::eResizeNearest));
+    EXPECT_LIKE_BUFFER(2.0f, ResizeToHeight(4, B::eResizeBox), ResizeToHeight(8, B::eResizeBox));
+    EXPECT_LIKE_BUFFER(2.0f, HResize(15), HResize(30));
 
     // ResizeLazy leaves the new pixels undefined: only the size can be compared.
     magnify::GetMagnifier() = 2.0f;
@@ -342,17 +281,14 @@ TEST_F(PictureTest, PicturesOutsideTheCatalogue) {
     const ULOPicture fromBits(bytes.data(), 5, 3, PICTBITS_RGB24, 4);
     bytes[0] ^= 0xFF;  // the picture has a copy
     EXPECT_EQ(Bytes(fromBits), PartBytes(5, 0, 0, 5, 3, PICTBITS_RGB24));
-    EXPECT_EQ(fromBits.GetLineWidth(true), 16);
-    EXPECT_EQ(fromBits.GetCurrentVersion(), 1);
-    EXPECT_FALSE(fromBits.IsMagnified());
-    EXPECT_FALSE(fromBits.CanBeRemade());
+    EXPECT_EQ(std::make_tuple(16, 1, false, false),
+              std::make_tuple(fromBits.GetLineWidth(true), fromBits.GetCurrentVersion(),
+                              fromBits.IsMagnified(), fromBits.CanBeRemade()));
     ULOPicture mutableCopy = fromBits;
     const ULOPictureInfo& info = mutableCopy.GetInfo();
-    EXPECT_EQ(info.GetID(), -1);
-    EXPECT_EQ(info.GetPartsCount(), 4);
-    EXPECT_EQ(info.GetFlags(), PICTBITS_RGB24);
-    EXPECT_EQ(info.GetSizeVersionFlags(), 1);
-    ASSERT_EQ(info.GetSizes().size(), 1u);
+    EXPECT_EQ(std::make_tuple(-1, 4, PICTBITS_RGB24, 1, size_t{1}),
+              std::make_tuple(info.GetID(), info.GetPartsCount(), info.GetFlags(), info.GetSizeVersionFlags(),
+                              info.GetSizes().size()));
     EXPECT_EQ(info.GetPicSizeInfo(1), ULOPictureSizeInfo(1, 5, 3, 16));
 
     const ULOPicture cleared(ULOSize(3, 2), PICTBITS_MASK8, 2);

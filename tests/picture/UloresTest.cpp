@@ -143,13 +143,15 @@ TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
     const Rgba small0 = Pattern(5, 4, 1), small1 = Pattern(5, 4, 2);
     const Rgba large0 = Pattern(10, 8, 3), large1 = Pattern(10, 8, 4);
     const Rgba strip = Pattern(9, 2, 5), mask = Pattern(7, 3, 6), plain = Pattern(3, 3, 7);
-    WritePng(Path("small0.png"), small0);
-    WritePng(Path("small1.png"), small1);
-    WritePng(Path("large0.png"), large0);
-    WritePng(Path("large1.png"), large1);
-    WritePng(Path("strip.png"), strip);
-    WritePng(Path("mask.png"), mask);
-    WritePng(Path("plain.png"), plain);
+    for (const auto& [name, image] : {std::pair<const char*, const Rgba&>{"small0", small0},
+                                      {"small1", small1},
+                                      {"large0", large0},
+                                      {"large1", large1},
+                                      {"strip", strip},
+                                      {"mask", mask},
+                                      {"plain", plain}}) {
+        WritePng(Path(name + std::string(".png")), image);
+    }
     WriteText("pictures.xml", R"(<?xml version="1.0"?>
 <bitmaps>
   <picture id="3" format="alpha32" parts="2">
@@ -202,12 +204,10 @@ TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
     // The file holds blue, green, red and transparency (255 - opacity), bottom row first.
     ASSERT_FALSE(ULOPicture::SetBitmapResourceFile(ULOPath::FromNative(Path("out.urb"))).IsError());
     const ULOPicture picture(3, 1, false);
-    const unsigned char* bottomLeft = picture.GetBits();
     const unsigned char* source = small1.At(0, 3);
-    EXPECT_EQ(bottomLeft[0], source[2]);
-    EXPECT_EQ(bottomLeft[1], source[1]);
-    EXPECT_EQ(bottomLeft[2], source[0]);
-    EXPECT_EQ(bottomLeft[3], 255 - source[3]);
+    EXPECT_EQ((std::vector<unsigned char>{source[2], source[1], source[0],
+                                          static_cast<unsigned char>(255 - source[3])}),
+              std::vector<unsigned char>(picture.GetBits(), picture.GetBits() + 4));
 }
 
 TEST_F(UloresTest, ManifestErrorsNameTheLinePictureAndFile) {
