@@ -2,6 +2,7 @@
 // serially for small outputs and on the tools library's worker threads otherwise.
 #include <algorithm>
 #include <cstdint>
+#include <vector>
 
 #include "toolslib/MultiProc.h"
 #include "toolslib/Progress.h"
@@ -20,13 +21,21 @@ constexpr int kSerialLimit = 40;
 // Threads take the columns in groups of neighbours. A group is computed as one strip: row after row,
 // each source row read once into the horizontal pass and each target row written as a run of whole
 // cache lines, so that two threads never write into the same line (which would bounce it between their
-// caches). Groups are as wide as possible (long rows are cheaper) while leaving each thread about four
-// of them, which keeps the threads evenly loaded when they claim groups as they finish.
-int ColumnsPerGroup(int columns, int threads, int bytesPerPixel) {
+// caches). Groups shrink along the row: each takes about a 2 * threads-th of the columns still left
+// (a multiple of 64 bytes of target row, at most 256 columns), so the first ones are long (long rows
+// are cheaper) and the last ones short, and threads claiming groups as they finish end together.
+// Returns, for each column, the end of the group it starts, or 0.
+std::vector<int> GroupEnds(int columns, int threads, int bytesPerPixel) {
     const int line = bytesPerPixel == 4 ? 16 : 64;  // pixels in a whole number of 64-byte lines
-    const int groupsPerThread = 4;
-    const int wanted = (columns + threads * groupsPerThread - 1) / (threads * groupsPerThread);
-    return std::min(std::max((wanted + line - 1) / line * line, line), 256);
+    std::vector<int> ends(static_cast<std::size_t>(columns), 0);
+    for (int start = 0; start < columns;) {
+        const int left = columns - start;
+        const int share = (left + 2 * threads - 1) / (2 * threads);
+        const int size = std::min(std::min(std::max((share + line - 1) / line * line, line), 256), left);
+        ends[start] = start + size;
+        start += size;
+    }
+    return ends;
 }
 
 smooth::PixelFormat FormatOf(int bytesPerPixel, int flags) {
@@ -114,13 +123,14 @@ void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* target
         }
         return;
     }
-    // One loop index per output column; the first column of each group computes the group.
+    // One loop index per output column; the first column of each group computes the group, the others
+    // only count.
     const int threads = tools::multiproc::GetOptimizedMaxJobThreadAllowed();
-    const int group = ColumnsPerGroup(columns, threads, bytesPerPixel);
+    const std::vector<int> groupEnds = GroupEnds(columns, threads, bytesPerPixel);
     tools::multiproc::InterruptibleProgressingLoopIter columnLoop(outputColumns, never, &progress);
-    tools::multiproc::ParallelSection section(columnLoop, [&job, group, columns](int x) {
-        if (x % group == 0 && x < columns) {
-            smooth::ScaleColumns(job, x, std::min(x + group, columns));
+    tools::multiproc::ParallelSection section(columnLoop, [&job, &groupEnds, columns](int x) {
+        if (x < columns && groupEnds[x] != 0) {
+            smooth::ScaleColumns(job, x, groupEnds[x]);
         }
     });
     tools::multiproc::RunParallelSection(section, threads);

@@ -21,6 +21,7 @@
 
 #include "toolslib/MultiProc.h"
 #include "ulogui/PictureBits.h"
+#include "ulolib/Interruptor.h"
 
 namespace {
 
@@ -91,6 +92,29 @@ void BM_EnlargeSmooth(benchmark::State& state) {
     }
     tools::multiproc::SetMaxJobThreadAllowed(0);
     SetOutputRate(state, output, cpu);
+}
+
+// The same kind of column loop with pure arithmetic and no memory traffic: the speed-up two threads can
+// reach on this machine at the moment, against which EnlargeSmooth's is to be read.
+void BM_MachineScaling(benchmark::State& state) {
+    const int threads = static_cast<int>(state.range(0));
+    constexpr int kColumns = 64;
+    std::vector<uint32_t> sums(kColumns);
+    ULONullInterruptor never;
+    for (auto _ : state) {
+        tools::multiproc::InterruptibleProgressingLoopIter columns(kColumns, never, nullptr);
+        tools::multiproc::ParallelSection section(columns, [&sums](int column) {
+            uint32_t a = static_cast<uint32_t>(column) + 1, b = 12345;
+            for (int i = 0; i < 200000; ++i) {
+                a = a * 1664525u + b;
+                b ^= a >> 7;
+            }
+            sums[column] = a + b;
+        });
+        tools::multiproc::RunParallelSection(section, threads);
+        benchmark::DoNotOptimize(sums.data());
+    }
+    state.counters["rounds/s"] = benchmark::Counter(1, benchmark::Counter::kIsIterationInvariantRate);
 }
 
 void BM_Resize(benchmark::State& state, ULOPictureBits::EResizeMethod method) {
@@ -214,6 +238,7 @@ void Configure(benchmark::internal::Benchmark* b) {
 }
 
 void RegisterAll() {
+    Configure(benchmark::RegisterBenchmark("MachineScaling", BM_MachineScaling)->Arg(1)->Arg(2));
     for (const Case& c : kCases) {
         for (int threads : {1, 2}) {
             Configure(benchmark::RegisterBenchmark("EnlargeSmooth", BM_EnlargeSmooth)
@@ -242,7 +267,10 @@ public:
             if (repeats != std::string::npos) {
                 name.erase(repeats, name.find('/', repeats + 1) - repeats);
             }
-            const auto elapsed = run.counters.find("Mpix/s");
+            auto elapsed = run.counters.find("Mpix/s");
+            if (elapsed == run.counters.end()) {
+                elapsed = run.counters.find("rounds/s");
+            }
             const auto cpu = run.counters.find("cpu Mpix/s");
             if (elapsed != run.counters.end()) {
                 rates[name] = elapsed->second.value;
@@ -270,6 +298,10 @@ void PrintSummary(const CollectingReporter& r) {
         "enlarging, >= 4x pixman for 1024 -> 400; nearest >= pixman; 2 threads >= 1.7x 1 thread (1024 "
         "sources).\n",
         kRepetitions);
+    const double machine =
+        ratio(get(r.rates, "MachineScaling/2/real_time"), get(r.rates, "MachineScaling/1/real_time"));
+    std::printf("Two threads on pure arithmetic reach %.2fx one thread on this machine right now.\n",
+                machine);
     std::printf("%11s | %8s %8s %6s | %8s %8s %6s | %8s %8s %6s | %7s\n", "case", "smooth", "pixman", "ratio",
                 "1 thr", "2 thr", "x2/x1", "nearest", "pixman", "ratio", "box");
     for (const Case& c : kCases) {
