@@ -4,8 +4,8 @@
 #include <png.h>
 #include <sys/wait.h>
 
-#include <dirent.h>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -106,52 +106,39 @@ protected:
         std::ofstream(Path(name)) << text;
     }
 
-    bool Exists(const std::string& name) const { return std::ifstream(Path(name)).good(); }
+    bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
 
-    // Names in the folder, to see that nothing temporary was left.
-    std::vector<std::string> Listing() const {
-        std::vector<std::string> names;
-        if (DIR* d = opendir(dir_.Path().native().c_str())) {
-            while (dirent* e = readdir(d)) {
-                if (e->d_name[0] != '.' ||
-                    (std::string(e->d_name) != "." && std::string(e->d_name) != "..")) {
-                    names.push_back(e->d_name);
-                }
-            }
-            closedir(d);
-        }
-        return names;
+    // The number of files in the folder, to see that nothing temporary was left.
+    size_t FileCount() const {
+        const std::filesystem::directory_iterator files(dir_.Path().native());
+        return static_cast<size_t>(std::distance(begin(files), end(files)));
     }
 
     // Packs `manifest` into out.urb and expects failure naming what is given.
     void ExpectPackError(const std::string& manifest, const std::vector<std::string>& mentions) {
         WriteText("bad.xml", manifest);
-        const size_t before = Listing().size();
+        const size_t before = FileCount();
         const Result r = Run("pack-bitmaps " + Path("bad.xml") + " -o " + Path("bad.urb"));
         EXPECT_EQ(r.status, 1) << r.output;
         for (const std::string& m : mentions) {
             EXPECT_NE(r.output.find(m), std::string::npos) << "missing \"" << m << "\" in: " << r.output;
         }
         EXPECT_FALSE(Exists("bad.urb"));
-        EXPECT_EQ(Listing().size(), before);
+        EXPECT_EQ(FileCount(), before);
     }
 
     TempDir dir_;
 };
 
 TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
-    const Rgba small0 = Pattern(5, 4, 1), small1 = Pattern(5, 4, 2);
-    const Rgba large0 = Pattern(10, 8, 3), large1 = Pattern(10, 8, 4);
-    const Rgba strip = Pattern(9, 2, 5), mask = Pattern(7, 3, 6), plain = Pattern(3, 3, 7);
-    for (const auto& [name, image] : {std::pair<const char*, const Rgba&>{"small0", small0},
-                                      {"small1", small1},
-                                      {"large0", large0},
-                                      {"large1", large1},
-                                      {"strip", strip},
-                                      {"mask", mask},
-                                      {"plain", plain}}) {
-        WritePng(Path(name + std::string(".png")), image);
-    }
+    auto png = [this](const char* name, const Rgba& image) {
+        WritePng(Path(name), image);
+        return image;
+    };
+    const Rgba small0 = png("small0.png", Pattern(5, 4, 1)), small1 = png("small1.png", Pattern(5, 4, 2));
+    const Rgba large0 = png("large0.png", Pattern(10, 8, 3)), large1 = png("large1.png", Pattern(10, 8, 4));
+    const Rgba strip = png("strip.png", Pattern(9, 2, 5)), mask = png("mask.png", Pattern(7, 3, 6));
+    const Rgba plain = png("plain.png", Pattern(3, 3, 7));
     WriteText("pictures.xml", R"(<?xml version="1.0"?>
 <bitmaps>
   <picture id="3" format="alpha32" parts="2">
