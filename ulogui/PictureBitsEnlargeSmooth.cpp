@@ -49,7 +49,11 @@ smooth::PixelFormat FormatOf(int bytesPerPixel, int flags) {
 }
 
 bool Overlap(const BlockView& a, const BlockView& b) {
-    return a.bits < b.bits + b.size && b.bits < a.bits + a.size;
+    // As addresses: the blocks are usually unrelated objects, which pointer comparison does not order.
+    const std::uintptr_t aStart = reinterpret_cast<std::uintptr_t>(a.bits);
+    const std::uintptr_t bStart = reinterpret_cast<std::uintptr_t>(b.bits);
+    return aStart < bStart + static_cast<std::uintptr_t>(b.size) &&
+           bStart < aStart + static_cast<std::uintptr_t>(a.size);
 }
 
 }  // namespace

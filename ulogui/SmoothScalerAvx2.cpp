@@ -1,6 +1,7 @@
 // The AVX2 kernel of the smooth scaler for 4-byte pixels. It needs neighbouring tap pairs (true of
-// every source wider than one pixel): both pixels of a pair come in with one 8-byte load and one byte
-// shuffle. Bilinear taps (one pair per output) are filtered four columns at a time; the vertical pass
+// every source wider than one pixel): both pixels of a pair come in with one load and a byte shuffle.
+// Bilinear taps (one pair per output) are filtered four columns at a time, from one 32-byte load where
+// the four pairs lie close together; area taps as runs of four neighbouring pixels; the vertical pass
 // does eight pixels at a time. Only the functions marked for AVX2 contain AVX2 code, and they run only
 // after the processor check in SmoothScaler.cpp; the results are the scalar kernel's, bit for bit.
 #include <cstdint>
