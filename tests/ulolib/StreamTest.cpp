@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 #include <vector>
 
 #include "TempDir.h"
@@ -10,14 +11,11 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-// Writes one value of every encoding, in a chunk holding a nested chunk.
+// One value of every encoding, in a chunk holding a nested chunk.
 void WriteSample(ULOStream& s) {
     ULOWriteChunk outer(&s, 0x2F03);
-    ASSERT_TRUE(outer.IsOk());
-    EXPECT_TRUE(s.WriteSwap(uint16_t(0xBEEF)));
-    EXPECT_TRUE(s.WriteSwap(uint32_t(0x01020304)));
-    EXPECT_TRUE(s.WriteSInt32(-2));
-    EXPECT_TRUE(s.WriteByte(0xAB));
+    EXPECT_TRUE(outer.IsOk() && s.WriteSwap(uint16_t(0xBEEF)) && s.WriteSwap(uint32_t(0x01020304)) &&
+                s.WriteSInt32(-2) && s.WriteByte(0xAB));
     {
         ULOWriteChunk inner(&s, 7);
         const int16_t values[] = {1, -1};
@@ -39,232 +37,136 @@ const Bytes kSampleBytes = {
     'e', 'n', 'd'};
 // clang-format on
 
-void ReadSample(ULOStream& s) {
-    ULOReadChunk outer(&s);
-    ASSERT_TRUE(outer.IsOk());
-    EXPECT_EQ(outer.GetID(), 0x2F03);
-    EXPECT_EQ(outer.GetLength(), 28u);
-    uint16_t v16 = 0;
-    uint32_t v32 = 0;
-    int32_t i32 = 0;
-    uint8_t b = 0;
-    EXPECT_TRUE(s.ReadSwap(v16));
-    EXPECT_TRUE(s.ReadSwap(v32));
-    EXPECT_TRUE(s.ReadSInt32(i32));
-    EXPECT_TRUE(s.ReadByte(b));
-    EXPECT_EQ(v16, 0xBEEF);
-    EXPECT_EQ(v32, 0x01020304u);
-    EXPECT_EQ(i32, -2);
-    EXPECT_EQ(b, 0xAB);
+// Reads the sample from a stream holding its first n bytes: each read succeeds exactly when all its
+// bytes are there, a failed read leaves its value alone, and nothing is read past n.
+void ReadSample(ULOStream& s, size_t n) {
+    uint16_t v16 = 0x1111;
+    uint32_t v32 = 0x22222222;
+    int32_t i32 = 0x33333333, got = -1;
+    uint8_t byte = 0x44;
+    int16_t values[2] = {};
+    char tail[4] = {};
     {
-        ULOReadChunk inner(&s);
-        EXPECT_EQ(inner.GetID(), 7);
-        int16_t values[2] = {};
-        EXPECT_TRUE(s.ReadArray(values, 2, sizeof values[0]));
-        EXPECT_EQ(values[0], 1);
-        EXPECT_EQ(values[1], -1);
+        ULOReadChunk outer(&s);
+        EXPECT_EQ(outer.IsOk(), n >= 6);
+        EXPECT_EQ(std::make_tuple(outer.GetID(), outer.GetLength()),
+                  n >= 6 ? std::make_tuple(uint16_t(0x2F03), 28u) : std::make_tuple(uint16_t(0), 0u));
+        const bool ok16 = s.ReadSwap(v16), ok32 = s.ReadSwap(v32), okInt = s.ReadSInt32(i32),
+                   okByte = s.ReadByte(byte);
+        EXPECT_EQ(std::make_tuple(ok16, ok32, okInt, okByte),
+                  std::make_tuple(n >= 8, n >= 12, n >= 16, n >= 17));
+        {
+            ULOReadChunk inner(&s);
+            EXPECT_EQ(inner.GetID(), n >= 23 ? 7 : 0);
+            EXPECT_EQ(s.ReadArray(values, 2, sizeof values[0], &got), n >= 31);
+            EXPECT_LE(s.GetPosition(), n);
+        }
+        const size_t read = s.Read(tail, sizeof tail);
+        EXPECT_EQ(std::string(tail, read), std::string("end").substr(0, n > 31 ? n - 31 : 0));
+        EXPECT_EQ(s.GetRemaining(), 0u);
     }
-    char end[4] = {};
-    EXPECT_EQ(s.Read(end, 3), 3u);
-    EXPECT_STREQ(end, "end");
-    EXPECT_EQ(s.GetRemaining(), 0u);
+    EXPECT_EQ(s.GetPosition(), n);
+    EXPECT_EQ(s.Read(tail, 1), 0u);
+    EXPECT_EQ(std::make_tuple(v16, v32, i32, byte),
+              std::make_tuple(uint16_t(n >= 8 ? 0xBEEF : 0x1111), n >= 12 ? 0x01020304u : 0x22222222u,
+                              n >= 16 ? -2 : 0x33333333, uint8_t(n >= 17 ? 0xAB : 0x44)));
+    EXPECT_EQ(got, n >= 31 ? 2 : (n >= 29 ? 1 : 0));  // whole elements only
+    using Values = std::vector<int16_t>;
+    EXPECT_EQ(Values(values, values + (n >= 31 ? 2 : 0)), (n >= 31 ? Values{1, -1} : Values()));
 }
 
-TEST(ULOStreamTest, MemoryRoundTripHasTheDocumentedBytes) {
+TEST(ULOStreamTest, MemoryAndFileRoundTripsHaveTheDocumentedBytes) {
     ULOMemoryStream out;
     WriteSample(out);
     EXPECT_EQ(out.GetBuffer(), kSampleBytes);
-
     ULOMemoryStream in(kSampleBytes.data(), kSampleBytes.size());
-    ReadSample(in);
-    EXPECT_EQ(in.GetPosition(), kSampleBytes.size());
-}
+    ReadSample(in, kSampleBytes.size());
 
-TEST(ULOStreamTest, FileRoundTrip) {
     TempDir dir;
     const ULOPath path = dir.Path() / L"sample.bin";
     {
-        ULOFileStream out;
-        ASSERT_TRUE(out.Open(path, ULOFileStream::Mode::kWrite).IsOk());
-        WriteSample(out);
+        ULOFileStream file;
+        ASSERT_TRUE(file.Open(path, ULOFileStream::Mode::kWrite).IsOk());
+        WriteSample(file);
     }
-    ULOFileStream in;
-    ASSERT_TRUE(in.Open(path, ULOFileStream::Mode::kRead).IsOk());
-    ReadSample(in);
-    uint8_t extra = 0;
-    EXPECT_FALSE(in.ReadByte(extra));
-    EXPECT_EQ(in.GetPosition(), kSampleBytes.size());
+    ULOFileStream file;
+    ASSERT_TRUE(file.Open(path, ULOFileStream::Mode::kRead).IsOk());
+    ReadSample(file, kSampleBytes.size());
 }
 
-TEST(ULOStreamTest, ReaderCanRejectAWrongChunkAndStillSkipIt) {
-    ULOMemoryStream s;
-    {
-        ULOWriteChunk other(&s, 0x2F04);
-        s.WriteSInt32(99);
+TEST(ULOStreamTest, EveryTruncationReadsWhatIsThereAndNoMore) {
+    for (size_t cut = 0; cut < kSampleBytes.size(); ++cut) {
+        SCOPED_TRACE(cut);
+        ULOMemoryStream s(kSampleBytes.data(), cut);
+        ReadSample(s, cut);
     }
-    s.WriteSInt32(5);
-    s.Seek(0);
-    {
-        ULOReadChunk chunk(&s);
-        ASSERT_TRUE(chunk.IsOk());
-        EXPECT_NE(chunk.GetID(), 0x2F03);  // a reader of 12035 records stops here
-    }
-    int32_t next = 0;
-    EXPECT_TRUE(s.ReadSInt32(next));
-    EXPECT_EQ(next, 5);
 }
 
-TEST(ULOStreamTest, ReadsStayInsideTheChunkAndTheChunkEndsWhereItSays) {
-    ULOMemoryStream s;
-    {
-        ULOWriteChunk chunk(&s, 1);
-        s.WriteSInt32(10);
-        s.WriteSInt32(20);
-    }
-    s.WriteSInt32(30);
-    s.Seek(0);
-    {
-        ULOReadChunk chunk(&s);
-        int32_t v = 0;
-        EXPECT_TRUE(s.ReadSInt32(v));
-        EXPECT_EQ(s.GetRemaining(), 4u);
-        EXPECT_TRUE(s.ReadSInt32(v));
-        EXPECT_FALSE(s.ReadSInt32(v));  // 30 lies behind the chunk
-        EXPECT_EQ(v, 20);
-        uint8_t buf[8];
-        EXPECT_EQ(s.Read(buf, sizeof buf), 0u);
-    }
-    int32_t after = 0;
-    EXPECT_TRUE(s.ReadSInt32(after));
-    EXPECT_EQ(after, 30);
-
-    // A reader that reads only part of its chunk still leaves the stream at the chunk's end.
-    s.Seek(0);
-    {
-        ULOReadChunk chunk(&s);
-        uint8_t b = 0;
-        s.ReadByte(b);
-    }
-    EXPECT_EQ(s.GetPosition(), 14u);
-}
-
-TEST(ULOStreamTest, InnerChunkClaimingTooMuchIsCutAtTheOuterEnd) {
+TEST(ULOStreamTest, ReadsStayInsideChunksAndEachReaderLeavesAtItsChunksEnd) {
     // Outer chunk of 8 bytes whose inner chunk claims 1000; 2 bytes follow the outer chunk.
     const Bytes bytes = {0, 1, 0, 0, 0, 8, 0, 2, 0, 0, 3, 0xE8, 0xAA, 0xBB, 0xCC, 0xDD};
     ULOMemoryStream s(bytes.data(), bytes.size());
-    {
-        ULOReadChunk outer(&s);
-        ULOReadChunk inner(&s);
-        ASSERT_TRUE(inner.IsOk());
-        EXPECT_EQ(inner.GetLength(), 1000u);
+    for (bool readInner : {true, false}) {
         uint8_t buf[16];
-        EXPECT_EQ(s.Read(buf, sizeof buf), 2u);
-    }
-    EXPECT_EQ(s.GetPosition(), 14u);
-    uint8_t b = 0;
-    EXPECT_TRUE(s.ReadByte(b));
-    EXPECT_EQ(b, 0xCC);
-}
-
-TEST(ULOStreamTest, EveryReadOfATruncatedStreamFailsCleanly) {
-    ULOMemoryStream full;
-    WriteSample(full);
-    const Bytes& all = full.GetBuffer();
-    // Cut the sample at every length: reading never fails loudly and never reads past the cut.
-    for (size_t cut = 0; cut < all.size(); ++cut) {
-        ULOMemoryStream s(all.data(), cut);
-        uint16_t v16 = 0x1111;
-        uint32_t v32 = 0x22222222;
-        int32_t i32 = 0x33333333;
-        uint8_t byte = 0x44;
+        s.Seek(0);
         {
             ULOReadChunk outer(&s);
-            EXPECT_EQ(outer.IsOk(), cut >= 6);
-            EXPECT_EQ(outer.GetID(), cut >= 6 ? 0x2F03 : 0);
-            const bool okSwap16 = s.ReadSwap(v16);
-            const bool okSwap32 = s.ReadSwap(v32);
-            const bool okInt = s.ReadSInt32(i32);
-            const bool okByte = s.ReadByte(byte);
-            EXPECT_EQ(okSwap16, cut >= 8);
-            EXPECT_EQ(v16, cut >= 8 ? 0xBEEF : 0x1111) << "failed reads leave the value alone";
-            EXPECT_EQ(okSwap32, cut >= 12);
-            EXPECT_EQ(v32, cut >= 12 ? 0x01020304u : 0x22222222u);
-            EXPECT_EQ(okInt, cut >= 16);
-            EXPECT_EQ(okByte, cut >= 17);
-            ULOReadChunk inner(&s);
-            int16_t values[2] = {};
-            int32_t got = -1;
-            EXPECT_EQ(s.ReadArray(values, 2, sizeof values[0], &got), cut >= 31);
-            EXPECT_EQ(got, cut >= 31 ? 2 : (cut >= 29 ? 1 : 0));
-            EXPECT_LE(s.GetPosition(), cut);
+            EXPECT_EQ(s.GetRemaining(), 8u);
+            if (readInner) {
+                ULOReadChunk inner(&s);
+                EXPECT_EQ(inner.GetLength(), 1000u);
+                EXPECT_EQ(s.Read(buf, sizeof buf), 2u);
+                EXPECT_FALSE(s.ReadByte(buf[0]));
+            }
         }
-        EXPECT_EQ(s.GetPosition(), cut);
-        char rest[4];
-        EXPECT_EQ(s.Read(rest, sizeof rest), 0u);
+        EXPECT_TRUE(s.ReadByte(buf[0]));
+        EXPECT_EQ(buf[0], 0xCC);
     }
 }
 
-TEST(ULOStreamTest, ReadArrayHonoursTheCapacity) {
+TEST(ULOStreamTest, ReadArrayHonoursTheCapacityAndRefusesWildCounts) {
     ULOMemoryStream s;
     const uint8_t five[] = {1, 2, 3, 4, 5};
     s.WriteArray(five, 5, 1);
     s.WriteByte(0x77);
-    // Negative counts are refused on writing.
     EXPECT_FALSE(s.WriteArray(five, -1, 1));
-
-    uint8_t buf[8] = {};
+    // Room for more: all are read but the sizes disagree; room for fewer: the rest is skipped.
+    for (auto [capacity, ok, count] : {std::make_tuple(8, false, 5), {3, false, 3}, {5, true, 5}}) {
+        uint8_t buf[8] = {}, next = 0;
+        int32_t got = -1;
+        s.Seek(0);
+        EXPECT_EQ(s.ReadArray(buf, capacity, 1, &got), ok) << capacity;
+        EXPECT_EQ(got, count);
+        Bytes want(five, five + count);
+        want.resize(8);  // nothing beyond the capacity is written
+        EXPECT_EQ(Bytes(buf, buf + 8), want);
+        EXPECT_TRUE(s.ReadByte(next) && next == 0x77) << capacity;
+    }
+    // A stored negative count, or one far beyond the data, fails without reading past the end.
+    const Bytes negative = {0xFF, 0xFF, 0xFF, 0xFF, 1, 2}, huge = {0xFF, 0xFF, 0xFF, 0x7F, 1, 2};
+    uint8_t buf[8];
     int32_t got = -1;
-    // Fewer stored than room for: all are read, but the sizes disagree.
-    s.Seek(0);
-    EXPECT_FALSE(s.ReadArray(buf, 8, 1, &got));
-    EXPECT_EQ(got, 5);
-    // More stored than room for: the surplus is skipped, so the next field is read correctly.
-    s.Seek(0);
-    std::memset(buf, 0, sizeof buf);
-    EXPECT_FALSE(s.ReadArray(buf, 3, 1, &got));
-    EXPECT_EQ(got, 3);
-    EXPECT_EQ(buf[2], 3);
-    EXPECT_EQ(buf[3], 0) << "nothing beyond the capacity is written";
-    uint8_t next = 0;
-    EXPECT_TRUE(s.ReadByte(next));
-    EXPECT_EQ(next, 0x77);
-    // Exactly the capacity.
-    s.Seek(0);
-    EXPECT_TRUE(s.ReadArray(buf, 5, 1, &got));
-    EXPECT_EQ(got, 5);
-
-    // A stored negative count or a count far beyond the data fails without reading past the end.
-    const Bytes negative = {0xFF, 0xFF, 0xFF, 0xFF, 1, 2};
-    ULOMemoryStream n(negative.data(), negative.size());
+    ULOMemoryStream n(negative.data(), negative.size()), h(huge.data(), huge.size());
     EXPECT_FALSE(n.ReadArray(buf, 8, 1, &got));
     EXPECT_EQ(got, 0);
-    const Bytes huge = {0xFF, 0xFF, 0xFF, 0x7F, 1, 2};
-    ULOMemoryStream h(huge.data(), huge.size());
-    EXPECT_FALSE(h.ReadArray(buf, 1, 4, &got));
-    EXPECT_EQ(got, 0);
-    EXPECT_EQ(h.GetPosition(), huge.size());
-    h.Seek(0);
-    EXPECT_FALSE(h.ReadArray(buf, 0, 1, &got));  // only skipping, and the skip runs out
-    EXPECT_EQ(h.GetPosition(), huge.size());
+    for (int32_t capacity : {1, 0}) {  // 0: only skipping, and the skip runs out
+        h.Seek(0);
+        EXPECT_FALSE(h.ReadArray(buf, capacity, 4, &got));
+        EXPECT_EQ(h.GetPosition(), huge.size());
+    }
 }
 
-TEST(ULOStreamTest, WriteChunkLengthCoversNestedChunks) {
+TEST(ULOStreamTest, WriteChunkLengthCoversNestedChunksAndClosesOnce) {
     ULOMemoryStream s;
     {
-        ULOWriteChunk a(&s, 1);
-        {
-            ULOWriteChunk b(&s, 2);
-            ULOWriteChunk c(&s, 3);
-            s.WriteByte(9);
-            EXPECT_TRUE(c.Close());
-            EXPECT_FALSE(c.Close()) << "a chunk closes once";
-        }
+        ULOWriteChunk a(&s, 1), b(&s, 2), c(&s, 3);
+        s.WriteByte(9);
+        EXPECT_TRUE(c.Close());
+        EXPECT_FALSE(c.Close());
     }
     EXPECT_EQ(s.GetBuffer(), (Bytes{0, 1, 0, 0, 0, 13, 0, 2, 0, 0, 0, 7, 0, 3, 0, 0, 0, 1, 9}));
-    ULOWriteChunk none(nullptr, 1);
-    EXPECT_FALSE(none.IsOk());
-    ULOReadChunk noneRead(nullptr);
-    EXPECT_FALSE(noneRead.IsOk());
+    EXPECT_FALSE(ULOWriteChunk(nullptr, 1).IsOk());
+    EXPECT_FALSE(ULOReadChunk(nullptr).IsOk());
 }
 
 TEST(ULOStreamTest, SeekingAndOverwritingMemory) {
@@ -274,12 +176,8 @@ TEST(ULOStreamTest, SeekingAndOverwritingMemory) {
     EXPECT_FALSE(s.Seek(9));
     EXPECT_TRUE(s.Seek(8));
     EXPECT_TRUE(s.Seek(4));
-    s.WriteSInt32(7);  // overwrites in place
-    EXPECT_EQ(s.GetBuffer().size(), 8u);
-    s.Seek(4);
-    int32_t v = 0;
-    EXPECT_TRUE(s.ReadSInt32(v));
-    EXPECT_EQ(v, 7);
+    s.WriteSInt32(7);  // in place
+    EXPECT_EQ(s.GetBuffer(), (Bytes{1, 0, 0, 0, 7, 0, 0, 0}));
     EXPECT_EQ(s.Read(nullptr, 4), 0u);
 }
 

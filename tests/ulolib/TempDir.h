@@ -1,9 +1,10 @@
 #pragma once
 // A folder of its own for one test, removed with everything in it afterwards.
-#include <ftw.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "ulolib/Path.h"
@@ -11,26 +12,32 @@
 class TempDir {
 public:
     TempDir() {
-        const char* base = getenv("TMPDIR");
-        std::string pattern = std::string(base && *base ? base : "/tmp") + "/ulolib-test-XXXXXX";
+        std::string pattern = (std::filesystem::temp_directory_path() / "ulo-test-XXXXXX").string();
         if (mkdtemp(&pattern[0])) {
-            path_ = pattern;
+            root_ = pattern;
         }
-        EXPECT_FALSE(path_.empty()) << "cannot create a temporary folder";
+        EXPECT_FALSE(root_.empty()) << "cannot create a temporary folder";
     }
     ~TempDir() {
-        if (!path_.empty()) {
-            nftw(
-                path_.c_str(),
-                [](const char* p, const struct stat*, int, struct FTW*) { return ::remove(p); }, 16,
-                FTW_DEPTH | FTW_PHYS);
+        std::error_code ignored;
+        if (!root_.empty()) {
+            std::filesystem::remove_all(root_, ignored);
         }
     }
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;
 
-    ULOPath Path() const { return ULOPath::FromNative(path_); }
+    const std::filesystem::path& Root() const { return root_; }
+    ULOPath Path() const { return ULOPath::FromNative(root_.string()); }
+
+    // Relative to the folder: writes a file (making its folders), makes a folder, removes an entry.
+    void Write(const std::string& relative, const std::string& content = "x") const {
+        std::filesystem::create_directories((root_ / relative).parent_path());
+        std::ofstream(root_ / relative, std::ios::binary) << content;
+    }
+    void MakeDir(const std::string& relative) const { std::filesystem::create_directories(root_ / relative); }
+    void Remove(const std::string& relative) const { std::filesystem::remove(root_ / relative); }
 
 private:
-    std::string path_;
+    std::filesystem::path root_;
 };
