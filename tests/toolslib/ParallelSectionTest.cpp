@@ -1,33 +1,68 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <mutex>
 #include <set>
+#include <stdexcept>
+#include <string>
 #include <thread>
 #include <vector>
 
-#include "tests/toolslib/ParallelTestUtil.h"
 #include "toolslib/MultiProc.h"
 
 using namespace tools::multiproc;
-using toolslib_test::CountdownInterruptor;
-using toolslib_test::RunCounts;
 
 namespace {
 
-// Runs `count` iterations on `threads` threads and returns the first iteration not run exactly
-// once (-1 when all were), checking the progress on the way.
-int RunCountedLoop(int count, int threads) {
-    RunCounts counts(count);
-    ULONullInterruptor never;
-    PIMProgress progress;
-    progress.SetSteps(count);
-    InterruptibleProgressingLoopIter iter(count, never, &progress);
-    ParallelSection section(iter, [&](int i) { counts.Hit(i); });
+// One counter per iteration, to prove that every iteration ran exactly once.
+struct RunCounts {
+    explicit RunCounts(int count) : hits(static_cast<size_t>(count)) {}
+    void Hit(int index) { ++hits[static_cast<size_t>(index)]; }
+    bool EachOnce() const {
+        return std::all_of(hits.begin(), hits.end(), [](const std::atomic<int>& h) { return h == 1; });
+    }
+    std::vector<std::atomic<int>> hits;
+};
+
+// Answers "not interrupted" to the first `answersBeforeStop` questions and "interrupted" to the rest.
+class CountdownInterruptor : public ULOInterruptor {
+public:
+    explicit CountdownInterruptor(int answersBeforeStop) : remaining_(answersBeforeStop) {}
+    bool IsInterrupted() const override { return remaining_.fetch_sub(1) <= 0; }
+
+private:
+    mutable std::atomic<int> remaining_;
+};
+
+const ULONullInterruptor never{};
+
+// Runs `body` over `count` iterations on `threads` threads.
+void RunLoop(int count, int threads, const ParallelSection::Body& body, PIMProgress* progress = nullptr) {
+    InterruptibleProgressingLoopIter iter(count, never, progress);
+    ParallelSection section(iter, body);
     RunParallelSection(section, threads);
-    EXPECT_EQ(progress.GetPosition(), count);
-    EXPECT_FALSE(iter.WasInterrupted());
-    return counts.FirstIndexNotRun(1);
+}
+
+// Runs `count` iterations on `threads` threads; true when each ran exactly once and was counted.
+bool RunCountedLoop(int count, int threads) {
+    RunCounts counts(count);
+    PIMProgress progress;
+    RunLoop(
+        count, threads, [&](int i) { counts.Hit(i); }, &progress);
+    return counts.EachOnce() && progress.GetPosition() == count;
+}
+
+// Three levels of sections, each on four threads.
+bool RunNestedLoops() {
+    constexpr int kOuter = 24, kMiddle = 6, kInner = 50;
+    RunCounts counts(kOuter * kMiddle * kInner);
+    RunLoop(kOuter, 4, [&](int o) {
+        RunLoop(kMiddle, 4, [&](int m) {
+            RunLoop(kInner, 4, [&](int i) { counts.Hit((o * kMiddle + m) * kInner + i); });
+        });
+    });
+    return counts.EachOnce();
 }
 
 }  // namespace
@@ -35,126 +70,65 @@ int RunCountedLoop(int count, int threads) {
 TEST(ParallelSection, EveryIterationRunsExactlyOnce) {
     for (int threads : {-3, 0, 1, 2, 3, 8, 64}) {
         for (int count : {0, 1, 2, 7, 100000}) {
-            EXPECT_EQ(RunCountedLoop(count, threads), -1) << "threads " << threads << " count " << count;
+            EXPECT_TRUE(RunCountedLoop(count, threads)) << "threads " << threads << " count " << count;
         }
     }
+    // Helpers queued for a section that finished long ago must find it closed; many tiny sections in a
+    // row, with sections on the stack, let the sanitizer see any late access.
+    for (int round = 0; round < 3000; ++round) {
+        ASSERT_TRUE(RunCountedLoop(round % 3, 8)) << "round " << round;
+    }
 }
 
-TEST(ParallelSection, ConcurrentCallersDoNotInterfere) {
-    constexpr int kCallers = 6;
-    std::vector<int> failures(kCallers, 0);
+TEST(ParallelSection, ConcurrentCallersAndNestedSectionsNeitherInterfereNorDeadlock) {
+    std::atomic<int> failures{0};
     std::vector<std::thread> callers;
-    for (int c = 0; c < kCallers; ++c) {
+    for (int c = 0; c < 6; ++c) {
         callers.emplace_back([&failures, c] {
             for (int round = 0; round < 20; ++round) {
-                if (RunCountedLoop(3000 + round * 37, 2 + (c + round) % 4) != -1) {
-                    ++failures[c];
-                }
+                failures += !RunCountedLoop(3000 + round * 37, 2 + (c + round) % 4);
             }
+            failures += !RunNestedLoops();
         });
     }
-    for (std::thread& t : callers) {
-        t.join();
-    }
-    for (int c = 0; c < kCallers; ++c) {
-        EXPECT_EQ(failures[c], 0) << "caller " << c;
-    }
-}
-
-// Helpers queued for a section that finished long ago must find it closed; many tiny sections in
-// a row, with sections on the stack, let a sanitizer see any late access.
-TEST(ParallelSection, ManyTinySectionsBackToBack) {
-    for (int round = 0; round < 3000; ++round) {
-        ASSERT_EQ(RunCountedLoop(round % 3, 8), -1) << "round " << round;
-    }
-}
-
-TEST(ParallelSection, NestedSectionsCompleteWithoutDeadlock) {
-    constexpr int kOuter = 24, kMiddle = 6, kInner = 50;
-    RunCounts counts(kOuter * kMiddle * kInner);
-    ULONullInterruptor never;
-    InterruptibleProgressingLoopIter outerIter(kOuter, never, nullptr);
-    ParallelSection outer(outerIter, [&](int o) {
-        InterruptibleProgressingLoopIter middleIter(kMiddle, never, nullptr);
-        ParallelSection middle(middleIter, [&](int m) {
-            InterruptibleProgressingLoopIter innerIter(kInner, never, nullptr);
-            ParallelSection inner(innerIter, [&](int i) { counts.Hit((o * kMiddle + m) * kInner + i); });
-            RunParallelSection(inner, 4);
-        });
-        RunParallelSection(middle, 4);
-    });
-    RunParallelSection(outer, 4);
-    EXPECT_EQ(counts.FirstIndexNotRun(1), -1);
-}
-
-TEST(ParallelSection, NestedSectionsFromConcurrentCallers) {
-    std::vector<std::thread> callers;
-    std::atomic<int> failures{0};
-    for (int c = 0; c < 4; ++c) {
-        callers.emplace_back([&failures] {
-            ULONullInterruptor never;
-            InterruptibleProgressingLoopIter outerIter(16, never, nullptr);
-            ParallelSection outer(outerIter, [&](int) {
-                if (RunCountedLoop(500, 3) != -1) {
-                    ++failures;
-                }
-            });
-            RunParallelSection(outer, 3);
-        });
-    }
+    EXPECT_TRUE(RunNestedLoops());
     for (std::thread& t : callers) {
         t.join();
     }
     EXPECT_EQ(failures.load(), 0);
 }
 
-TEST(ParallelSection, OneThreadOrFewerRunsOnTheCaller) {
+TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerAndTwoReallyShare) {
     for (int threads : {-1, 0, 1}) {
         std::set<std::thread::id> seen;
-        ULONullInterruptor never;
-        InterruptibleProgressingLoopIter iter(200, never, nullptr);
-        ParallelSection section(iter, [&](int) { seen.insert(std::this_thread::get_id()); });
-        RunParallelSection(section, threads);
+        RunLoop(200, threads, [&](int) { seen.insert(std::this_thread::get_id()); });
         EXPECT_EQ(seen, std::set<std::thread::id>{std::this_thread::get_id()}) << "threads " << threads;
     }
-}
-
-TEST(ParallelSection, TwoThreadsReallyShareTheWork) {
-    // Each iteration waits (at most a few seconds) until a second thread has shown up, which only
-    // a pool worker can be.
+    // Each iteration waits (a few seconds at most) until a second thread, which only a pool worker can
+    // be, has shown up.
     std::mutex mutex;
     std::set<std::thread::id> seen;
-    ULONullInterruptor never;
-    InterruptibleProgressingLoopIter iter(2, never, nullptr);
-    ParallelSection section(iter, [&](int) {
+    RunLoop(2, 2, [&](int) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        {
-            std::lock_guard<std::mutex> lock(mutex);
-            seen.insert(std::this_thread::get_id());
-        }
-        while (std::chrono::steady_clock::now() < deadline) {
-            std::lock_guard<std::mutex> lock(mutex);
-            if (seen.size() >= 2) {
-                break;
-            }
+        std::unique_lock<std::mutex> lock(mutex);
+        seen.insert(std::this_thread::get_id());
+        while (seen.size() < 2 && std::chrono::steady_clock::now() < deadline) {
+            lock.unlock();
+            std::this_thread::yield();
+            lock.lock();
         }
     });
-    RunParallelSection(section, 2);
     EXPECT_EQ(seen.size(), 2u);
 }
 
-TEST(ParallelSection, CompletedIsCalledOncePerIterationOfACustomIteration) {
-    // Hands out the even numbers below 2000, to check that the section uses what Claim gives.
+TEST(ParallelSection, RunsWhatACustomIterationClaimsAndReportsEachCompletion) {
+    // Hands out the even numbers below 2000.
     class EvenNumbers : public ParallelLoopIteration {
     public:
         explicit EvenNumbers(RunCounts& completed) : completed_(completed) {}
         bool Claim(int& index) override {
-            const int n = next_.fetch_add(2);
-            if (n >= 2000) {
-                return false;
-            }
-            index = n;
-            return true;
+            index = next_.fetch_add(2);
+            return index < 2000;
         }
         void Completed(int index) override { completed_.Hit(index); }
 
@@ -167,45 +141,36 @@ TEST(ParallelSection, CompletedIsCalledOncePerIterationOfACustomIteration) {
     ParallelSection section(iter, [&](int i) { ran.Hit(i); });
     RunParallelSection(section, 3);
     for (int i = 0; i < 2000; ++i) {
-        ASSERT_EQ(ran.Get(i), 1 - i % 2) << i;
-        ASSERT_EQ(completed.Get(i), 1 - i % 2) << i;
+        ASSERT_EQ(std::make_pair(ran.hits[i].load(), completed.hits[i].load()),
+                  std::make_pair(1 - i % 2, 1 - i % 2))
+            << i;
     }
 }
 
-TEST(ParallelLoopInterruption, StopsHandingOutIndicesOnceInterrupted) {
-    for (int threads : {1, 2, 4}) {
-        constexpr int kAllowed = 137;
-        RunCounts counts(10000);
-        CountdownInterruptor interruptor(kAllowed);
+TEST(ParallelLoopInterruption, ExactlyTheIterationsAnsweredBeforeTheStopRun) {
+    // One question per index handed out: a loop stopped after k answers ran exactly the first k, and
+    // a loop given just enough answers finished uninterrupted.
+    constexpr int kCount = 10000;
+    for (auto [threads, allowed] : {std::pair(1, 137), {2, 137}, {4, 137}, {4, 0}, {1, kCount}}) {
+        SCOPED_TRACE(testing::Message() << "threads " << threads << " allowed " << allowed);
+        RunCounts counts(kCount);
+        CountdownInterruptor interruptor(allowed);
         PIMProgress progress;
-        InterruptibleProgressingLoopIter iter(10000, interruptor, &progress);
+        InterruptibleProgressingLoopIter iter(kCount, interruptor, &progress);
         ParallelSection section(iter, [&](int i) { counts.Hit(i); });
         RunParallelSection(section, threads);
-
-        // One question per index handed out: exactly the first kAllowed indices ran.
-        EXPECT_TRUE(iter.WasInterrupted());
-        EXPECT_EQ(progress.GetPosition(), kAllowed);
-        for (int i = 0; i < 10000; ++i) {
-            ASSERT_EQ(counts.Get(i), i < kAllowed ? 1 : 0) << "threads " << threads << " index " << i;
+        EXPECT_EQ(iter.WasInterrupted(), allowed < kCount);
+        EXPECT_EQ(progress.GetPosition(), allowed);
+        for (int i = 0; i < kCount; ++i) {
+            ASSERT_EQ(counts.hits[i], i < allowed ? 1 : 0) << i;
         }
         int ignored = -1;
-        EXPECT_FALSE(iter.Claim(ignored)) << "an interrupted loop stays stopped";
+        EXPECT_FALSE(iter.Claim(ignored)) << "a stopped loop stays stopped";
     }
-}
-
-TEST(ParallelLoopInterruption, InterruptedFromTheStartRunsNothing) {
-    CountdownInterruptor interruptor(0);
-    std::atomic<int> runs{0};
-    InterruptibleProgressingLoopIter iter(100, interruptor, nullptr);
-    ParallelSection section(iter, [&](int) { ++runs; });
-    RunParallelSection(section, 4);
-    EXPECT_EQ(runs.load(), 0);
-    EXPECT_TRUE(iter.WasInterrupted());
 }
 
 TEST(ParallelLoopInterruption, InterruptionRaisedByTheBodyStopsTheLoopSoon) {
-    // The flag is raised by the body itself after k iterations; at most the iterations already
-    // handed out to the other threads may still run.
+    // At most the iterations already handed out to the other threads may still run.
     class FlagInterruptor : public ULOInterruptor {
     public:
         bool IsInterrupted() const override { return flag.load(); }
@@ -226,25 +191,77 @@ TEST(ParallelLoopInterruption, InterruptionRaisedByTheBodyStopsTheLoopSoon) {
     EXPECT_TRUE(iter.WasInterrupted());
 }
 
-TEST(ParallelLoopInterruption, FinishedLoopIsNotReportedAsInterrupted) {
-    CountdownInterruptor interruptor(10);  // exactly enough answers for the 10 iterations
-    InterruptibleProgressingLoopIter iter(10, interruptor, nullptr);
+TEST(ParallelSectionFailure, ExceptionReachesTheCallerUnchangedAfterTheOtherJobsStopped) {
+    constexpr int kCount = 20000;
+    for (int threads : {1, 2, 4}) {
+        std::atomic<int> inside{0}, runs{0};
+        try {
+            RunLoop(kCount, threads, [&](int i) {
+                ++inside;
+                ++runs;
+                std::this_thread::sleep_for(std::chrono::microseconds(50));
+                --inside;
+                if (i == 17) {
+                    throw i;  // of any type, to come back unchanged
+                }
+            });
+            ADD_FAILURE() << "no exception, threads " << threads;
+        } catch (int i) {
+            EXPECT_EQ(i, 17);
+            EXPECT_EQ(inside.load(), 0) << "every thread has left the body";
+        }
+        // Running all of them would take a second; the loop stopped long before.
+        EXPECT_LT(runs.load(), kCount / 2) << "threads " << threads;
+    }
+    // Only one of many exceptions comes back, and nothing terminates.
+    EXPECT_THROW(RunLoop(5000, 4, [](int i) { throw std::out_of_range(std::to_string(i)); }),
+                 std::out_of_range);
+}
+
+TEST(ParallelSectionFailure, ProgressCountsOnlyCompletedIterations) {
+    PIMProgress progress;
+    EXPECT_THROW(RunLoop(
+                     10, 1, [](int i) { i == 3 ? throw std::logic_error("stop") : void(); }, &progress),
+                 std::logic_error);
+    EXPECT_EQ(progress.GetPosition(), 3);
+}
+
+TEST(ParallelSectionFailure, ThrowingInterruptorIsReportedLikeABody) {
+    class BrokenInterruptor : public ULOInterruptor {
+    public:
+        bool IsInterrupted() const override { throw std::runtime_error("interruptor broke"); }
+    } broken;
+    InterruptibleProgressingLoopIter iter(100, broken, nullptr);
     ParallelSection section(iter, [](int) {});
-    RunParallelSection(section, 1);
-    EXPECT_FALSE(iter.WasInterrupted());
+    EXPECT_THROW(RunParallelSection(section, 3), std::runtime_error);
+}
+
+TEST(ParallelSectionFailure, NestedExceptionCrossesBothSections) {
+    try {
+        RunLoop(8, 3, [](int o) {
+            RunLoop(100, 3,
+                    [o](int i) { o == 5 && i == 42 ? throw std::runtime_error("inner 5/42") : void(); });
+        });
+        ADD_FAILURE() << "no exception";
+    } catch (const std::runtime_error& e) {
+        EXPECT_STREQ(e.what(), "inner 5/42");
+    }
+}
+
+TEST(ParallelSectionFailure, PoolStaysUsableAfterFailures) {
+    for (int round = 0; round < 50; ++round) {
+        EXPECT_THROW(RunLoop(100, 4, [](int i) { i % 7 == 3 ? throw std::runtime_error("bad") : void(); }),
+                     std::runtime_error);
+    }
+    EXPECT_TRUE(RunCountedLoop(50000, 4));
 }
 
 TEST(JobThreadCount, FollowsTheHardwareAndTheCap) {
-    const unsigned hw = std::thread::hardware_concurrency();
-    const int hardware = hw == 0 ? 1 : static_cast<int>(hw);
+    const int hardware = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
     EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), hardware);
-    SetMaxJobThreadAllowed(1);
-    EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), 1);
-    SetMaxJobThreadAllowed(hardware + 5);
-    EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), hardware);
-    SetMaxJobThreadAllowed(-4);
-    EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), hardware);
-    SetMaxJobThreadAllowed(1);
-    SetMaxJobThreadAllowed(0);
-    EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), hardware);
+    for (auto [cap, expected] :
+         {std::pair(1, 1), {hardware + 5, hardware}, {-4, hardware}, {1, 1}, {0, hardware}}) {
+        SetMaxJobThreadAllowed(cap);
+        EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), expected) << "cap " << cap;
+    }
 }
