@@ -1,47 +1,30 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <tuple>
 
 #include "ulogui/Color.h"
 
 namespace {
 
-void ExpectColour(const CLR& c, int r, int g, int b) {
-    EXPECT_EQ(c.red, r);
-    EXPECT_EQ(c.green, g);
-    EXPECT_EQ(c.blue, b);
-}
+using RGB = std::tuple<int, int, int>;
 
-int Channel(const CLR& c, int index) {
-    return index == 0 ? c.red : index == 1 ? c.green : c.blue;
+RGB Rgb(const CLR& c) {
+    return RGB(c.red, c.green, c.blue);
 }
-
-// Fills the two effect tables for one test and empties them again afterwards, as the host would.
-class DerivedColourTest : public ::testing::Test {
-protected:
-    void TearDown() override {
-        std::fill(std::begin(DISABLED_CLR_COMPONENT), std::end(DISABLED_CLR_COMPONENT), 0);
-        std::fill(std::begin(HIGHLIGHT_CLR_COMPONENT), std::end(HIGHLIGHT_CLR_COMPONENT), 0);
-    }
-};
 
 TEST(ColorTest, ConstructionKeepsLowBitsAndLiesBlueGreenRed) {
-    ExpectColour(CLR(300, 0, 0), 44, 0, 0);
-    ExpectColour(CLR(-1, 256, 511), 255, 0, 255);
+    EXPECT_EQ(Rgb(CLR(300, 0, 0)), RGB(44, 0, 0));
+    EXPECT_EQ(Rgb(CLR(-1, 256, 511)), RGB(255, 0, 255));
     const CLR c(1, 2, 3);
     unsigned char bytes[3];
     std::memcpy(bytes, &c, 3);
-    EXPECT_EQ(bytes[0], 3);  // blue first, so a CLR matches the first three bytes of a pixel
-    EXPECT_EQ(bytes[1], 2);
-    EXPECT_EQ(bytes[2], 1);
-    ExpectColour(CLR::CLR_WHITE, 255, 255, 255);
-    ExpectColour(CLR::CLR_RED, 255, 0, 0);
-    EXPECT_TRUE(CLR(12, 34, 56) == CLR(12, 34, 56));
+    EXPECT_EQ(RGB(bytes[2], bytes[1], bytes[0]), RGB(1, 2, 3));  // blue first, like a pixel
+    EXPECT_EQ(Rgb(CLR::CLR_RED), RGB(255, 0, 0));
     EXPECT_FALSE(CLR(12, 34, 56) == CLR(12, 34, 57));
-    EXPECT_TRUE(CLR(0, 0, 0).IsValid());
 }
 
 // Every pair of component values, with different values in each channel so that a mixed-up channel
@@ -49,103 +32,81 @@ TEST(ColorTest, ConstructionKeepsLowBitsAndLiesBlueGreenRed) {
 TEST(ColorTest, WrappingAndSaturatingArithmeticOverAllBytePairs) {
     for (int a = 0; a < 256; ++a) {
         for (int b = 0; b < 256; ++b) {
-            const CLR x(a, b, 255 - a);
-            const CLR y(b, a, (b * 7) & 255);
-            const int xs[3] = {a, b, 255 - a};
-            const int ys[3] = {b, a, (b * 7) & 255};
-            CLR sum = CLR(x) + y;
-            CLR diff = CLR(x) - y;
-            CLR sumInPlace = x;
+            const CLR x(a, b, 255 - a), y(b, a, (b * 7) & 255);
+            const int s[3] = {a + b, b + a, 255 - a + ((b * 7) & 255)};
+            const int d[3] = {a - b, b - a, 255 - a - ((b * 7) & 255)};
+            CLR sumInPlace = x, diffInPlace = x, safeSum = x, safeDiff = x;
             sumInPlace += y;
-            CLR diffInPlace = x;
             diffInPlace -= y;
-            CLR safeSum = x;
             safeSum.SafeAdd(y);
-            CLR safeDiff = x;
             safeDiff.SafeSubtract(y);
-            for (int ch = 0; ch < 3; ++ch) {
-                const int s = xs[ch] + ys[ch];
-                const int d = xs[ch] - ys[ch];
-                ASSERT_EQ(Channel(sum, ch), s & 255) << a << "," << b << " channel " << ch;
-                ASSERT_EQ(Channel(diff, ch), d & 255) << a << "," << b << " channel " << ch;
-                ASSERT_EQ(Channel(sumInPlace, ch), s & 255);
-                ASSERT_EQ(Channel(diffInPlace, ch), d & 255);
-                ASSERT_EQ(Channel(safeSum, ch), std::min(s, 255));
-                ASSERT_EQ(Channel(safeDiff, ch), std::max(d, 0));
-            }
+            ASSERT_EQ(Rgb(CLR(x) + y), RGB(s[0] & 255, s[1] & 255, s[2] & 255)) << a << "," << b;
+            ASSERT_EQ(Rgb(CLR(x) - y), RGB(d[0] & 255, d[1] & 255, d[2] & 255)) << a << "," << b;
+            ASSERT_EQ(Rgb(sumInPlace), Rgb(CLR(x) + y));
+            ASSERT_EQ(Rgb(diffInPlace), Rgb(CLR(x) - y));
+            ASSERT_EQ(Rgb(safeSum), RGB(std::min(s[0], 255), std::min(s[1], 255), std::min(s[2], 255)));
+            ASSERT_EQ(Rgb(safeDiff), RGB(std::max(d[0], 0), std::max(d[1], 0), std::max(d[2], 0)));
         }
     }
 }
 
-TEST(ColorTest, ScalingTruncatesAndWraps) {
-    CLR c(200, 100, 3);
-    c *= 2.0f;
-    ExpectColour(c, 144, 200, 6);  // 400 wraps to 144
-    CLR d(3, 10, 255);
-    d *= 0.99f;
-    ExpectColour(d, 2, 9, 252);  // truncation, not rounding
-    CLR e(10, 0, 1);
-    e *= -1.0f;
-    ExpectColour(e, 246, 0, 255);  // -10 and -1 keep their low 8 bits
-    CLR f(10, 20, 30);
-    f *= std::numeric_limits<float>::quiet_NaN();
-    ExpectColour(f, 0, 0, 0);  // no defined product: 0
-}
-
-TEST(ColorTest, LerpHonoursSignedDifferenceAndDoesNotClamp) {
-    const CLR a(200, 0, 100);
-    const CLR b(100, 255, 150);
-    ExpectColour(CLR::Lerp(a, b, 0.0f), 200, 0, 100);
-    ExpectColour(CLR::Lerp(a, b, 1.0f), 100, 255, 150);
-    ExpectColour(CLR::Lerp(a, b, 0.5f), 150, 127, 125);
-    ExpectColour(CLR::Lerp(a, b, 2.0f), 0, 254, 200);      // 200 - 200, 510 wraps, 100 + 100
-    ExpectColour(CLR::Lerp(a, b, -1.0f), 44, 1, 50);       // 300 wraps, -255 wraps, 100 - 50
-    ExpectColour(CLR::Lerp(a, b, 0.999f), 100, 254, 149);  // truncated
-}
-
-TEST(ColorTest, ToHLSOfGreysPrimariesAndMixedHues) {
-    float h, l, s;
-    for (int v : {0, 1, 128, 254, 255}) {
-        CLR(v, v, v).ToHLS(h, l, s);
-        EXPECT_EQ(h, 0.0f) << v;
-        EXPECT_EQ(s, 0.0f) << v;
-        EXPECT_FLOAT_EQ(l, v / 255.0f) << v;
+TEST(ColorTest, ScalingAndLerpTruncateAndWrap) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const std::tuple<CLR, float, RGB> scaled[] = {
+        {CLR(200, 100, 3), 2.0f, {144, 200, 6}},  // 400 wraps to 144
+        {CLR(3, 10, 255), 0.99f, {2, 9, 252}},    // truncation, not rounding
+        {CLR(10, 0, 1), -1.0f, {246, 0, 255}},    // -10 and -1 keep their low 8 bits
+        {CLR(10, 20, 30), nan, {0, 0, 0}},        // no defined product: 0
+    };
+    for (auto [c, factor, expected] : scaled) {
+        c *= factor;
+        EXPECT_EQ(Rgb(c), expected) << factor;
     }
-    CLR(255, 0, 0).ToHLS(h, l, s);
-    EXPECT_EQ(h, 1.0f);  // exactly 1, not wrapped to 0
-    EXPECT_EQ(l, 0.5f);
-    EXPECT_EQ(s, 1.0f);
-    CLR(128, 64, 64).ToHLS(h, l, s);
-    EXPECT_EQ(h, 1.0f);  // any red maximum with equal green and blue
-    CLR(0, 255, 0).ToHLS(h, l, s);
-    EXPECT_FLOAT_EQ(h, 1.0f / 3.0f);
-    CLR(0, 0, 255).ToHLS(h, l, s);
-    EXPECT_FLOAT_EQ(h, 2.0f / 3.0f);
-    // Red maximum with green above blue passes 1 and is brought back once.
-    CLR(255, 128, 0).ToHLS(h, l, s);
-    EXPECT_NEAR(h, 128.0 / 255.0 / 6.0, 1e-6);
-    // Lightness above one half uses the other saturation formula.
-    CLR(200, 100, 100).ToHLS(h, l, s);
-    EXPECT_FLOAT_EQ(l, 300.0f / 510.0f);
-    EXPECT_FLOAT_EQ(s, 100.0f / 210.0f);
-    CLR(100, 50, 50).ToHLS(h, l, s);
-    EXPECT_FLOAT_EQ(s, 50.0f / 150.0f);
+    // The signed difference, not clamped.
+    const CLR a(200, 0, 100), b(100, 255, 150);
+    const std::pair<float, RGB> lerped[] = {{0.0f, {200, 0, 100}},   {1.0f, {100, 255, 150}},
+                                            {0.5f, {150, 127, 125}}, {0.999f, {100, 254, 149}},
+                                            {2.0f, {0, 254, 200}},  // 200 - 200, 510 wraps, 100 + 100
+                                            {-1.0f, {44, 1, 50}}};  // 300 wraps, -255 wraps, 100 - 50
+    for (const auto& [t, expected] : lerped) {
+        EXPECT_EQ(Rgb(CLR::Lerp(a, b, t)), expected) << t;
+    }
+}
+
+// Pure red gets hue exactly 1, not 0; (255, 128, 0) passes 1 and is brought back once; a lightness
+// above one half takes the other saturation formula.
+TEST(ColorTest, ToHLSOfGreysPrimariesAndMixedHues) {
+    const std::tuple<CLR, float, float, float> cases[] = {
+        {CLR(0, 0, 0), 0, 0, 0},
+        {CLR(128, 128, 128), 0, 128 / 255.0f, 0},
+        {CLR(255, 255, 255), 0, 1, 0},
+        {CLR(255, 0, 0), 1, 0.5f, 1},
+        {CLR(0, 255, 0), 1 / 3.0f, 0.5f, 1},
+        {CLR(0, 0, 255), 2 / 3.0f, 0.5f, 1},
+        {CLR(255, 128, 0), 128 / 255.0f / 6, 0.5f, 1},
+        {CLR(128, 64, 64), 1, 192 / 510.0f, 64 / 192.0f},
+        {CLR(200, 100, 100), 1, 300 / 510.0f, 100 / 210.0f}};
+    for (const auto& [c, h, l, s] : cases) {
+        float gotH = -1, gotL = -1, gotS = -1;
+        c.ToHLS(gotH, gotL, gotS);
+        EXPECT_NEAR(gotH, h, 1e-6) << testing::PrintToString(Rgb(c));
+        EXPECT_NEAR(gotL, l, 1e-6) << testing::PrintToString(Rgb(c));
+        EXPECT_NEAR(gotS, s, 1e-6) << testing::PrintToString(Rgb(c));
+    }
 }
 
 TEST(ColorTest, FromHLSKnownPointsAndRoundTrip) {
-    CLR c(1, 2, 3);
-    c.FromHLS(0.3f, 1.0f, 0.0f);
-    ExpectColour(c, 255, 255, 255);
-    c.FromHLS(0.0f, 0.5f, 1.0f);
-    ExpectColour(c, 255, 0, 0);
-    c.FromHLS(1.0f, 0.5f, 1.0f);  // the hue of pure red comes back as red
-    ExpectColour(c, 255, 0, 0);
-    c.FromHLS(1.0f / 3.0f, 0.5f, 1.0f);
-    ExpectColour(c, 0, 255, 0);
-    c.FromHLS(0.0f, 0.5f, 0.5f);  // m2 = 0.75, m1 = 0.25
-    ExpectColour(c, 191, 63, 63);
-    c.FromHLS(0.0f, 0.75f, 0.5f);  // m2 = 0.875, m1 = 0.625
-    ExpectColour(c, 223, 159, 159);
+    const std::tuple<float, float, float, RGB> cases[] = {
+        {0.3f, 1.0f, 0.0f, {255, 255, 255}},  {0.0f, 0.5f, 1.0f, {255, 0, 0}},
+        {1.0f, 0.5f, 1.0f, {255, 0, 0}},      {1 / 3.0f, 0.5f, 1.0f, {0, 255, 0}},
+        {0.0f, 0.5f, 0.5f, {191, 63, 63}},     // m2 = 0.75, m1 = 0.25
+        {0.0f, 0.75f, 0.5f, {223, 159, 159}},  // m2 = 0.875, m1 = 0.625
+    };
+    for (const auto& [h, l, s, expected] : cases) {
+        CLR c(1, 2, 3);
+        c.FromHLS(h, l, s);
+        EXPECT_EQ(Rgb(c), expected) << h << " " << l << " " << s;
+    }
     // Through HLS and back loses at most the truncation of one step.
     for (int r = 0; r < 256; r += 17) {
         for (int g = 0; g < 256; g += 17) {
@@ -154,78 +115,49 @@ TEST(ColorTest, FromHLSKnownPointsAndRoundTrip) {
                 CLR(r, g, b).ToHLS(h, l, s);
                 CLR back;
                 back.FromHLS(h, l, s);
-                ASSERT_NEAR(back.red, r, 1) << r << "," << g << "," << b;
-                ASSERT_NEAR(back.green, g, 1) << r << "," << g << "," << b;
-                ASSERT_NEAR(back.blue, b, 1) << r << "," << g << "," << b;
+                ASSERT_TRUE(std::abs(back.red - r) <= 1 && std::abs(back.green - g) <= 1 &&
+                            std::abs(back.blue - b) <= 1)
+                    << r << "," << g << "," << b;
             }
         }
     }
 }
 
-TEST_F(DerivedColourTest, EmptyTablesGiveBlackHighlightAndScaledDisabled) {
-    ExpectColour(CLR::MakeHighlightedColor(CLR(100, 200, 50)), 0, 0, 0);
-    ExpectColour(CLR::MakeDisabledColor(CLR(100, 200, 50)), 40, 80, 20);
-}
-
-TEST_F(DerivedColourTest, DisabledFollowsTheGreenEntry) {
+TEST(ColorTest, DisabledAndHighlightedFollowTheirTables) {
+    // Empty tables (as before the host fills them): black highlight, scaled disabled.
+    EXPECT_EQ(Rgb(CLR::MakeHighlightedColor(CLR(100, 200, 50))), RGB(0, 0, 0));
+    EXPECT_EQ(Rgb(CLR::MakeDisabledColor(CLR(100, 200, 50))), RGB(40, 80, 20));
     for (int i = 0; i < 256; ++i) {
         DISABLED_CLR_COMPONENT[i] = static_cast<unsigned char>(255 - i);
-    }
-    const CLR original(100, 200, 50);
-    const CLR disabled = CLR::MakeDisabledColor(original);
-    ExpectColour(original, 100, 200, 50);  // the static form works on a copy
-    // red: T[200] * 0.6 + 40 = 73; green: T[200] * 0.6 + 80 = 113;
-    // blue: T[113] (the new green) * 0.6 + 20 = 105.2. Own entries would give 133 and 143.
-    ExpectColour(disabled, 73, 113, 105);
-    CLR inPlace = original;
-    inPlace.MakeDisabledColor();
-    EXPECT_TRUE(inPlace == disabled);
-}
-
-TEST_F(DerivedColourTest, HighlightReplacesEachComponent) {
-    for (int i = 0; i < 256; ++i) {
         HIGHLIGHT_CLR_COMPONENT[i] = static_cast<unsigned char>(i / 2 + 1);
     }
-    ExpectColour(CLR::MakeHighlightedColor(CLR(100, 200, 50)), 51, 101, 26);
-    CLR c(0, 255, 7);
-    c.MakeHighlightedColor();
-    ExpectColour(c, 1, 128, 4);
+    // red: T[200] * 0.6 + 40 = 73; green: T[200] * 0.6 + 80 = 113; blue: T[113] (the new green)
+    // * 0.6 + 20 = 105.2. Own entries would give 133 and 143.
+    EXPECT_EQ(Rgb(CLR::MakeDisabledColor(CLR(100, 200, 50))), RGB(73, 113, 105));
+    EXPECT_EQ(Rgb(CLR::MakeHighlightedColor(CLR(100, 200, 50))), RGB(51, 101, 26));
+    std::fill(std::begin(DISABLED_CLR_COMPONENT), std::end(DISABLED_CLR_COMPONENT), 0);
+    std::fill(std::begin(HIGHLIGHT_CLR_COMPONENT), std::end(HIGHLIGHT_CLR_COMPONENT), 0);
 }
 
-TEST(ColorTest, IntensityCurveOnHLS) {
-    float h = 0.3f, l = 0.4f, s = 0.5f;
-    CLR::MakeMoreIntenseColor(h, l, s);
-    EXPECT_NEAR(s, 0.7f, 1e-5);
-    EXPECT_EQ(h, 0.3f);
-    EXPECT_EQ(l, 0.4f);
-    s = 0.25f;  // on the parabola: -4/3 * 0.0625 + 31/15 * 0.25
-    CLR::MakeMoreIntenseColor(h, l, s);
-    EXPECT_NEAR(s, 0.43333333f, 1e-5);
-    s = 0.0f;
-    CLR::MakeMoreIntenseColor(h, l, s);
-    EXPECT_EQ(s, 0.0f);
-    for (float kept : {0.8f, 0.9f, 1.0f}) {
-        s = kept;
+TEST(ColorTest, MoreIntenseRaisesLowSaturationsAlongTheCurve) {
+    // s below the limit 0.8 follows -4/3 s^2 + 31/15 s; lightness 0 is left alone.
+    const std::tuple<float, float, float> curve[] = {
+        {0.4f, 0.5f, 0.7f}, {0.4f, 0.25f, 0.43333333f}, {0.4f, 0.0f, 0.0f}, {0.4f, 0.8f, 0.8f},
+        {0.4f, 0.9f, 0.9f}, {0.4f, 1.0f, 1.0f},         {0.0f, 0.5f, 0.5f}};
+    for (auto [l, s, expected] : curve) {
+        float h = 0.3f;
         CLR::MakeMoreIntenseColor(h, l, s);
-        EXPECT_EQ(s, kept);
+        EXPECT_NEAR(s, expected, 1e-5) << "l " << l << " expected " << expected;
     }
-    float zeroL = 0.0f;
-    s = 0.5f;
-    CLR::MakeMoreIntenseColor(h, zeroL, s);
-    EXPECT_EQ(s, 0.5f);  // lightness 0: untouched
-}
-
-TEST(ColorTest, MoreIntenseColour) {
-    ExpectColour(CLR::MakeMoreIntenseColor(CLR(255, 0, 0)), 255, 0, 0);          // saturation 1 stays
-    ExpectColour(CLR::MakeMoreIntenseColor(CLR(0, 0, 0)), 0, 0, 0);              // lightness 0 stays
-    ExpectColour(CLR::MakeMoreIntenseColor(CLR(128, 128, 128)), 128, 128, 128);  // grey has nothing to raise
+    EXPECT_EQ(Rgb(CLR::MakeMoreIntenseColor(CLR(255, 0, 0))), RGB(255, 0, 0));  // saturation 1 stays
+    EXPECT_EQ(Rgb(CLR::MakeMoreIntenseColor(CLR(0, 0, 0))), RGB(0, 0, 0));      // lightness 0 stays
+    EXPECT_EQ(Rgb(CLR::MakeMoreIntenseColor(CLR(128, 128, 128))),
+              RGB(128, 128, 128));  // grey: nothing to raise
     // (191, 63, 63): l = 254/510, s = 128/254 -> f(s) = 0.70283; rebuilt with hue 1.0 as (216, 37, 37).
-    CLR c(191, 63, 63);
-    c.MakeMoreIntenseColor();
+    const CLR c = CLR::MakeMoreIntenseColor(CLR(191, 63, 63));
     EXPECT_NEAR(c.red, 216, 1);
     EXPECT_NEAR(c.green, 37, 1);
     EXPECT_NEAR(c.blue, 37, 1);
-    EXPECT_GT(c.red - c.green, 191 - 63);
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
+#include "ulogui/Magnify.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <condition_variable>
-#include <mutex>
+#include <future>
 #include <thread>
-
-#include "ulogui/Magnify.h"
 
 namespace {
 
@@ -16,75 +15,71 @@ protected:
     void TearDown() override { magnify::GetMagnifier() = 1.0f; }
 };
 
-TEST_F(MagnifyTest, IntegersRoundHalvesUpward) {
-    Use(1.5f);
-    int a = 3, b = -3;
-    magnify::DoMagnify(a, b, true);
-    EXPECT_EQ(a, 5);   // 4.5 -> 5
-    EXPECT_EQ(b, -4);  // floor(-4.5 + 0.5)
-    Use(0.5f);
-    int c = 5, d = -5, e = 4, f = -1;
-    magnify::DoMagnify(c, d, e, f, true);
-    EXPECT_EQ(c, 3);   // 2.5 -> 3
-    EXPECT_EQ(d, -2);  // -2.5 -> -2
-    EXPECT_EQ(e, 2);
-    EXPECT_EQ(f, 0);  // -0.5 -> 0
+// Every integer overload rounds floor(v * m + 0.5) (Undo: floor(v / m + 0.5)), saturates, and leaves
+// the value alone when told not to apply the factor.
+TEST_F(MagnifyTest, IntegersRoundHalvesUpwardSaturateAndApplyOnlyWhenTold) {
+    struct Case {
+        float m;
+        int v, magnified, unmagnified;
+    };
+    // 4.5 -> 5 and -4.5 -> -4; 3.33 -> 3; 2.5 -> 3 and -0.5 -> 0; 18 / 2.4f lies just below 7.5, while
+    // 18 * (1 / 2.4f) would round to 7.5; 5 / 0 is +infinity and 0 / 0 has no value, which gives 0.
+    const int big = 1000000000, max = INT_MAX, min = INT_MIN;
+    const Case cases[] = {{1.5f, 3, 5, 2},      {1.5f, -3, -4, -2},    {1.5f, 5, 8, 3},
+                          {1.5f, -5, -7, -3},   {0.5f, 5, 3, 10},      {0.5f, -1, 0, -2},
+                          {2.4f, 18, 43, 7},    {2.4f, -18, -43, -7},  {2.4f, 24, 58, 10},
+                          {1e10f, big, max, 0}, {1e10f, -big, min, 0}, {0.0f, 5, 0, max},
+                          {0.0f, -5, 0, min},   {0.0f, 0, 0, 0}};
+    for (const Case& c : cases) {
+        Use(c.m);
+        for (auto [undo, apply] : {std::pair(false, true), {true, true}, {false, false}, {true, false}}) {
+            SCOPED_TRACE(testing::Message()
+                         << c.v << (undo ? " / " : " * ") << c.m << (apply ? "" : " not applied"));
+            int a = c.v, b = c.v, p = c.v, q = c.v, r = c.v, s = c.v;
+            ULOPoint point(c.v, c.v);
+            ULOSize size(c.v, c.v);
+            if (undo) {
+                magnify::UndoMagnify(a, b, apply);
+                magnify::UndoMagnify(p, q, r, s, apply);
+                magnify::UndoMagnify(point, apply);
+                magnify::UndoMagnify(size, apply);
+            } else {
+                magnify::DoMagnify(a, b, apply);
+                magnify::DoMagnify(p, q, r, s, apply);
+                magnify::DoMagnify(point, apply);
+                magnify::DoMagnify(size, apply);
+            }
+            for (int result : {a, b, p, q, r, s, point.x, point.y, size.cx, size.cy}) {
+                EXPECT_EQ(result, !apply ? c.v : undo ? c.unmagnified : c.magnified);
+            }
+        }
+    }
 }
 
-TEST_F(MagnifyTest, UndoDividesRatherThanMultiplyingByTheReciprocal) {
+TEST_F(MagnifyTest, FloatsAreScaledWithoutRoundingAndUndoDivides) {
     Use(1.5f);
-    int a = 5, b = -5;
-    magnify::UndoMagnify(a, b, true);
-    EXPECT_EQ(a, 3);  // 3.33
-    EXPECT_EQ(b, -3);
-    // 18 / 2.4f is just below 7.5 while 18 * (1 / 2.4f) rounds to exactly 7.5.
-    Use(2.4f);
-    int c = 18, d = 0, e = 24, f = -18;
-    magnify::UndoMagnify(c, d, e, f, true);
-    EXPECT_EQ(c, 7);
-    EXPECT_EQ(d, 0);
-    EXPECT_EQ(e, 10);
-    EXPECT_EQ(f, -7);
-    Use(1.5f);
-    float g = 5.0f;
-    magnify::UndoMagnify(g, true);
-    EXPECT_EQ(g, 5.0f / 1.5f);  // the correctly rounded quotient, one ulp from 5 * (1 / 1.5f)
-}
-
-TEST_F(MagnifyTest, PointsSizesAndFloats) {
-    Use(1.5f);
-    ULOPoint p(3, -3);
-    magnify::DoMagnify(p, true);
-    EXPECT_EQ(p, ULOPoint(5, -4));
-    magnify::UndoMagnify(p, true);
-    EXPECT_EQ(p, ULOPoint(3, -3));  // 3.33 and -2.67
-    ULOSize s(2, 7);
-    magnify::DoMagnify(s, true);
-    EXPECT_EQ(s, ULOSize(3, 11));  // 3 and 10.5
-    // Floats and doubles are scaled without rounding.
-    float f1 = 1.0f, f2 = -2.0f, f3 = 0.5f, f4 = 3.0f;
+    float f1 = 1.0f, f2 = -2.0f, f3 = 0.5f, f4 = 3.0f, g = 5.0f;
     magnify::DoMagnify(f1, f2, f3, f4, true);
     EXPECT_EQ(f1 + f2 + f3 + f4, 1.5f * 2.5f);
     magnify::UndoMagnify(f3, f4, true);
     EXPECT_EQ(f3, 0.5f);
+    magnify::UndoMagnify(g, true);
+    EXPECT_EQ(g, 5.0f / 1.5f);  // the correctly rounded quotient, one ulp from 5 * (1 / 1.5f)
     double d = 0.1;
     magnify::DoMagnify(d, true);
     EXPECT_EQ(d, 0.1 * 1.5);
     magnify::ULOPointf pf(ULOPoint(2, -3));
     magnify::DoMagnify(pf, true);
-    EXPECT_EQ(pf.x, 3.0f);
-    EXPECT_EQ(pf.y, -4.5f);
+    EXPECT_EQ(std::make_pair(pf.x, pf.y), std::make_pair(3.0f, -4.5f));
 }
 
 TEST_F(MagnifyTest, RectangleScalesOriginAndSizeSeparately) {
     Use(1.5f);
-    ULORect r(1, 1, 4, 4);
+    ULORect r(1, 1, 4, 4), other(0, 0, 3, 3), negative(-3, -1, 0, 2);
     magnify::DoMagnify(r, true);
     EXPECT_EQ(r, ULORect(2, 2, 7, 7));  // origin 1.5 -> 2, size 4.5 -> 5; edges directly would give 6
-    ULORect other(0, 0, 3, 3);
     magnify::DoMagnify(other, true);
     EXPECT_EQ(other.Width(), r.Width());  // equal sizes stay equal wherever they lie
-    ULORect negative(-3, -1, 0, 2);
     magnify::DoMagnify(negative, true);
     EXPECT_EQ(negative, ULORect(-4, -1, 1, 4));
     magnify::UndoMagnify(r, true);
@@ -93,33 +88,6 @@ TEST_F(MagnifyTest, RectangleScalesOriginAndSizeSeparately) {
     ULORect u(18, 0, 36, 18);
     magnify::UndoMagnify(u, true);
     EXPECT_EQ(u, ULORect(7, 0, 14, 7));
-}
-
-TEST_F(MagnifyTest, ApplyFalseChangesNothing) {
-    Use(2.0f);
-    int a = 3, b = 4, c = 5, d = 6;
-    ULORect r(1, 2, 3, 4);
-    float f = 1.0f;
-    magnify::DoMagnify(a, b, c, d, false);
-    magnify::DoMagnify(r, false);
-    magnify::UndoMagnify(f, f, false);
-    EXPECT_EQ(a + b + c + d, 18);
-    EXPECT_EQ(r, ULORect(1, 2, 3, 4));
-    EXPECT_EQ(f, 1.0f);
-}
-
-TEST_F(MagnifyTest, ResultsBeyondIntSaturate) {
-    Use(1e10f);
-    int a = 1000000000, b = -1000000000;
-    magnify::DoMagnify(a, b, true);
-    EXPECT_EQ(a, INT_MAX);
-    EXPECT_EQ(b, INT_MIN);
-    Use(0.0f);
-    int c = 5, d = 0, e = -5, f = 1;
-    magnify::UndoMagnify(c, d, e, f, true);
-    EXPECT_EQ(c, INT_MAX);  // +infinity
-    EXPECT_EQ(d, 0);        // 0 / 0 has no value: 0
-    EXPECT_EQ(e, INT_MIN);
     Use(2.0f);
     ULORect wide(INT_MIN, 0, INT_MAX, 1);
     magnify::DoMagnify(wide, true);
@@ -127,11 +95,18 @@ TEST_F(MagnifyTest, ResultsBeyondIntSaturate) {
     EXPECT_EQ(wide.right, INT_MIN + INT_MAX);  // the saturated origin plus the saturated size
 }
 
-TEST(MagnifySettingsTest, Flags) {
+TEST_F(MagnifyTest, ApplyFalseChangesNothing) {
+    Use(2.0f);
+    ULORect r(1, 2, 3, 4);
+    float f = 1.0f;
+    magnify::DoMagnify(r, false);
+    magnify::UndoMagnify(f, f, false);
+    EXPECT_EQ(r, ULORect(1, 2, 3, 4));
+    EXPECT_EQ(f, 1.0f);
+}
+
+TEST(MagnifySettingsTest, DefaultsAndTheRetinaFlag) {
     EXPECT_FALSE(magnify::MagnifyPhysicalDisplay());
-    magnify::MagnifyPhysicalDisplay(true);
-    EXPECT_TRUE(magnify::MagnifyPhysicalDisplay());
-    magnify::MagnifyPhysicalDisplay(false);
     EXPECT_TRUE(magnify::MagnifyOpenGLDisplay());
     EXPECT_FALSE(magnify::bPerscreenMagnify);
     EXPECT_FALSE(magnify::MagnifyRenderOnRetinaScreens());
@@ -140,72 +115,27 @@ TEST(MagnifySettingsTest, Flags) {
     magnify::bFineRenderOnRetinaScreens = false;
 }
 
-// A thread that takes its factor when told to and reports it.
-class FactorThread {
-public:
-    FactorThread() : thread_([this] { Run(); }) {}
-    ~FactorThread() { Finish(); }
-
-    // Has the thread fetch its factor (after setting it to 3 when asked to) and returns it.
-    float Ask(bool writeThree = false) {
-        std::unique_lock<std::mutex> lock(mutex_);
-        writeThree_ = writeThree;
-        asked_ = true;
-        changed_.notify_all();
-        changed_.wait(lock, [this] { return !asked_; });
-        return answer_;
-    }
-
-    void Finish() {
-        if (thread_.joinable()) {
-            {
-                std::lock_guard<std::mutex> lock(mutex_);
-                done_ = true;
-            }
-            changed_.notify_all();
-            thread_.join();
-        }
-    }
-
-private:
-    void Run() {
-        std::unique_lock<std::mutex> lock(mutex_);
-        for (;;) {
-            changed_.wait(lock, [this] { return asked_ || done_; });
-            if (done_) {
-                return;
-            }
-            if (writeThree_) {
-                magnify::GetMagnifier() = 3.0f;
-            }
-            answer_ = magnify::GetMagnifier();
-            asked_ = false;
-            changed_.notify_all();
-        }
-    }
-
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    bool asked_ = false;
-    bool done_ = false;
-    bool writeThree_ = false;
-    float answer_ = 0.0f;
-    std::thread thread_;
-};
-
 TEST(MagnifierThreadsTest, EachThreadKeepsTheFactorItStartedWith) {
     ASSERT_EQ(magnify::globalMagnifierValue, -2.0f);
-    FactorThread early;
-    EXPECT_EQ(early.Ask(), 1.0f);  // nothing set yet
-
+    std::promise<float> earlyFirst, earlyLast;
+    std::promise<void> lateDone;
+    std::thread early([&] {
+        earlyFirst.set_value(magnify::GetMagnifier());
+        lateDone.get_future().wait();
+        earlyLast.set_value(magnify::GetMagnifier());
+    });
+    EXPECT_EQ(earlyFirst.get_future().get(), 1.0f);  // nothing set yet
     magnify::globalMagnifierValue = 2.0f;
-    EXPECT_EQ(early.Ask(), 1.0f);  // a thread that has a factor keeps it
-    FactorThread late;
-    EXPECT_EQ(late.Ask(), 2.0f);
-    EXPECT_EQ(late.Ask(true), 3.0f);  // writing through the reference ...
-    EXPECT_EQ(early.Ask(), 1.0f);     // ... changes that thread only
-    float mainFactor = magnify::GetMagnifier();
-    EXPECT_NE(mainFactor, 3.0f);
+    std::thread late([] {
+        EXPECT_EQ(magnify::GetMagnifier(), 2.0f);
+        magnify::GetMagnifier() = 3.0f;  // writing through the reference ...
+        EXPECT_EQ(magnify::GetMagnifier(), 3.0f);
+    });
+    late.join();
+    lateDone.set_value();
+    EXPECT_EQ(earlyLast.get_future().get(), 1.0f);  // ... changes that thread only, and the global neither
+    early.join();
+    EXPECT_NE(magnify::GetMagnifier(), 3.0f);
 
     // A thread's factor is made on its first call, even by a conversion that applies nothing.
     std::thread quiet([] {
@@ -213,13 +143,10 @@ TEST(MagnifierThreadsTest, EachThreadKeepsTheFactorItStartedWith) {
         magnify::DoMagnify(a, b, false);
         magnify::globalMagnifierValue = 4.0f;
         EXPECT_EQ(magnify::GetMagnifier(), 2.0f);
-        EXPECT_EQ(a, 1);
     });
     quiet.join();
     magnify::globalMagnifierValue = -2.0f;
     // Factors of finished threads are freed with them (the sanitizer build reports a leak otherwise).
-    early.Finish();
-    late.Finish();
 }
 
 }  // namespace
