@@ -2,10 +2,10 @@
 // the process, and these cases need a process that never gave one.
 #include <gtest/gtest.h>
 
-#include "l10n/TempDir.h"
 #include "ulogui/LanguageManager.h"
 #include "ulogui/ResourceFileDiscover.h"
 #include "ulolib/Directory.h"
+#include "ulolib/TempDir.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ using ulo::gui::ResourceFileDiscover;
 
 TEST(InitResourceDir, DefaultIsTheApplicationDirectoryThenTheManagerFolderWins) {
     ASSERT_TRUE(LanguageManager::GetParentFolderPath().empty());
-    ulo_test::TempDir app;
+    TempDir app;
     app.Write("languages.xml", "<languages><language name=\"Only\" folder=\"Only\"/></languages>");
     Directory::create()->SetApplicationDirectory(app.Path());
 
@@ -25,7 +25,7 @@ TEST(InitResourceDir, DefaultIsTheApplicationDirectoryThenTheManagerFolderWins) 
     EXPECT_EQ(LanguageManager::GetParentFolderPath(), app.Path());
     EXPECT_EQ(LanguageManager::Instance().LanguageCount(), 1);
 
-    ulo_test::TempDir moved;
+    TempDir moved;
     Directory::create()->SetApplicationDirectory(moved.Path());
     EXPECT_EQ(ResourceFileDiscover::InitResourceDir(L"App", finder), app.Path());
     LanguageManager::ReleaseInstance();

@@ -9,7 +9,7 @@
 #include <iterator>
 #include <string>
 
-#include "l10n/TempDir.h"
+#include "ulolib/TempDir.h"
 
 namespace {
 
@@ -37,33 +37,27 @@ protected:
         return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
     }
 
-    ulo_test::TempDir dir_;
+    TempDir dir_;
     const std::string path_ = (dir_.Root() / "overflow.log").string();
     FILE* file_ = nullptr;
     OverflowingTextDialogInfo info_;
 };
 
-TEST_F(OverflowLogTest, DialogHeaderOnceThenIndentedTexts) {
+TEST_F(OverflowLogTest, EachDialogHeaderOnceBeforeItsIndentedTexts) {
+    info_.LogOverflowingText(L"before any dialog");
     info_.StartEditDialog(L"Options");
     info_.LogOverflowingText(L"Show hidden files");
     info_.LogOverflowingText(L"Confirm");
     EXPECT_EQ(info_.count, 2);
-    EXPECT_EQ(Written(), "\n\t-> Options\r\n" + kIndent + "Show hidden files\r\n" + kIndent + "Confirm\r\n");
-}
-
-TEST_F(OverflowLogTest, RestartingTheSameDialogWritesItsHeaderAgain) {
-    info_.LogOverflowingText(L"before any dialog");
-    info_.StartEditDialog(L"Options");
-    info_.LogOverflowingText(L"A");
-    info_.StartEditDialog(info_.dialogName);  // self-assignment keeps the name
+    info_.StartEditDialog(info_.dialogName);  // the same dialog again: a new header, self-assignment kept
     EXPECT_EQ(info_.dialogName, L"Options");
     EXPECT_EQ(info_.count, 0);
     info_.LogOverflowingText(L"B");
     info_.StartEditDialog(L"Print");
     info_.LogOverflowingText(L"");
     EXPECT_EQ(Written(), "\n\t-> \r\n" + kIndent + "before any dialog\r\n" + "\n\t-> Options\r\n" + kIndent +
-                             "A\r\n" + "\n\t-> Options\r\n" + kIndent + "B\r\n" + "\n\t-> Print\r\n" +
-                             kIndent + "\r\n");
+                             "Show hidden files\r\n" + kIndent + "Confirm\r\n" + "\n\t-> Options\r\n" +
+                             kIndent + "B\r\n" + "\n\t-> Print\r\n" + kIndent + "\r\n");
 }
 
 TEST_F(OverflowLogTest, TextsAreEncodedByTheLocale) {
@@ -79,29 +73,23 @@ TEST_F(OverflowLogTest, TextsAreEncodedByTheLocale) {
 
 TEST_F(OverflowLogTest, WithoutAStreamOnlyCounts) {
     OverflowingTextDialogInfo quiet;
-    EXPECT_EQ(quiet.logFile, nullptr);
-    EXPECT_EQ(quiet.count, 0);
-    EXPECT_TRUE(quiet.dialogName.empty());
+    for (const OverflowingTextDialogInfo* empty : {&ulo::overflowDialogHelper_, &quiet}) {
+        EXPECT_EQ(empty->logFile, nullptr);
+        EXPECT_EQ(empty->count, 0);
+        EXPECT_TRUE(empty->dialogName.empty());
+    }
     quiet.StartEditDialog(L"Options");
     quiet.LogOverflowingText(L"A");
     quiet.LogOverflowingText(L"B");
     EXPECT_EQ(quiet.count, 2);
-
     // A stream set later starts with the lines only: the dialog's header went with the first text.
     quiet.logFile = file_;
     quiet.LogOverflowingText(L"C");
     EXPECT_EQ(Written(), kIndent + "C\r\n");
-
     quiet.count = INT_MAX;
     quiet.logFile = nullptr;
     quiet.LogOverflowingText(L"D");
     EXPECT_EQ(quiet.count, INT_MAX);
-}
-
-TEST_F(OverflowLogTest, GlobalRecordStartsEmpty) {
-    EXPECT_EQ(ulo::overflowDialogHelper_.logFile, nullptr);
-    EXPECT_EQ(ulo::overflowDialogHelper_.count, 0);
-    EXPECT_TRUE(ulo::overflowDialogHelper_.dialogName.empty());
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "l10n/TempDir.h"
 #include "ulogui/LanguageManager.h"
+#include "ulolib/TempDir.h"
 
 namespace {
 
@@ -14,16 +14,13 @@ using ulo::gui::LanguageManager;
 using ulo::gui::ResourceDirDiscover;
 using ulo::gui::ResourceFile;
 using ulo::gui::ResourceFileDiscover;
-using ulo_test::TempDir;
+using Names = std::vector<ULOString>;
 
 const char* const kExtensions[] = {"ura", "urd", "urm", "urs", "urf", "urb"};
-const wchar_t* const kMessage =
-    L"Unable to find one or more resource files\nin the specified directory.\n\nPlease re-install the "
-    L"application.";
 
 class ResourceFileDiscoverTest : public ::testing::Test {
 protected:
-    // The built-in catalogue: English is 0, French 1, German 2.
+    // The built-in catalogue: English is 0, French 1, German 2, Japanese 3, Italian 4.
     void SetUp() override {
         LanguageManager::ReleaseInstance();
         LanguageManager::InitInstance(dir_.Path());
@@ -39,40 +36,35 @@ protected:
         return ULOPath::FromNative((dir_.Root() / relative).string());
     }
 
-    static std::vector<ULOString> Names(const std::vector<ResourceFile>& files) {
-        std::vector<ULOString> names;
+    // The names GetFiles finds for `lang`, and whether it reported all six.
+    static std::pair<Names, bool> Found(ResourceFileDiscover& discover, int lang) {
+        std::vector<ResourceFile> files{ResourceFile(L"left.over", 9)};  // replaced, not appended to
+        const bool ok = discover.GetFiles(files, lang).IsOk();
+        Names names;
         for (const ResourceFile& file : files) {
             names.push_back(file.GetPath().filename());
         }
-        return names;
+        return {names, ok};
     }
 
     TempDir dir_;
+    const Names all_{L"Main.ura", L"Main.urd", L"Main.urm", L"Main.urs", L"Main.urf", L"Main.urb"};
 };
 
-TEST_F(ResourceFileDiscoverTest, FolderCopyBeatsFlatCopy) {
+TEST_F(ResourceFileDiscoverTest, FolderCopyBeatsFlatCopyAndBothCombine) {
     WriteAll("French/");
-    dir_.Write("Main.urm", "stray");
+    dir_.Write("German/Main.ura");
+    dir_.Write("German/Main.urb");
+    WriteAll("");
     ResourceFileDiscover discover(dir_.Path(), L"Main");
     std::vector<ResourceFile> files;
-    const ulo::ErrorCode error = discover.GetFiles(files, 1);
-    EXPECT_TRUE(error.IsOk());
+    EXPECT_TRUE(discover.GetFiles(files, 1).IsOk());
     ASSERT_EQ(files.size(), 6u);
     for (int i = 0; i < 6; ++i) {
         EXPECT_EQ(files[i].GetType(), static_cast<ResourceFile::resourceType_e>(i));
         EXPECT_EQ(files[i].GetLang(), 1);
         EXPECT_EQ(files[i].GetPath(), At(std::string("French/Main.") + kExtensions[i]));
     }
-}
-
-TEST_F(ResourceFileDiscoverTest, FolderAndFlatFilesCombine) {
-    dir_.Write("German/Main.ura");
-    dir_.Write("German/Main.urb");
-    for (const char* extension : kExtensions) {
-        dir_.Write(std::string("Main.") + extension);
-    }
-    ResourceFileDiscover discover(dir_.Path(), L"Main");
-    std::vector<ResourceFile> files;
     EXPECT_TRUE(discover.GetFiles(files, 2).IsOk());
     ASSERT_EQ(files.size(), 6u);
     EXPECT_EQ(files[0].GetPath(), At("German/Main.ura"));
@@ -86,87 +78,77 @@ TEST_F(ResourceFileDiscoverTest, MissingFilesGiveTheErrorAndTheFoundOnes) {
     ResourceFileDiscover discover(dir_.Path(), L"Main");
     std::vector<ResourceFile> files;
     const ulo::ErrorCode error = discover.GetFiles(files, 0);
-    ASSERT_TRUE(error.IsError());
-    EXPECT_EQ(error.GetMessage(), kMessage);
+    EXPECT_EQ(
+        error.GetMessage(),
+        L"Unable to find one or more resource files\nin the specified directory.\n\nPlease re-install the "
+        L"application.");
     EXPECT_EQ(error.GetFile(), "ulogui/resourcefilediscover");
     EXPECT_EQ(error.GetLine(), 157);
-    EXPECT_NE(error.GetFunction().find("ulo::gui::ResourceFileDiscover::GetFiles("), std::string::npos)
-        << error.GetFunction();
+    EXPECT_NE(error.GetFunction().find("ulo::gui::ResourceFileDiscover::GetFiles("), std::string::npos);
     EXPECT_NE(error.GetFunction().find("int)"), std::string::npos) << error.GetFunction();
-    EXPECT_EQ(Names(files),
-              (std::vector<ULOString>{L"Main.ura", L"Main.urd", L"Main.urm", L"Main.urf", L"Main.urb"}));
+    EXPECT_EQ(files.size(), 5u);
+    EXPECT_EQ(files[3].GetPath(), At("English/Main.urf"));
 }
 
-TEST_F(ResourceFileDiscoverTest, ResultIsCachedUntilPathOrBodyChanges) {
+TEST_F(ResourceFileDiscoverTest, ResultIsCachedPerLanguageUntilPathOrBodyChanges) {
     WriteAll("English/");
     dir_.Remove("English/Main.urf");
     ResourceFileDiscover discover(dir_.Path(), L"Main");
-    std::vector<ResourceFile> files;
-    EXPECT_TRUE(discover.GetFiles(files, 0).IsError());
-    EXPECT_EQ(files.size(), 5u);
-
-    // The disk changes, the cached answer does not.
+    Names five = all_;
+    five.erase(five.begin() + 4);
+    EXPECT_EQ(Found(discover, 0), std::make_pair(five, false));
+    EXPECT_EQ(Found(discover, 1), std::make_pair(Names(), false));
+    // The disk changes, the cached answers do not; copies take the cache with them.
     dir_.Write("English/Main.urf");
-    dir_.Remove("English/Main.ura");
-    std::vector<ResourceFile> again{ResourceFile(At("left.over"), 9)};
-    EXPECT_TRUE(discover.GetFiles(again, 0).IsError());
-    EXPECT_EQ(Names(again), Names(files));
-
-    // Copies take the cache with them.
-    ResourceFileDiscover copy(discover);
-    std::vector<ResourceFile> fromCopy;
-    EXPECT_TRUE(copy.GetFiles(fromCopy, 0).IsError());
-    EXPECT_EQ(fromCopy.size(), 5u);
-
-    dir_.Write("English/Main.ura");
-    discover.SetPath(dir_.Path());
-    EXPECT_TRUE(discover.GetFiles(files, 0).IsOk());
-    EXPECT_EQ(files.size(), 6u);
-
-    dir_.Remove("English/Main.urd");
-    EXPECT_TRUE(discover.GetFiles(files, 0).IsOk());
-    discover.SetResourceBody(L"Main");
-    EXPECT_TRUE(discover.GetFiles(files, 0).IsError());
-    EXPECT_EQ(files.size(), 5u);
-}
-
-TEST_F(ResourceFileDiscoverTest, EachLanguageHasItsOwnCacheEntry) {
-    WriteAll("English/");
-    ResourceFileDiscover discover(dir_.Path(), L"Main");
-    std::vector<ResourceFile> files;
-    EXPECT_TRUE(discover.GetFiles(files, 1).IsError());
-    EXPECT_TRUE(files.empty());
     WriteAll("French/");
-    EXPECT_TRUE(discover.GetFiles(files, 0).IsOk());
-    EXPECT_TRUE(discover.GetFiles(files, 1).IsError());  // still the cached empty list
-    EXPECT_TRUE(files.empty());
+    EXPECT_EQ(Found(discover, 0), std::make_pair(five, false));
+    EXPECT_EQ(Found(discover, 1), std::make_pair(Names(), false));
+    ResourceFileDiscover copy(discover);
+    EXPECT_EQ(Found(copy, 0), std::make_pair(five, false));
+    discover.SetPath(dir_.Path());
+    EXPECT_EQ(Found(discover, 0), std::make_pair(all_, true));
+    dir_.Remove("English/Main.urd");
+    EXPECT_EQ(Found(discover, 0).second, true);
+    discover.SetResourceBody(L"Main");
+    EXPECT_EQ(Found(discover, 0).first.size(), 5u);
 }
 
-TEST_F(ResourceFileDiscoverTest, ExtensionsAndBodyAreCaseSensitive) {
+TEST_F(ResourceFileDiscoverTest, MovesSwapTheCache) {
+    WriteAll("English/");
+    ResourceFileDiscover source(dir_.Path(), L"Main");
+    EXPECT_TRUE(Found(source, 0).second);
+    dir_.Remove("English/Main.ura");
+    ResourceFileDiscover moved(std::move(source));
+    EXPECT_EQ(moved.GetDiscoverDirectory(), dir_.Path());
+    EXPECT_TRUE(Found(moved, 0).second);  // from the cache it took over
+    EXPECT_TRUE(Found(source, 0).first.empty()) << "the source got the new object's empty cache";
+    ResourceFileDiscover target(dir_.Path(), L"Main");
+    EXPECT_FALSE(Found(target, 0).second);  // caches five files
+    target = std::move(moved);
+    EXPECT_TRUE(Found(target, 0).second);
+    EXPECT_EQ(Found(moved, 0).first.size(), 5u) << "the moved-from object holds the target's former cache";
+}
+
+TEST_F(ResourceFileDiscoverTest, ExtensionsAndBodyAreCaseSensitiveAndTheKindFollowsTheLastExtension) {
     WriteAll("English/");
     dir_.Remove("English/Main.ura");
     dir_.Write("English/Main.URA");
-    ResourceFileDiscover discover(dir_.Path(), L"Main");
-    std::vector<ResourceFile> files;
-    EXPECT_TRUE(discover.GetFiles(files, 0).IsError());
-    EXPECT_EQ(files.size(), 5u);
-
-    ResourceFileDiscover lower(dir_.Path(), L"main");
-    EXPECT_TRUE(lower.GetFiles(files, 0).IsError());
-    EXPECT_TRUE(files.empty());
-
-    EXPECT_EQ(ResourceFile(At("English/Main.URA"), 0).GetType(), ResourceFile::resourceUnknown);
-}
-
-TEST_F(ResourceFileDiscoverTest, KindFollowsTheLastExtension) {
-    EXPECT_EQ(ResourceFile(L"/r/Main.urb", 0).GetType(), ResourceFile::resourceURB);
-    EXPECT_EQ(ResourceFile(L"/r/Main.urs", 0).GetType(), ResourceFile::resourceURS);
-    EXPECT_EQ(ResourceFile(L"/r/Main.ura.bak", 0).GetType(), ResourceFile::resourceUnknown);
-    EXPECT_EQ(ResourceFile(L"/r/Main.bak.ura", 0).GetType(), ResourceFile::resourceURA);
-    EXPECT_EQ(ResourceFile(L"/r.ura/Main", 0).GetType(), ResourceFile::resourceUnknown);
-    EXPECT_EQ(ResourceFile(L"/r/Main.", 0).GetType(), ResourceFile::resourceUnknown);
-    EXPECT_EQ(ResourceFile(L"/r/Main.uraa", 0).GetType(), ResourceFile::resourceUnknown);
-    EXPECT_EQ(ResourceFile(L"", 0).GetType(), ResourceFile::resourceUnknown);
+    ResourceFileDiscover discover(dir_.Path(), L"Main"), lower(dir_.Path(), L"main");
+    EXPECT_EQ(Found(discover, 0).first.size(), 5u);
+    EXPECT_EQ(Found(lower, 0), std::make_pair(Names(), false));
+    const std::pair<const wchar_t*, ResourceFile::resourceType_e> kinds[] = {
+        {L"/r/Main.urb", ResourceFile::resourceURB},
+        {L"/r/Main.urs", ResourceFile::resourceURS},
+        {L"/r/Main.bak.ura", ResourceFile::resourceURA},
+        {L"/r/Main.ura.bak", ResourceFile::resourceUnknown},
+        {L"/r.ura/Main", ResourceFile::resourceUnknown},
+        {L"/r/Main.", ResourceFile::resourceUnknown},
+        {L"/r/Main.uraa", ResourceFile::resourceUnknown},
+        {L"/r/Main.URA", ResourceFile::resourceUnknown},
+        {L"", ResourceFile::resourceUnknown}};
+    for (const auto& [path, kind] : kinds) {
+        EXPECT_EQ(ResourceFile(path, 0).GetType(), kind) << path;
+    }
 }
 
 TEST_F(ResourceFileDiscoverTest, AvailableLanguagesAreTheCompleteOnes) {
@@ -178,29 +160,8 @@ TEST_F(ResourceFileDiscoverTest, AvailableLanguagesAreTheCompleteOnes) {
     ResourceFileDiscover discover(dir_.Path(), L"Main");
     EXPECT_EQ(discover.GetAvailableLangs(), (std::vector<int>{2, 4}));
     EXPECT_EQ(discover.LogFileCreationTimes(2, L"/nowhere/log.txt"), 0);
-
     discover.SetResourceBody(L"Other");
     EXPECT_EQ(discover.GetAvailableLangs(), (std::vector<int>{3}));
-}
-
-TEST_F(ResourceFileDiscoverTest, MovesSwapTheCache) {
-    WriteAll("English/");
-    ResourceFileDiscover source(dir_.Path(), L"Main");
-    std::vector<ResourceFile> files;
-    EXPECT_TRUE(source.GetFiles(files, 0).IsOk());
-    dir_.Remove("English/Main.ura");
-
-    ResourceFileDiscover moved(std::move(source));
-    EXPECT_EQ(moved.GetDiscoverDirectory(), dir_.Path());
-    EXPECT_TRUE(moved.GetFiles(files, 0).IsOk());  // from the cache it took over
-
-    ResourceFileDiscover target(dir_.Path(), L"Main");
-    EXPECT_TRUE(target.GetFiles(files, 0).IsError());  // caches five files
-    target = std::move(moved);
-    EXPECT_TRUE(target.GetFiles(files, 0).IsOk());
-    // The moved-from object holds the target's former cache.
-    moved.SetResourceBody(L"Main");
-    EXPECT_TRUE(moved.GetFiles(files, 0).IsError());
 }
 
 TEST_F(ResourceFileDiscoverTest, SampleFixture) {
@@ -212,8 +173,7 @@ TEST_F(ResourceFileDiscoverTest, SampleFixture) {
     std::vector<ResourceFile> files;
     EXPECT_TRUE(discover.GetFiles(files, 1).IsOk());
     EXPECT_EQ(files[5].GetPath(), resources / ULOString(L"Main.urb"));
-    EXPECT_TRUE(discover.GetFiles(files, 3).IsError());
-    EXPECT_EQ(Names(files), (std::vector<ULOString>{L"Main.ura", L"Main.urb"}));
+    EXPECT_EQ(Found(discover, 3), std::make_pair(Names{L"Main.ura", L"Main.urb"}, false));
 }
 
 // Hosts derive to look for the resource directory elsewhere.
@@ -235,15 +195,12 @@ TEST_F(ResourceFileDiscoverTest, ManagerFolderWinsOverTheDiscoveredOne) {
     LanguageManager::InitInstance(L"X");
     TempDir elsewhere;
     FixedDirDiscover finder(elsewhere.Path());
-    EXPECT_TRUE(finder.GetFlag());
-    EXPECT_EQ(finder.GetInstanceHandle(), static_cast<HINSTANCE>(&finder));
     EXPECT_EQ(ResourceFileDiscover::InitResourceDir(L"App", finder), ULOPath(L"X"));
     EXPECT_EQ(finder.lastName, L"App");
-    EXPECT_EQ(LanguageManager::GetParentFolderPath(), ULOPath(L"X"));
-
     // Even without an instance, the folder once given is kept and a new instance gets it.
     LanguageManager::ReleaseInstance();
     EXPECT_EQ(ResourceFileDiscover::InitResourceDir(L"App", finder), ULOPath(L"X"));
+    EXPECT_EQ(LanguageManager::GetParentFolderPath(), ULOPath(L"X"));
     EXPECT_EQ(LanguageManager::Instance().LanguageCount(), 5);
 }
 
