@@ -1,6 +1,6 @@
 # Every dependency is a Debian package installed by scripts/bootstrap.
 find_package(Threads REQUIRED)
-find_package(Boost 1.74 REQUIRED COMPONENTS thread)
+find_package(Boost 1.74 REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(TINYXML REQUIRED IMPORTED_TARGET tinyxml)
 find_package(Freetype REQUIRED)

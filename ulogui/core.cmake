@@ -29,7 +29,7 @@ ulogui_family(ulogui_core
   ${CMAKE_CURRENT_LIST_DIR}/platform/MemoryDevice.cpp
   ${CMAKE_CURRENT_LIST_DIR}/platform/linux/WritableMemory.cpp
 )
-target_link_libraries(ulogui_core PUBLIC ToolsLib Boost::thread)
+target_link_libraries(ulogui_core PUBLIC ToolsLib)
 ulo_hot_loops(${CMAKE_CURRENT_LIST_DIR}/PictureBitsFill.cpp)
 # Resampling loops (pixel and tap loops with run-time lengths).
 ulo_hot_loops(
