@@ -20,22 +20,41 @@ constexpr int kSerialLimit = 40;
 
 // Threads take the columns in groups of neighbours. A group is computed as one strip: row after row,
 // each source row read once into the horizontal pass and each target row written as a run of whole
-// cache lines, so that two threads never write into the same line (which would bounce it between their
-// caches). Groups shrink along the row: each takes about a 2 * threads-th of the columns still left
-// (a multiple of 64 bytes of target row, at most 256 columns), so the first ones are long (long rows
-// are cheaper) and the last ones short, and threads claiming groups as they finish end together.
-// Returns, for each column, the end of the group it starts, or 0.
-std::vector<int> GroupEnds(int columns, int threads, int bytesPerPixel) {
-    const int line = bytesPerPixel == 4 ? 16 : 64;  // pixels in a whole number of 64-byte lines
+// cache lines. Group edges fall on cache-line boundaries of the target (`phase` is the first column
+// that starts a line), so two threads never write into the same line, which would bounce it between
+// their caches on every row. Groups shrink along the row: each takes about a 2 * threads-th of the
+// columns still left (at most 256), so the first ones are long (long rows are cheaper) and the last
+// ones short, and threads claiming groups as they finish end together. Returns, for each column, the
+// end of the group it starts, or 0.
+std::vector<int> GroupEnds(int columns, int threads, int line, int phase) {
     std::vector<int> ends(static_cast<std::size_t>(columns), 0);
     for (int start = 0; start < columns;) {
         const int left = columns - start;
-        const int share = (left + 2 * threads - 1) / (2 * threads);
-        const int size = std::min(std::min(std::max((share + line - 1) / line * line, line), 256), left);
-        ends[start] = start + size;
-        start += size;
+        const int share = std::min(std::max((left + 2 * threads - 1) / (2 * threads), line), 256);
+        // The end moved up to the next line boundary.
+        const int end = std::min((start + share + phase + line - 1) / line * line - phase, columns);
+        ends[start] = end;
+        start = end;
     }
     return ends;
+}
+
+// Columns per repeat of the line pattern: 16 four-byte pixels fill a 64-byte line; 64 one- or three-byte
+// pixels fill one or three lines.
+int LineColumns(int bytesPerPixel) {
+    return bytesPerPixel == 4 ? 16 : 64;
+}
+
+// The first column whose pixel starts a 64-byte line in the target's first memory row, within one
+// repeat of the pattern (0 when none does). Rows whose stride is a multiple of 64 bytes all share it.
+int LinePhase(const unsigned char* row, int bytesPerPixel) {
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(row);
+    for (int x = 0; x < 64; ++x) {
+        if ((address + static_cast<std::uintptr_t>(x) * bytesPerPixel) % 64 == 0) {
+            return x % LineColumns(bytesPerPixel);
+        }
+    }
+    return 0;
 }
 
 smooth::PixelFormat FormatOf(int bytesPerPixel, int flags) {
@@ -130,7 +149,8 @@ void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* target
     // One loop index per output column; the first column of each group computes the group, the others
     // only count.
     const int threads = tools::multiproc::GetOptimizedMaxJobThreadAllowed();
-    const std::vector<int> groupEnds = GroupEnds(columns, threads, bytesPerPixel);
+    const std::vector<int> groupEnds =
+        GroupEnds(columns, threads, LineColumns(bytesPerPixel), LinePhase(target.bits, bytesPerPixel));
     tools::multiproc::InterruptibleProgressingLoopIter columnLoop(outputColumns, never, &progress);
     tools::multiproc::ParallelSection section(columnLoop, [&job, &groupEnds, columns](int x) {
         if (x < columns && groupEnds[x] != 0) {
