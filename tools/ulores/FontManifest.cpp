@@ -1,11 +1,10 @@
 #include <tinyxml.h>
 
-#include <cerrno>
 #include <climits>
-#include <cstdlib>
 #include <map>
 
 #include "FontCommands.h"
+#include "ManifestReader.h"
 #include "ToolError.h"
 
 namespace ulores {
@@ -15,32 +14,9 @@ namespace {
 // Far more fonts than any application defines; it keeps the table (4 bytes per ID) small.
 constexpr long kMaxFontID = 0xFFFF;
 
-class FontContext {
+class FontContext : public ManifestReader {
 public:
-    explicit FontContext(std::string manifest) : manifest_(std::move(manifest)) {}
-
-    [[noreturn]] void Fail(const TiXmlElement* at, const std::string& what) const {
-        throw ToolError(manifest_ + ":" + std::to_string(at->Row()) + ": " + what);
-    }
-
-    long Integer(const TiXmlElement* e, const char* name, long fallback, long low, long high,
-                 bool required = false) const {
-        const char* text = e->Attribute(name);
-        if (text == nullptr) {
-            if (required) {
-                Fail(e, std::string("<") + e->Value() + "> needs the attribute " + name);
-            }
-            return fallback;
-        }
-        char* end = nullptr;
-        errno = 0;
-        const long value = std::strtol(text, &end, 0);
-        if (errno != 0 || end == text || *end != '\0' || value < low || value > high) {
-            Fail(e, std::string("the attribute ") + name + "=\"" + text + "\" is not a number from " +
-                        std::to_string(low) + " to " + std::to_string(high));
-        }
-        return value;
-    }
+    using ManifestReader::ManifestReader;
 
     bool Flag(const TiXmlElement* e, const char* name, bool fallback) const {
         return Integer(e, name, fallback ? 1 : 0, 0, 1) != 0;
@@ -56,9 +32,6 @@ public:
         }
         return ULOString::FromUtf8(text);
     }
-
-private:
-    std::string manifest_;
 };
 
 details::FontRecord ReadFont(const FontContext& ctx, const TiXmlElement* font) {
@@ -88,17 +61,7 @@ details::FontRecord ReadFont(const FontContext& ctx, const TiXmlElement* font) {
 
 std::vector<std::optional<details::FontRecord>> ReadFontManifest(const std::string& path) {
     TiXmlDocument document;
-    if (!document.LoadFile(path.c_str(), TIXML_ENCODING_UTF8)) {
-        if (document.ErrorId() == TiXmlBase::TIXML_ERROR_OPENING_FILE) {
-            throw ToolError(path + ": cannot open the manifest");
-        }
-        throw ToolError(path + ":" + std::to_string(document.ErrorRow()) +
-                        ": not well-formed XML: " + document.ErrorDesc());
-    }
-    const TiXmlElement* root = document.RootElement();
-    if (root == nullptr || std::string(root->Value()) != "fonts") {
-        throw ToolError(path + ": the root element must be <fonts>");
-    }
+    const TiXmlElement* root = LoadManifest(document, path, "fonts", TIXML_ENCODING_UTF8);
     FontContext ctx(path);
     std::vector<std::optional<details::FontRecord>> records;
     std::map<long, int> lines;

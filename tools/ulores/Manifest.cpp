@@ -2,11 +2,10 @@
 
 #include <tinyxml.h>
 
-#include <cerrno>
 #include <climits>
-#include <cstdlib>
 #include <map>
 
+#include "ManifestReader.h"
 #include "PixelConversion.h"
 #include "PngFile.h"
 #include "ToolError.h"
@@ -23,33 +22,10 @@ using ulogui::bitmapres::VersionImage;
 constexpr long kMaxID = 0xFFFFFF;
 constexpr long kMaxParts = 4096;
 
-class Context {
+class Context : public ManifestReader {
 public:
     Context(std::string manifest, std::string folder)
-        : manifest_(std::move(manifest)), folder_(std::move(folder)) {}
-
-    [[noreturn]] void Fail(const TiXmlElement* at, const std::string& what) const {
-        throw ToolError(manifest_ + ":" + std::to_string(at->Row()) + ": " + prefix_ + what);
-    }
-    void SetPicture(const std::string& prefix) { prefix_ = prefix; }
-
-    long Integer(const TiXmlElement* e, const char* name, long fallback, long low, long high) const {
-        const char* text = e->Attribute(name);
-        if (text == nullptr) {
-            if (fallback < low) {
-                Fail(e, std::string("<") + e->Value() + "> needs the attribute " + name);
-            }
-            return fallback;
-        }
-        char* end = nullptr;
-        errno = 0;
-        const long value = std::strtol(text, &end, 0);
-        if (errno != 0 || end == text || *end != '\0' || value < low || value > high) {
-            Fail(e, std::string("the attribute ") + name + "=\"" + text + "\" is not a number from " +
-                        std::to_string(low) + " to " + std::to_string(high));
-        }
-        return value;
-    }
+        : ManifestReader(std::move(manifest)), folder_(std::move(folder)) {}
 
     std::string FilePath(const TiXmlElement* e) const {
         const char* file = e->Attribute("file");
@@ -68,9 +44,7 @@ public:
     }
 
 private:
-    std::string manifest_;
     std::string folder_;
-    std::string prefix_;
 };
 
 std::string Size(int width, int height) {
@@ -133,9 +107,9 @@ VersionImage ReadVersion(const Context& ctx, const TiXmlElement* version, int fl
 
 PictureRecord ReadPicture(Context& ctx, const TiXmlElement* picture) {
     PictureRecord record;
-    ctx.SetPicture("");
-    record.id = static_cast<int32_t>(ctx.Integer(picture, "id", -1, 0, kMaxID));
-    ctx.SetPicture("picture " + std::to_string(record.id) + ": ");
+    ctx.SetPrefix("");
+    record.id = static_cast<int32_t>(ctx.Integer(picture, "id", 0, 0, kMaxID, true));
+    ctx.SetPrefix("picture " + std::to_string(record.id) + ": ");
     const char* format = picture->Attribute("format");
     if (format == nullptr) {
         ctx.Fail(picture, "<picture> needs the attribute format (alpha32, rgb32, rgb24 or mask8)");
@@ -155,7 +129,7 @@ PictureRecord ReadPicture(Context& ctx, const TiXmlElement* picture) {
         }
         int slot = nextSlot;
         if (version->Attribute("bit") != nullptr) {
-            const long bit = ctx.Integer(version, "bit", 0, 1, 0x800000);
+            const long bit = ctx.Integer(version, "bit", 0, 1, 0x800000, true);
             if ((bit & (bit - 1)) != 0) {
                 ctx.Fail(version, "the attribute bit=\"" + std::string(version->Attribute("bit")) +
                                       "\" is not a power of two");
@@ -171,10 +145,10 @@ PictureRecord ReadPicture(Context& ctx, const TiXmlElement* picture) {
         if (record.versions.count(slot) != 0) {
             ctx.Fail(version, "version bit " + std::to_string(1L << slot) + " is given twice");
         }
-        ctx.SetPicture("picture " + std::to_string(record.id) + ", version bit " +
-                       std::to_string(1L << slot) + ": ");
+        ctx.SetPrefix("picture " + std::to_string(record.id) + ", version bit " + std::to_string(1L << slot) +
+                      ": ");
         record.versions[slot] = ReadVersion(ctx, version, record.flags, record.partsCount);
-        ctx.SetPicture("picture " + std::to_string(record.id) + ": ");
+        ctx.SetPrefix("picture " + std::to_string(record.id) + ": ");
         nextSlot = slot + 1;
     }
     if (record.versions.empty()) {
@@ -187,17 +161,7 @@ PictureRecord ReadPicture(Context& ctx, const TiXmlElement* picture) {
 
 std::vector<PictureRecord> ReadManifest(const std::string& path) {
     TiXmlDocument document;
-    if (!document.LoadFile(path.c_str())) {
-        if (document.ErrorId() == TiXmlBase::TIXML_ERROR_OPENING_FILE) {
-            throw ToolError(path + ": cannot open the manifest");
-        }
-        throw ToolError(path + ":" + std::to_string(document.ErrorRow()) +
-                        ": not well-formed XML: " + document.ErrorDesc());
-    }
-    const TiXmlElement* root = document.RootElement();
-    if (root == nullptr || std::string(root->Value()) != "bitmaps") {
-        throw ToolError(path + ": the root element must be <bitmaps>");
-    }
+    const TiXmlElement* root = LoadManifest(document, path, "bitmaps", TIXML_DEFAULT_ENCODING);
     const size_t slash = path.rfind('/');
     Context ctx(path, slash == std::string::npos ? std::string() : path.substr(0, slash + 1));
 
