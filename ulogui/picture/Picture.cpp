@@ -31,6 +31,16 @@ ULOSize Magnified(ULOSize size) {
 
 // A decoded block as the cache hands it out (owned by the cache).
 struct ULOPicture::Decoded {
+    // Part `part` of version `version` of picture `id`, stamped as the newest use in the cache.
+    static Decoded Read(int id, int version, unsigned int part) {
+        Decoded decoded;
+        int sizeVersionFlags = 0;
+        int stamp = ++decodeCounter;
+        ReadPictureVersion(id, static_cast<unsigned int>(version), part, decoded.bits, decoded.flags,
+                           sizeVersionFlags, decoded.width, decoded.height, decoded.lineWidth, stamp);
+        return decoded;
+    }
+
     unsigned char* bits = nullptr;
     int flags = 0;
     int width = 0;
@@ -61,11 +71,7 @@ ULOPicture::ULOPicture(int id, unsigned int partNumber, bool magnified, bool pre
         return;
     }
 
-    Decoded decoded;
-    int sizeVersionFlags = 0;
-    int stamp = ++decodeCounter;
-    ReadPictureVersion(id, static_cast<unsigned int>(currentVersion), part, decoded.bits, decoded.flags,
-                       sizeVersionFlags, decoded.width, decoded.height, decoded.lineWidth, stamp);
+    const Decoded decoded = Decoded::Read(id, currentVersion, part);
     info = GetInfoByID(id);
 
     const ULOSize target = magnified ? Magnified(ULOSize(decoded.width, decoded.height))
@@ -94,11 +100,7 @@ ULOPicture::ULOPicture(int id, const ULOSize& size, unsigned int partNumber, boo
         return;
     }
 
-    Decoded decoded;
-    int sizeVersionFlags = 0;
-    int stamp = ++decodeCounter;
-    ReadPictureVersion(id, static_cast<unsigned int>(currentVersion), part, decoded.bits, decoded.flags,
-                       sizeVersionFlags, decoded.width, decoded.height, decoded.lineWidth, stamp);
+    const Decoded decoded = Decoded::Read(id, currentVersion, part);
     info = GetInfoByID(id);
     TakeDecoded_(decoded, target, smooth, false);
 }
