@@ -6,6 +6,7 @@
 #include <cstring>
 #include <vector>
 
+#include "bench/BenchSupport.h"
 #include "ulogui/PictureBits.h"
 
 namespace {
@@ -25,12 +26,7 @@ void BM_Fill(benchmark::State& state) {
 void BM_Memset(benchmark::State& state) {
     const int side = static_cast<int>(state.range(0));
     std::vector<unsigned char> bytes(static_cast<size_t>(side) * side * 4);
-    int value = 0;
-    for (auto _ : state) {
-        std::memset(bytes.data(), value++ & 0xFF, bytes.size());
-        benchmark::DoNotOptimize(bytes.data());
-        benchmark::ClobberMemory();
-    }
+    ulobench::MemsetLoop(state, bytes);
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes.size()));
 }
 

@@ -9,10 +9,10 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
+#include "bench/BenchSupport.h"
 #include "ulogui/TrueColorDC.h"
 
 namespace {
@@ -38,12 +38,7 @@ void BM_FillRect(benchmark::State& state) {
 void BM_Memset(benchmark::State& state) {
     const int side = static_cast<int>(state.range(0));
     std::vector<unsigned char> bytes(static_cast<size_t>(side) * side * 4);
-    int value = 0;
-    for (auto _ : state) {
-        std::memset(bytes.data(), value++ & 0xFF, bytes.size());
-        benchmark::DoNotOptimize(bytes.data());
-        benchmark::ClobberMemory();
-    }
+    ulobench::MemsetLoop(state, bytes);
     SetPixelRate(state, side);
 }
 
@@ -64,43 +59,13 @@ BENCHMARK(BM_FillRect)->Arg(64)->Arg(256)->Arg(1024);
 BENCHMARK(BM_Memset)->Arg(64)->Arg(256)->Arg(1024);
 BENCHMARK(BM_PixmanFill)->Arg(64)->Arg(256)->Arg(1024);
 
-// Keeps the pixel rate of every run ("BM_FillRect/64" -> Mpixel/s) while the console shows the table.
-// With repetitions the median is kept.
-class RateCollector : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            const auto pixels = run.counters.find("pixels");
-            if (pixels == run.counters.end()) {
-                continue;
-            }
-            const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
-            if (run.run_type == Run::RT_Iteration || median) {
-                const std::string name = run.run_name.str();
-                if (median || medians.count(name) == 0) {
-                    rates[name] = pixels->second.value / 1e6;
-                }
-                if (median) {
-                    medians.insert(name);
-                }
-            }
-        }
-    }
-    std::map<std::string, double> rates;
-    std::set<std::string> medians;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+    ulobench::RateCollector collector("pixels");
+    if (!ulobench::RunBenchmarks(argc, argv, collector)) {
         return 1;
     }
-    RateCollector collector;
-    benchmark::RunSpecifiedBenchmarks(&collector);
-    benchmark::Shutdown();
 
     std::printf("\n%-6s %16s %16s %16s %14s %14s\n", "side", "FillRect Mpx/s", "memset Mpx/s", "pixman Mpx/s",
                 "FillRect/mem", "FillRect/pix");

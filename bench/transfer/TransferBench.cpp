@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/BenchSupport.h"
 #include "ulogui/PictureBits.h"
 #include "ulogui/PixelTransferLoops.h"
 
@@ -150,23 +151,6 @@ void RegisterAll() {
     }
 }
 
-// Keeps the rate of every run for the summary table.
-class CollectingReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Iteration) {
-                const auto it = run.counters.find("items_per_second");
-                if (it != run.counters.end()) {
-                    rates[run.benchmark_name()] = it->second.value / 1e6;
-                }
-            }
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-    std::map<std::string, double> rates;  // Mpixel/s by "name/size"
-};
-
 void PrintSummary(const std::map<std::string, double>& rates) {
     struct Row {
         const char* wrapper;
@@ -204,13 +188,10 @@ void PrintSummary(const std::map<std::string, double>& rates) {
 
 int main(int argc, char** argv) {
     RegisterAll();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+    ulobench::RateCollector reporter("items_per_second");
+    if (!ulobench::RunBenchmarks(argc, argv, reporter)) {
         return 1;
     }
-    CollectingReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
     PrintSummary(reporter.rates);
-    benchmark::Shutdown();
     return 0;
 }
