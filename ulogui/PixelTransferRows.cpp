@@ -2,6 +2,8 @@
 // path, gathered in tables indexed by functor and wrapper.
 #include <array>
 #include <cstring>
+#include <iterator>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -16,72 +18,25 @@ namespace {
 
 using namespace ULOPixelTransfer;
 
-template <int I>
-struct FunctorOf;
-template <>
-struct FunctorOf<0> {
-    using type = PixelCopy;
-};
-template <>
-struct FunctorOf<1> {
-    using type = PixelFullCopy;
-};
-template <>
-struct FunctorOf<2> {
-    using type = PixelCopyHighlight;
-};
-template <>
-struct FunctorOf<3> {
-    using type = PixelCopyDisabled;
-};
-template <>
-struct FunctorOf<4> {
-    using type = PixelCopyDarken;
-};
-template <>
-struct FunctorOf<5> {
-    using type = PixelCopyRelative;
-};
-template <>
-struct FunctorOf<6> {
-    using type = PixelCopyRelativeOpacity;
+// In the order of the Functor and Wrapper enumerations, which index them.
+using Functors = std::tuple<PixelCopy, PixelFullCopy, PixelCopyHighlight, PixelCopyDisabled, PixelCopyDarken,
+                            PixelCopyRelative, PixelCopyRelativeOpacity>;
+using Wrappers = std::tuple<PlainWrap, SourceAlphaWrap, SourceAlphaOpacityWrap, OpacityWrap, OntoAlphaWrap,
+                            OpacityAllBytesWrap>;
+// The vector kernel of each wrapper.
+constexpr Kernel KernelSet::*kWrapperKernels[] = {
+    &KernelSet::plainColour, &KernelSet::sourceAlpha, &KernelSet::sourceAlphaOpacity,
+    &KernelSet::opacity,     &KernelSet::ontoAlpha,   &KernelSet::opacityAllBytes,
 };
 
-template <int I>
-struct WrapperOf;
-template <>
-struct WrapperOf<0> {
-    using type = PlainWrap;
-    static constexpr Kernel KernelSet::*kernel = &KernelSet::plainColour;
-};
-template <>
-struct WrapperOf<1> {
-    using type = SourceAlphaWrap;
-    static constexpr Kernel KernelSet::*kernel = &KernelSet::sourceAlpha;
-};
-template <>
-struct WrapperOf<2> {
-    using type = SourceAlphaOpacityWrap;
-    static constexpr Kernel KernelSet::*kernel = &KernelSet::sourceAlphaOpacity;
-};
-template <>
-struct WrapperOf<3> {
-    using type = OpacityWrap;
-    static constexpr Kernel KernelSet::*kernel = &KernelSet::opacity;
-};
-template <>
-struct WrapperOf<4> {
-    using type = OntoAlphaWrap;
-    static constexpr Kernel KernelSet::*kernel = &KernelSet::ontoAlpha;
-};
-template <>
-struct WrapperOf<5> {
-    using type = OpacityAllBytesWrap;
-    static constexpr Kernel KernelSet::*kernel = &KernelSet::opacityAllBytes;
-};
+static_assert(std::tuple_size_v<Functors> == kFunctorCount && std::tuple_size_v<Wrappers> == kWrapperCount &&
+                  std::size(kWrapperKernels) == kWrapperCount,
+              "one entry per functor and per wrapper");
 
-static_assert(kFunctorCount == 7 && kWrapperCount == 6,
-              "one FunctorOf per functor, one WrapperOf per wrapper");
+template <int I>
+using FunctorOf = std::tuple_element_t<I, Functors>;
+template <int I>
+using WrapperOf = std::tuple_element_t<I, Wrappers>;
 
 constexpr int kPlain = static_cast<int>(Wrapper::kPlain);
 constexpr int kOpacityAllBytes = static_cast<int>(Wrapper::kOpacityAllBytes);
@@ -123,16 +78,16 @@ const KernelSet& KernelsOf() {
 
 template <Path P, int F, int W>
 void VectorRowFn(Byte* dst, const Byte* src, int count, const CallConstants& c) {
-    using Functor = typename FunctorOf<F>::type;
-    using Wrap = typename WrapperOf<W>::type;
+    using Functor = FunctorOf<F>;
+    using Wrap = WrapperOf<W>;
     if constexpr (F == 1 && W == kPlain) {
         std::memmove(dst, src, static_cast<size_t>(count) * 4);
     } else if constexpr (kKernelReadsSource<F, W>) {
-        const Kernel kernel = KernelsOf<P>().*WrapperOf<W>::kernel;
+        const Kernel kernel = KernelsOf<P>().*kWrapperKernels[W];
         const int done = kernel(dst, src, count, c.k);
         ScalarRow<Functor, Wrap>(dst + 4 * done, src + 4 * done, count - done, c);
     } else if constexpr (kKernelCanStage<W>) {
-        const Kernel kernel = KernelsOf<P>().*WrapperOf<W>::kernel;
+        const Kernel kernel = KernelsOf<P>().*kWrapperKernels[W];
         const Functor functor = MakeFunctor<Functor>(c);
         Byte staged[kStagePixels * 4];
         for (int start = 0; start < count; start += kStagePixels) {
@@ -156,8 +111,7 @@ using RowTable = std::array<RowRoutine, kInstances>;
 
 template <size_t... I>
 constexpr RowTable MakeScalarRows(std::index_sequence<I...>) {
-    return {{&ScalarRowFn<typename FunctorOf<I / kWrapperCount>::type,
-                          typename WrapperOf<I % kWrapperCount>::type>...}};
+    return {{&ScalarRowFn<FunctorOf<I / kWrapperCount>, WrapperOf<I % kWrapperCount>>...}};
 }
 
 template <Path P, size_t... I>
