@@ -15,10 +15,13 @@ namespace transfer_test {
 
 using Pixel = std::array<unsigned char, 4>;  // blue, green, red, alpha
 
-inline Pixel Px(int b, int g, int r, int a) {
-    return Pixel{{static_cast<unsigned char>(b), static_cast<unsigned char>(g), static_cast<unsigned char>(r),
-                  static_cast<unsigned char>(a)}};
-}
+// The wrappers by the names the docs give them.
+constexpr auto W0 = ulogui::transfer::Wrapper::kPlain;
+constexpr auto W1 = ulogui::transfer::Wrapper::kSourceAlpha;
+constexpr auto W2 = ulogui::transfer::Wrapper::kSourceAlphaOpacity;
+constexpr auto W3 = ulogui::transfer::Wrapper::kOpacity;
+constexpr auto W3All = ulogui::transfer::Wrapper::kOpacityAllBytes;
+constexpr auto W4 = ulogui::transfer::Wrapper::kOntoAlpha;
 
 // Leaves the effect tables zero and CLR_GRADATION_TOP_LEFT black after each test, as at load time.
 class TransferTest : public ::testing::Test {
@@ -30,11 +33,12 @@ protected:
     }
 };
 
-inline std::vector<ulogui::transfer::Path> AvailablePaths() {
+// The paths this machine runs, the scalar reference first unless `withScalar` is false.
+inline std::vector<ulogui::transfer::Path> AvailablePaths(bool withScalar = true) {
     using ulogui::transfer::Path;
     std::vector<Path> paths;
     for (Path p : {Path::kScalar, Path::kVector128, Path::kVector256, Path::kVector512}) {
-        if (ulogui::transfer::IsPathAvailable(p)) {
+        if (ulogui::transfer::IsPathAvailable(p) && (withScalar || p != Path::kScalar)) {
             paths.push_back(p);
         }
     }
@@ -42,17 +46,8 @@ inline std::vector<ulogui::transfer::Path> AvailablePaths() {
 }
 
 inline const char* PathName(ulogui::transfer::Path path) {
-    switch (path) {
-        case ulogui::transfer::Path::kScalar:
-            return "scalar";
-        case ulogui::transfer::Path::kVector128:
-            return "vector128";
-        case ulogui::transfer::Path::kVector256:
-            return "vector256";
-        case ulogui::transfer::Path::kVector512:
-            return "vector512";
-    }
-    return "?";
+    static const char* const names[] = {"scalar", "vector128", "vector256", "vector512"};
+    return names[static_cast<int>(path)];
 }
 
 }  // namespace transfer_test

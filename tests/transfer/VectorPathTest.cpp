@@ -1,13 +1,13 @@
-// The vector paths against the scalar reference, bit for bit: exhaustive sweeps of the blending inputs
-// for the wrappers, random rows (every length up to past two vectors, so every tail) for every functor
-// under every wrapper, and the two integer identities the kernels rest on.
+// The vector paths against the scalar reference, bit for bit: an exhaustive sweep of the blending inputs
+// of every wrapper, random rows (every length up to past two vectors, so every tail, and one long row
+// across several staging blocks) for every functor under every wrapper, and the two integer identities
+// the kernels rest on.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <random>
-#include <sstream>
-#include <string>
+#include <utility>
 #include <vector>
 
 #include "TransferTestSupport.h"
@@ -16,32 +16,34 @@
 namespace {
 
 using namespace ulogui::transfer;
-using transfer_test::AvailablePaths;
-using transfer_test::PathName;
+using namespace transfer_test;  // W0 .. W4
+using Bytes = std::vector<unsigned char>;
 
-std::vector<Path> VectorPaths() {
-    std::vector<Path> paths;
-    for (Path p : AvailablePaths()) {
-        if (p != Path::kScalar) {
-            paths.push_back(p);
+void Set(unsigned char* p, unsigned b, unsigned g, unsigned r, unsigned a) {
+    p[0] = static_cast<unsigned char>(b);
+    p[1] = static_cast<unsigned char>(g);
+    p[2] = static_cast<unsigned char>(r);
+    p[3] = static_cast<unsigned char>(a);
+}
+
+// 256 x 256 pixel pairs; `fill(i, j, dst, src)` writes pair 256 * i + j.
+template <class Fill>
+void Grid(Bytes& dst, Bytes& src, Fill fill) {
+    dst.resize(256 * 256 * 4);
+    src.resize(dst.size());
+    for (int i = 0; i < 256; ++i) {
+        for (int j = 0; j < 256; ++j) {
+            fill(i, j, &dst[4 * (256 * i + j)], &src[4 * (256 * i + j)]);
         }
     }
-    return paths;
 }
 
-std::string Describe(const unsigned char* p) {
-    std::ostringstream s;
-    s << "(" << int(p[0]) << ", " << int(p[1]) << ", " << int(p[2]) << ", " << int(p[3]) << ")";
-    return s.str();
-}
-
-// Runs the instance on the scalar path and on `path` over copies of the same rows; true when every
-// byte agrees, otherwise the first difference is reported.
+// Runs the instance on the scalar path and on `path` over copies of the same rows of `rowPixels`; true
+// when every byte agrees, otherwise the first difference is reported.
 ::testing::AssertionResult SameAsScalar(Path path, Functor functor, Wrapper wrapper, float opacity,
-                                        float relativeOpacity, const std::vector<unsigned char>& dst,
-                                        const std::vector<unsigned char>& src, int rowPixels) {
-    std::vector<unsigned char> expected = dst;
-    std::vector<unsigned char> actual = dst;
+                                        float relativeOpacity, const Bytes& dst, const Bytes& src,
+                                        int rowPixels = 256) {
+    Bytes expected = dst, actual = dst;
     const Loop reference(functor, wrapper, opacity, relativeOpacity, Path::kScalar);
     const Loop fast(functor, wrapper, opacity, relativeOpacity, path);
     const int pixels = static_cast<int>(dst.size() / 4);
@@ -50,132 +52,62 @@ std::string Describe(const unsigned char* p) {
         reference.RunRow(&expected[4 * start], &src[4 * start], n);
         fast.RunRow(&actual[4 * start], &src[4 * start], n);
     }
-    if (expected == actual) {
+    const auto mismatch = std::mismatch(expected.begin(), expected.end(), actual.begin());
+    if (mismatch.first == expected.end()) {
         return ::testing::AssertionSuccess();
     }
-    for (int i = 0; i < pixels; ++i) {
-        if (std::memcmp(&expected[4 * i], &actual[4 * i], 4) != 0) {
-            return ::testing::AssertionFailure()
-                   << PathName(path) << ", functor " << int(functor) << ", wrapper " << int(wrapper)
-                   << ", opacity " << opacity << ": pixel " << i << " dst " << Describe(&dst[4 * i])
-                   << " src " << Describe(&src[4 * i]) << " gives " << Describe(&actual[4 * i])
-                   << ", expected " << Describe(&expected[4 * i]);
-        }
-    }
-    return ::testing::AssertionFailure();
+    const size_t i = (mismatch.first - expected.begin()) / 4 * 4;
+    auto at = [i](const Bytes& b) { return ::testing::PrintToString(std::vector<int>(&b[i], &b[i + 4])); };
+    return ::testing::AssertionFailure()
+           << PathName(path) << ", functor " << int(functor) << ", wrapper " << int(wrapper) << ", opacity "
+           << opacity << ": pixel " << i / 4 << " " << at(dst) << " under " << at(src) << " gives "
+           << at(actual) << ", not " << at(expected);
 }
 
-class VectorPathTest : public transfer_test::TransferTest, public ::testing::WithParamInterface<Path> {};
-
-TEST(TransferIdentities, DivisionBy255OfEveryProductSum) {
+TEST(TransferIdentities, DivisionBy255AndTheScaledFloatReciprocal) {
     for (uint32_t x = 0; x <= 255u * 255u; ++x) {
         ASSERT_EQ((x + 1 + (x >> 8)) >> 8, x / 255) << x;
         ASSERT_EQ(((x * kDivide255Multiplier) >> 16) >> kDivide255Shift, x / 255) << x;
     }
-}
-
-TEST(TransferIdentities, CompositingQuotientThroughTheScaledFloatReciprocal) {
     for (int d = 1; d <= 255; ++d) {
         const float reciprocal = kReciprocalScale / static_cast<float>(d);
         for (int n = 0; n <= 255 * d; ++n) {
-            const int q = static_cast<int>(static_cast<float>(n) * reciprocal);
-            ASSERT_EQ(q, n / d) << n << " / " << d;
+            ASSERT_EQ(static_cast<int>(static_cast<float>(n) * reciprocal), n / d) << n << " / " << d;
         }
     }
 }
 
-// Every source alpha against every destination byte and every functor byte.
-TEST_P(VectorPathTest, SourceAlphaAndOpacityOverAllInputs) {
-    std::vector<unsigned char> dst(256 * 256 * 4);
-    std::vector<unsigned char> src(dst.size());
+class VectorPathTest : public transfer_test::TransferTest, public ::testing::WithParamInterface<Path> {};
+
+// Every source alpha against every destination byte and every functor byte under W1 and W2, every weight
+// k = a under W3. The destination's alpha f ^ d takes every value for each source alpha, so W4 sees
+// every pair of alphas, each with 256 pairs of colours.
+TEST_P(VectorPathTest, EveryWrapperOverAllInputs) {
+    const float ontoAlphaOpacities[] = {1.0f, 0.5f, 0.1f, 0.996f};
+    Bytes dst, src;
     for (int a = 0; a < 256; ++a) {
-        for (int d = 0; d < 256; ++d) {
-            for (int f = 0; f < 256; ++f) {
-                unsigned char* p = &dst[4 * (256 * d + f)];
-                unsigned char* s = &src[4 * (256 * d + f)];
-                p[0] = static_cast<unsigned char>(d);
-                p[1] = static_cast<unsigned char>(255 - d);
-                p[2] = static_cast<unsigned char>(d ^ 0x5A);
-                p[3] = static_cast<unsigned char>(f ^ d);
-                s[0] = static_cast<unsigned char>(f);
-                s[1] = static_cast<unsigned char>(255 - f);
-                s[2] = static_cast<unsigned char>(f * 7);
-                s[3] = static_cast<unsigned char>(a);
-            }
-        }
-        ASSERT_TRUE(
-            SameAsScalar(GetParam(), Functor::kCopy, Wrapper::kSourceAlpha, 1.0f, 1.0f, dst, src, 256));
-        for (float opacity : {0.004f, 0.5f, 0.9f}) {
-            ASSERT_TRUE(SameAsScalar(GetParam(), Functor::kCopy, Wrapper::kSourceAlphaOpacity, opacity, 1.0f,
-                                     dst, src, 256));
+        Grid(dst, src, [a](int d, int f, unsigned char* p, unsigned char* s) {
+            Set(p, d, 255 - d, d ^ 0x5A, f ^ d);
+            Set(s, f, 255 - f, f * 7, a);
+        });
+        const float weightA = (static_cast<float>(a) + 0.5f) / 255.0f;  // trunc(weightA * 255) == a
+        ASSERT_EQ(OpacityWeight(weightA), a);
+        const std::pair<Wrapper, float> runs[] = {{W1, 1.0f},
+                                                  {W2, 0.004f},
+                                                  {W2, 0.5f},
+                                                  {W2, 0.9f},
+                                                  {W3, weightA},
+                                                  {W3All, weightA},
+                                                  {W4, ontoAlphaOpacities[a % 4]}};
+        for (const auto& run : runs) {
+            const Functor functor = run.first == W3All ? Functor::kFullCopy : Functor::kCopy;
+            ASSERT_TRUE(SameAsScalar(GetParam(), functor, run.first, run.second, 1.0f, dst, src));
         }
     }
 }
 
-// Every weight against every destination byte and every functor byte.
-TEST_P(VectorPathTest, OpacityOverAllWeights) {
-    std::vector<unsigned char> dst(256 * 256 * 4);
-    std::vector<unsigned char> src(dst.size());
-    for (int d = 0; d < 256; ++d) {
-        for (int f = 0; f < 256; ++f) {
-            unsigned char* p = &dst[4 * (256 * d + f)];
-            unsigned char* s = &src[4 * (256 * d + f)];
-            p[0] = p[3] = static_cast<unsigned char>(d);
-            p[1] = static_cast<unsigned char>(f);
-            p[2] = static_cast<unsigned char>(255 - d);
-            s[0] = s[3] = static_cast<unsigned char>(f);
-            s[1] = static_cast<unsigned char>(d);
-            s[2] = static_cast<unsigned char>(255 - f);
-        }
-    }
-    for (int k = 0; k <= 255; ++k) {
-        const float opacity = (static_cast<float>(k) + 0.5f) / 255.0f;  // trunc(opacity * 255) == k
-        ASSERT_EQ(OpacityWeight(opacity), k);
-        ASSERT_TRUE(
-            SameAsScalar(GetParam(), Functor::kCopy, Wrapper::kOpacity, opacity, 1.0f, dst, src, 256));
-        ASSERT_TRUE(SameAsScalar(GetParam(), Functor::kFullCopy, Wrapper::kOpacityAllBytes, opacity, 1.0f,
-                                 dst, src, 256));
-    }
-}
-
-// Every source alpha against every destination alpha, with colour bytes of all values.
-TEST_P(VectorPathTest, OntoAlphaOverAllAlphaPairs) {
-    std::mt19937 random(7);
-    std::vector<unsigned char> dst(256 * 256 * 4);
-    std::vector<unsigned char> src(dst.size());
-    for (int a = 0; a < 256; ++a) {
-        for (int b = 0; b < 256; ++b) {
-            unsigned char* p = &dst[4 * (256 * a + b)];
-            unsigned char* s = &src[4 * (256 * a + b)];
-            for (int i = 0; i < 3; ++i) {
-                p[i] = static_cast<unsigned char>(random());
-                s[i] = static_cast<unsigned char>(random());
-            }
-            // Extremes, where the quotient is an exact integer, as often as anything else.
-            if ((a + b) % 5 == 0) {
-                p[0] = s[1] = 255;
-                p[1] = s[0] = 0;
-            }
-            p[3] = static_cast<unsigned char>(b);
-            s[3] = static_cast<unsigned char>(a);
-        }
-    }
-    for (float opacity : {1.0f, 0.5f, 0.1f, 0.996f}) {
-        for (int round = 0; round < 4; ++round) {
-            ASSERT_TRUE(
-                SameAsScalar(GetParam(), Functor::kCopy, Wrapper::kOntoAlpha, opacity, 1.0f, dst, src, 256));
-            for (size_t i = 0; i < dst.size(); ++i) {
-                if (i % 4 != 3) {
-                    dst[i] = static_cast<unsigned char>(random());
-                    src[i] = static_cast<unsigned char>(random());
-                }
-            }
-        }
-    }
-}
-
-// Every functor under every wrapper, rows of every length up to 70 pixels, alpha bytes biased toward
-// the values where the wrappers branch.
+// Every functor under every wrapper, rows of every length up to 70 pixels and one of 1031 (the functor
+// runs in staging blocks of 256), alpha bytes biased toward the values where the wrappers branch.
 TEST_P(VectorPathTest, EveryInstanceOnRandomRowsOfEveryLength) {
     std::mt19937 random(11);
     for (int i = 0; i < 256; ++i) {
@@ -186,91 +118,57 @@ TEST_P(VectorPathTest, EveryInstanceOnRandomRowsOfEveryLength) {
     const unsigned char specialAlpha[] = {0, 1, 254, 255, 128};
     auto alpha = [&]() {
         const unsigned r = random() % 10;
-        return r < 5 ? specialAlpha[r] : static_cast<unsigned char>(random());
+        return r < 5 ? specialAlpha[r] : random();
     };
-    for (int length = 0; length <= 70; ++length) {
-        std::vector<unsigned char> dst(4 * length);
-        std::vector<unsigned char> src(4 * length);
-        for (int p = 0; p < length; ++p) {
-            for (int i = 0; i < 3; ++i) {
-                dst[4 * p + i] = static_cast<unsigned char>(random());
-                src[4 * p + i] = static_cast<unsigned char>(random());
-            }
-            dst[4 * p + 3] = alpha();
-            src[4 * p + 3] = alpha();
+    for (int length = 0; length <= 71; ++length) {
+        const int pixels = length <= 70 ? length : 1031;
+        Bytes dst(4 * pixels), src(4 * pixels);
+        for (int p = 0; p < pixels; ++p) {
+            Set(&dst[4 * p], random(), random(), random(), alpha());
+            Set(&src[4 * p], random(), random(), random(), alpha());
         }
         for (int f = 0; f < kFunctorCount; ++f) {
             for (int w = 0; w < kWrapperCount; ++w) {
                 for (float opacity : {1.0f, 0.5f, 0.0f, 0.73f}) {
                     ASSERT_TRUE(SameAsScalar(GetParam(), static_cast<Functor>(f), static_cast<Wrapper>(w),
-                                             opacity, 0.6f, dst, src, std::max(length, 1)))
-                        << "row of " << length;
+                                             opacity, length % 2 ? -0.7f : 0.6f, dst, src,
+                                             std::max(pixels, 1)))
+                        << "row of " << pixels;
                 }
             }
         }
     }
 }
 
-// Staging runs the functor in blocks; a long row crosses several of them.
-TEST_P(VectorPathTest, LongRowsCrossStagingBlocks) {
-    std::mt19937 random(13);
-    for (int i = 0; i < 256; ++i) {
-        HIGHLIGHT_CLR_COMPONENT[i] = static_cast<unsigned char>(random());
-    }
-    const int length = 1031;
-    std::vector<unsigned char> dst(4 * length);
-    std::vector<unsigned char> src(4 * length);
-    for (size_t i = 0; i < dst.size(); ++i) {
-        dst[i] = static_cast<unsigned char>(random());
-        src[i] = static_cast<unsigned char>(random());
-    }
-    for (Wrapper w :
-         {Wrapper::kSourceAlpha, Wrapper::kSourceAlphaOpacity, Wrapper::kOpacity, Wrapper::kOntoAlpha}) {
-        ASSERT_TRUE(SameAsScalar(GetParam(), Functor::kHighlight, w, 0.8f, 1.0f, dst, src, length));
-        ASSERT_TRUE(SameAsScalar(GetParam(), Functor::kRelativeOpacity, w, 0.8f, -0.7f, dst, src, length));
-    }
-}
+INSTANTIATE_TEST_SUITE_P(Paths, VectorPathTest, ::testing::ValuesIn(transfer_test::AvailablePaths(false)),
+                         [](const ::testing::TestParamInfo<Path>& p) { return PathName(p.param); });
 
 // The kernels at a width no instruction set of this machine has (two pixels a vector) take the
 // portable code of every helper: the same results again.
 TEST(PortableKernels, TwoPixelVectorsMatchTheScalarReference) {
     constexpr KernelSet kernels = MakeKernelSet<8>();
-    struct Case {
-        Kernel kernel;
-        Functor functor;
-        Wrapper wrapper;
-    };
-    const Case cases[] = {
-        {kernels.plainColour, Functor::kCopy, Wrapper::kPlain},
-        {kernels.sourceAlpha, Functor::kCopy, Wrapper::kSourceAlpha},
-        {kernels.sourceAlphaOpacity, Functor::kCopy, Wrapper::kSourceAlphaOpacity},
-        {kernels.opacity, Functor::kCopy, Wrapper::kOpacity},
-        {kernels.opacityAllBytes, Functor::kFullCopy, Wrapper::kOpacityAllBytes},
-        {kernels.ontoAlpha, Functor::kCopy, Wrapper::kOntoAlpha},
-    };
+    const std::pair<Kernel, Wrapper> cases[] = {{kernels.plainColour, W0},        {kernels.sourceAlpha, W1},
+                                                {kernels.sourceAlphaOpacity, W2}, {kernels.opacity, W3},
+                                                {kernels.opacityAllBytes, W3All}, {kernels.ontoAlpha, W4}};
     std::mt19937 random(17);
     const int pixels = 4099;
-    std::vector<unsigned char> dst(4 * pixels);
-    std::vector<unsigned char> src(4 * pixels);
+    Bytes dst(4 * pixels), src(4 * pixels);
     for (size_t i = 0; i < dst.size(); ++i) {
         dst[i] = static_cast<unsigned char>(random());
         src[i] = static_cast<unsigned char>(random());
     }
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         for (float opacity : {1.0f, 0.3f}) {
-            const Loop reference(c.functor, c.wrapper, opacity, 1.0f, Path::kScalar);
-            std::vector<unsigned char> expected = dst;
+            const Functor functor = c.second == W3All ? Functor::kFullCopy : Functor::kCopy;
+            const Loop reference(functor, c.second, opacity, 1.0f, Path::kScalar);
+            Bytes expected = dst, actual = dst;
             reference.RunRow(expected.data(), src.data(), pixels);
-            std::vector<unsigned char> actual = dst;
-            const int done = c.kernel(actual.data(), src.data(), pixels, reference.GetConstants().k);
+            const int done = c.first(actual.data(), src.data(), pixels, reference.GetConstants().k);
             EXPECT_EQ(done, pixels - 1);
             reference.RunRow(&actual[4 * done], &src[4 * done], pixels - done);
-            EXPECT_TRUE(expected == actual) << "wrapper " << int(c.wrapper) << ", opacity " << opacity;
+            EXPECT_TRUE(expected == actual) << "wrapper " << int(c.second) << ", opacity " << opacity;
         }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Paths, VectorPathTest, ::testing::ValuesIn(VectorPaths()),
-                         [](const ::testing::TestParamInfo<Path>& p) { return PathName(p.param); });
 
 }  // namespace
