@@ -1,9 +1,10 @@
 #pragma once
-// Shared pieces of the drawing surface tests: the magnifier fixture, a surface that watches the frame
-// from inside its virtual getters, and raw pixel reads.
+// Shared pieces of the drawing surface tests: the magnifier fixture, surfaces over memory they did not
+// allocate, a surface that watches the frame from inside its virtual getters, and raw pixel checks.
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdlib>
 #include <stdexcept>
 #include <vector>
 
@@ -27,6 +28,7 @@ protected:
 };
 
 using Pixel = std::array<unsigned char, 4>;
+const Pixel kClear{0, 0, 0, 0};
 
 // The four bytes of device pixel (x, y), found bottom-up from the stored geometry.
 inline Pixel PixelAt(const ULOTrueColorDCBase& dc, int x, int y) {
@@ -37,6 +39,32 @@ inline Pixel PixelAt(const ULOTrueColorDCBase& dc, int x, int y) {
 inline Pixel Bgra(const CLR& c, unsigned char alpha) {
     return Pixel{c.blue, c.green, c.red, alpha};
 }
+
+// Expects exactly the device pixels inside `area` to be `inside`, all others `outside`.
+inline void ExpectOnly(const ULOTrueColorDCBase& dc, const ULORect& area, const Pixel& inside,
+                       const Pixel& outside = kClear) {
+    for (int y = 0; y < dc.GetHeight(true); ++y) {
+        for (int x = 0; x < dc.GetWidth(true); ++x) {
+            ASSERT_EQ(PixelAt(dc, x, y), area.Contains(ULOPoint(x, y)) ? inside : outside)
+                << "at (" << x << ", " << y << ")";
+        }
+    }
+}
+
+// A subclass that brings its own buffer through the protected constructor: memory it keeps (the surface
+// must not free it), or a block it hands over (the surface must free it, or the sanitizer build reports
+// a leak).
+class BufferSurface : public ULOTrueColorDCBase {
+public:
+    BufferSurface(unsigned char* memory, int w, int h, int lineWidth, int flags = 0) {
+        ULOPictureBits::operator=(ULOPictureBits(memory, w, h, lineWidth, flags));
+    }
+    BufferSurface(int w, int h) {
+        Reset(static_cast<unsigned char*>(std::calloc(static_cast<size_t>(w) * h, 4)), w, h, w * 4, 0);
+        ownBuffer = true;
+    }
+    bool OwnBuffer() const { return ownBuffer; }
+};
 
 // Records what the frame looks like from inside the drawing members (the guard flag and whether the
 // bits may be read) each time the height is asked for, and can throw from there.
