@@ -118,12 +118,8 @@ ULOPicture::ULOPicture(const unsigned char* source, int newWidth, int newHeight,
     Reset(block, newWidth, newHeight, stride, newFlags);
 }
 
-ULOPicture::ULOPicture(ULOSize size, int newFlags, int parts) : requestedSize(0x7FFFFFFF, 0x7FFFFFFF) {
-    ResetInfo_(parts, newFlags, size.cx, size.cy);
-    InitCurrentVersion_();
-    const int stride = ULOPictureUtil::ComputeLineWidth(size.cx, newFlags);
-    Reset(AllocatePixelBlock(PixelBlockSize(stride, size.cy), true), size.cx, size.cy, stride, newFlags);
-}
+ULOPicture::ULOPicture(ULOSize size, int newFlags, int parts)
+    : ULOPicture(nullptr, size.cx, size.cy, newFlags, parts) {}
 
 ULOPicture::ULOPicture(const ULOPicture& other)
     : ULOPictureBits(),
