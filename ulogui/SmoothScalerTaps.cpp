@@ -12,6 +12,17 @@ namespace smooth {
 
 namespace {
 
+// floor and ceil for values well inside the int64 range, without a library call.
+double Floor(double v) {
+    const double t = static_cast<double>(static_cast<std::int64_t>(v));
+    return t > v ? t - 1 : t;
+}
+
+double Ceil(double v) {
+    const double t = static_cast<double>(static_cast<std::int64_t>(v));
+    return t < v ? t + 1 : t;
+}
+
 struct RawTap {
     std::int32_t index;
     double weight;
@@ -32,12 +43,12 @@ void AppendOutput(AxisTaps& taps, const RawTap* raw, std::size_t count, int sour
         return;
     }
     const std::size_t first = taps.index.size();
+    const double unit = kWeightOne / total;
     double running = 0;
     int previous = 0;
     for (std::size_t k = 0; k < count; ++k) {
         running += raw[k].weight;
-        const int rounded =
-            k + 1 == count ? kWeightOne : static_cast<int>(std::floor(running / total * kWeightOne + 0.5));
+        const int rounded = k + 1 == count ? kWeightOne : static_cast<int>(Floor(running * unit + 0.5));
         taps.index.push_back(raw[k].index);
         taps.weight.push_back(static_cast<std::int16_t>(rounded - previous));
         previous = rounded;
@@ -170,7 +181,7 @@ AxisTaps AreaTaps(int sourceLength, int outputLength, double scale, int offset) 
         // The window in source units; its edges are exact in double (scale has a float's precision).
         const double begin = i * scale;
         const double end = (i + 1) * scale;
-        for (double cell = std::floor(begin); cell < end; cell += 1) {
+        for (double cell = Floor(begin); cell < end; cell += 1) {
             const double covered = std::min(cell + 1, end) - std::max(cell, begin);
             const double index = cell + offset;
             if (covered <= 0 || index >= sourceLength) {
@@ -185,29 +196,41 @@ AxisTaps AreaTaps(int sourceLength, int outputLength, double scale, int offset) 
 }
 
 AxisTaps BilinearTaps(int sourceLength, int outputLength, double scale, int offset) {
+    // Every output has exactly one pair, so the tables are written in place; the weights follow the
+    // same rule as AppendOutput (the first rounded, the second the rest).
     AxisTaps taps;
-    taps.start.reserve(static_cast<std::size_t>(outputLength) + 1);
-    taps.start.push_back(0);
-    taps.index.reserve(static_cast<std::size_t>(outputLength) * 2);
-    taps.weight.reserve(static_cast<std::size_t>(outputLength) * 2);
+    const std::size_t outputs = static_cast<std::size_t>(std::max(outputLength, 0));
+    taps.start.resize(outputs + 1);
+    taps.index.resize(outputs * 2);
+    taps.weight.resize(outputs * 2);
+    taps.maxSpan = std::min(sourceLength, 2);
     const double last = sourceLength - 1;
-    for (int i = 0; i < outputLength; ++i) {
-        const double p = offset + scale * (i + 0.5) - 0.5;
-        const double low = std::min(std::max(std::floor(p), 0.0), last);
-        const double high = std::min(std::ceil(p), last);
-        RawTap raw[2];
-        std::size_t count = 1;
-        if (low == high) {
-            raw[0] = {static_cast<std::int32_t>(low), 1.0};
-        } else {
+    for (std::size_t i = 0; i < outputs; ++i) {
+        const double p = offset + scale * (static_cast<double>(i) + 0.5) - 0.5;
+        const double low = std::min(std::max(Floor(p), 0.0), last);
+        const double high = std::min(Ceil(p), last);
+        std::int32_t first = static_cast<std::int32_t>(low);
+        int firstWeight = kWeightOne;
+        if (low != high) {
             // Here low = floor(p) and high = low + 1, so f lies in [0, 1).
             const double f = std::max(p - low, 0.0);
-            raw[0] = {static_cast<std::int32_t>(low), 1 - f};
-            raw[1] = {static_cast<std::int32_t>(high), f};
-            count = 2;
+            firstWeight = static_cast<int>(Floor((1 - f) * kWeightOne + 0.5));
+        } else if (first + 1 >= sourceLength) {
+            // One pixel at the right edge: paired with its weight-0 left neighbour, if there is one.
+            if (first > 0) {
+                --first;
+                firstWeight = 0;
+            } else {
+                taps.adjacentPairs = false;
+            }
         }
-        AppendOutput(taps, raw, count, sourceLength);
+        taps.start[i] = static_cast<std::int32_t>(2 * i);
+        taps.index[2 * i] = first;
+        taps.index[2 * i + 1] = sourceLength > 1 ? first + 1 : first;
+        taps.weight[2 * i] = static_cast<std::int16_t>(firstWeight);
+        taps.weight[2 * i + 1] = static_cast<std::int16_t>(kWeightOne - firstWeight);
     }
+    taps.start[outputs] = static_cast<std::int32_t>(2 * outputs);
     Finish(taps, outputLength, sourceLength);
     return taps;
 }
