@@ -11,62 +11,35 @@ namespace {
 
 using namespace resample_test;
 
-// Crop(w, h, position) must take the source rectangle of its table: checked by the pixel that lands at
-// the new top-left corner, for every anchor, on a 10 x 8 picture cut to 4 x 3.
+// 10 x 8 cut to 4 x 3: W - w = 6, H - h = 5, halves rounded toward zero. Position 2 takes the width
+// difference as its top edge and keeps the left edge at 0: rectangle (0, 6, 4, 9), whose last row lies
+// below the picture and stays cleared.
 TEST(CropTest, EveryAnchorTakesItsRectangle) {
-    struct Expect {
-        ULOPictureBits::ECropPosition position;
+    struct Anchor {
+        int position;
         int left;
         int top;
     };
-    // W - w = 6, H - h = 5; halves round toward zero.
-    const Expect anchors[] = {
-        {ULOPictureBits::eCropTopLeft, 0, 0},
-        {ULOPictureBits::eCropTop, 3, 0},
-        {ULOPictureBits::eCropTopRight, 0, 6},  // the width difference as the top edge, left edge 0
-        {ULOPictureBits::eCropLeft, 0, 2},
-        {ULOPictureBits::eCropCenter, 3, 2},
-        {ULOPictureBits::eCropRight, 6, 2},
-        {ULOPictureBits::eCropBottomLeft, 0, 5},
-        {ULOPictureBits::eCropBottom, 3, 5},
-        {ULOPictureBits::eCropBottomRight, 6, 5},
-        {static_cast<ULOPictureBits::ECropPosition>(9), 0, 0},
-        {static_cast<ULOPictureBits::ECropPosition>(-3), 0, 0},
-    };
-    for (const Expect& e : anchors) {
-        TestBits b(ULOSize(10, 8), PICTBITS_ALPHA);
-        Paint(b, Distinct);
-        b.Crop(4, 3, e.position);
-        ASSERT_EQ(b.GetSize(false), ULOSize(4, 3));
-        EXPECT_TRUE(b.OwnsBits());
-        // Position 2's rectangle (0, 6, 4, 9) reaches one row below the picture: its last row is not
-        // in the block and stays cleared.
-        const int lastRow = e.position == ULOPictureBits::eCropTopRight ? 1 : 2;
-        TestBits original(ULOSize(10, 8), PICTBITS_ALPHA);
-        Paint(original, Distinct);
-        for (int y = 0; y <= lastRow; ++y) {
-            EXPECT_EQ(Pixel(b, 0, y), Pixel(original, e.left, e.top + y)) << "position " << e.position;
-        }
-        if (e.position == ULOPictureBits::eCropTopRight) {
-            EXPECT_EQ(Pixel(b, 3, 2), (std::vector<std::uint8_t>{0, 0, 0, 0}));
-        }
-    }
-}
-
-TEST(CropTest, CentreOfTenByTenTakesRowsAndColumnsThreeToSix) {
+    const Anchor anchors[] = {{0, 0, 0}, {1, 3, 0}, {2, 0, 6}, {3, 0, 2}, {4, 3, 2}, {5, 6, 2},
+                              {6, 0, 5}, {7, 3, 5}, {8, 6, 5}, {9, 0, 0}, {-3, 0, 0}};
     for (int flags : kFormats) {
-        TestBits b(ULOSize(10, 10), flags);
-        Paint(b, Distinct);
-        b.Crop(4, 4, ULOPictureBits::eCropCenter);
-        for (int y = 0; y < 4; ++y) {
-            for (int x = 0; x < 4; ++x) {
-                EXPECT_EQ(Pixel(b, x, y)[0], Distinct(x + 3, y + 3, 0));
-            }
+        TestBits original(ULOSize(10, 8), flags);
+        Paint(original, Distinct);
+        for (const Anchor& a : anchors) {
+            TestBits b(ULOSize(10, 8), flags);
+            Paint(b, Distinct);
+            b.Crop(4, 3, static_cast<ULOPictureBits::ECropPosition>(a.position));
+            ASSERT_EQ(b.GetSize(false), ULOSize(4, 3));
+            EXPECT_TRUE(b.OwnsBits());
+            const int rows = a.position == 2 ? 2 : 3;
+            std::vector<std::uint8_t> expected = Region(original, a.left, a.top, 4, rows);
+            expected.resize(12 * b.GetBytesPerPixel(), 0);
+            EXPECT_EQ(Pixels(b), expected) << "position " << a.position << " flags " << flags;
         }
-        TestBits r(ULOSize(10, 10), flags);
+        TestBits r(ULOSize(10, 8), flags);
         Paint(r, Distinct);
-        r.Crop(ULORect(3, 3, 7, 7));
-        EXPECT_EQ(Pixels(r), Pixels(b));
+        r.Crop(ULORect(3, 2, 7, 5));
+        EXPECT_EQ(Pixels(r), Region(original, 3, 2, 4, 3));
     }
 }
 
@@ -74,30 +47,28 @@ TEST(CropTest, CentreOfTenByTenTakesRowsAndColumnsThreeToSix) {
 // pixel of the row below it in the picture (the previous row in memory), one right of it the first
 // pixel of the row above; what is outside the block stays cleared.
 TEST(CropTest, BeyondThePictureReadsOnlyInsideTheBlock) {
+    TestBits original(ULOSize(10, 10), PICTBITS_ALPHA);
+    Paint(original, Distinct);
     TestBits b(ULOSize(10, 10), PICTBITS_ALPHA);
     Paint(b, Distinct);
     b.Crop(12, 12, ULOPictureBits::eCropCenter);  // rectangle (-1, -1, 11, 11)
-    TestBits original(ULOSize(10, 10), PICTBITS_ALPHA);
-    Paint(original, Distinct);
     const std::vector<std::uint8_t> zero(4, 0);
-    // Source rows -1 and 10 lie outside the block but for one pixel each: (-1, -1) is the block's last
-    // pixel, (10, 10) its first.
+    // Source rows -1 and 10 lie outside the block but for (-1, -1), the block's last pixel, and
+    // (10, 10), its first.
+    EXPECT_EQ(Pixel(b, 0, 0), Pixel(original, 9, 0));
+    EXPECT_EQ(Pixel(b, 11, 11), Pixel(original, 0, 9));
     for (int x = 1; x < 12; ++x) {
         EXPECT_EQ(Pixel(b, x, 0), zero);
         EXPECT_EQ(Pixel(b, x - 1, 11), zero);
     }
-    EXPECT_EQ(Pixel(b, 0, 0), Pixel(original, 9, 0));
-    EXPECT_EQ(Pixel(b, 11, 11), Pixel(original, 0, 9));
     for (int r = 0; r < 10; ++r) {
-        for (int x = 0; x < 10; ++x) {
-            EXPECT_EQ(Pixel(b, x + 1, r + 1), Pixel(original, x, r));
-        }
+        EXPECT_EQ(Region(b, 1, r + 1, 10, 1), Region(original, 0, r, 10, 1));
         EXPECT_EQ(Pixel(b, 0, r + 1), r < 9 ? Pixel(original, 9, r + 1) : zero);
         EXPECT_EQ(Pixel(b, 11, r + 1), r > 0 ? Pixel(original, 0, r - 1) : zero);
     }
 }
 
-std::vector<std::uint8_t> Row(const ULOPictureBits& b, int y) {
+std::vector<std::uint8_t> FirstBytes(const ULOPictureBits& b, int y) {
     std::vector<std::uint8_t> row;
     for (int x = 0; x < b.GetWidth(false); ++x) {
         row.push_back(Pixel(b, x, y)[0]);
@@ -106,24 +77,19 @@ std::vector<std::uint8_t> Row(const ULOPictureBits& b, int y) {
 }
 
 TEST(StretchTest, HEnlargeRepeatsOrDropsColumnsAroundTheSplit) {
+    const auto abcd = [](int x, int y, int) { return static_cast<std::uint8_t>('a' + x + 10 * y); };
     for (int flags : kFormats) {
-        const auto abcd = [](int x, int y, int) { return static_cast<std::uint8_t>('a' + x + 10 * y); };
         TestBits grow(ULOSize(4, 2), flags);
         Paint(grow, abcd);
         grow.HEnlarge(7, 1);
-        EXPECT_EQ(Row(grow, 0), (std::vector<std::uint8_t>{'a', 'b', 'b', 'b', 'b', 'c', 'd'}));
-        EXPECT_EQ(Row(grow, 1)[4], 'b' + 10);
+        EXPECT_EQ(FirstBytes(grow, 0), (std::vector<std::uint8_t>{'a', 'b', 'b', 'b', 'b', 'c', 'd'}));
+        EXPECT_EQ(FirstBytes(grow, 1)[4], 'b' + 10);
         EXPECT_EQ(grow.GetLineWidth(false), ULOPictureUtil::ComputeLineWidth(7, flags));
 
         TestBits shrink(ULOSize(4, 2), flags);
         Paint(shrink, abcd);
         shrink.HEnlarge(2, -1);  // split 2, remove 2: columns 1 and 2 go
-        EXPECT_EQ(Row(shrink, 0), (std::vector<std::uint8_t>{'a', 'd'}));
-
-        TestBits same(ULOSize(4, 2), flags);
-        const unsigned char* block = same.GetBits();
-        same.HEnlarge(4, 0);
-        EXPECT_EQ(same.GetBits(), block);
+        EXPECT_EQ(FirstBytes(shrink, 0), (std::vector<std::uint8_t>{'a', 'd'}));
     }
 }
 
@@ -135,7 +101,6 @@ TEST(StretchTest, VEnlargeRepeatsAMemoryRowAndNeverShrinks) {
         b.VEnlarge(3, 0);
         b.VEnlarge(2, 0);
         EXPECT_EQ(b.GetBits(), block);
-
         // Memory row 1 is picture row 1 of 3; split 1 repeats it twice more.
         b.VEnlarge(5, 1);
         ASSERT_EQ(b.GetSize(false), ULOSize(2, 5));
@@ -159,17 +124,11 @@ TEST(StretchTest, HResizeCentresRowsBetweenTransparentPadding) {
     TestBits b(ULOSize(2, 2), PICTBITS_ALPHA);
     Paint(b, [](int, int, int) { return 9; });
     b.HResize(5);  // 1 pixel before, 2 after
-    const std::vector<std::uint8_t> pad{0, 0, 0, 255};
-    const std::vector<std::uint8_t> nine(4, 9);
-    for (int y = 0; y < 2; ++y) {
-        EXPECT_EQ(Pixel(b, 0, y), pad);
-        EXPECT_EQ(Pixel(b, 1, y), nine);
-        EXPECT_EQ(Pixel(b, 2, y), nine);
-        EXPECT_EQ(Pixel(b, 3, y), pad);
-        EXPECT_EQ(Pixel(b, 4, y), pad);
-    }
     b.HResize(3);  // never narrows
-    EXPECT_EQ(b.GetWidth(false), 5);
+    const std::vector<std::uint8_t> pad{0, 0, 0, 255}, nine(4, 9);
+    for (int y = 0; y < 2; ++y) {
+        EXPECT_EQ(Region(b, 0, y, 5, 1), Concat({pad, nine, nine, pad, pad}));
+    }
 
     // A mask row carries padding of its own, which is copied too, and the rows are not realigned:
     // 1 + 4 + 1 = 6 bytes per row in a block of 4-byte rows.
