@@ -10,14 +10,85 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <string>
 #include <vector>
 
+#include "toolslib/MultiProc.h"
 #include "ulogui/platform/linux/FaceCatalogue.h"
 #include "ulogui/platform/linux/SfntFacts.h"
+#include "ulolib/Interruptor.h"
 
 namespace ulogui {
 namespace platform {
 namespace ft {
+
+// Set before any face is opened: the classic TrueType interpreter, whose hinted advances the Windows
+// engine reports. If a FreeType build lacks it, the monochrome load target of the newer one comes
+// closest (it differs on a handful of composite glyphs).
+void UseClassicInterpreter(FT_Library ft) {
+    FT_UInt classic = TT_INTERPRETER_VERSION_35;
+    FT_Property_Set(ft, "truetype", "interpreter-version", &classic);
+}
+
+// Hinted for monochrome output, as the classic engine measures; never auto-hinted, which that
+// engine cannot do.
+constexpr FT_Int32 kAdvanceLoadFlags =
+    FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH;
+
+// The hinted advance in whole pixels of a glyph at the face's active size; 0 when it cannot be
+// loaded.
+int32_t LoadHintedAdvance(FT_Face face, FT_UInt glyph) {
+    if (FT_Load_Glyph(face, glyph, kAdvanceLoadFlags) != 0) {
+        return 0;
+    }
+    return static_cast<int32_t>((face->glyph->metrics.horiAdvance + 63) >> 6);
+}
+
+// A second opening of a face file in a FreeType library of its own, so that another thread can
+// hint glyphs while the engine's library stays locked by the thread that asked. Its results are
+// those of the engine's face: same file, same interpreter, same size, same load flags.
+class HelperFace {
+public:
+    HelperFace(const std::string& path, int index) {
+        if (FT_Init_FreeType(&ft_) != 0) {
+            ft_ = nullptr;
+            return;
+        }
+        UseClassicInterpreter(ft_);
+        if (FT_New_Face(ft_, path.c_str(), index, &face_) != 0) {
+            face_ = nullptr;
+        }
+    }
+    ~HelperFace() {
+        if (ft_) {
+            FT_Done_FreeType(ft_);  // closes the face too
+        }
+    }
+    HelperFace(const HelperFace&) = delete;
+    HelperFace& operator=(const HelperFace&) = delete;
+
+    // The face set to ppem, or null when it could not be opened or sized.
+    FT_Face AtSize(uint32_t ppem) {
+        if (!face_) {
+            return nullptr;
+        }
+        if (ppem != ppem_) {
+            if (FT_Set_Pixel_Sizes(face_, 0, ppem) != 0) {
+                ppem_ = 0;
+                return nullptr;
+            }
+            ppem_ = ppem;
+        }
+        return face_;
+    }
+
+private:
+    FT_Library ft_ = nullptr;
+    FT_Face face_ = nullptr;
+    uint32_t ppem_ = 0;
+};
 
 // One FreeType library per engine. FreeType objects of one library are not thread-safe, so every
 // use of the library, its faces and sizes holds the one lock.
@@ -29,11 +100,7 @@ struct Library {
             ft = nullptr;
             return;
         }
-        // The classic TrueType interpreter, whose hinted advances the Windows engine reports. If a
-        // FreeType build lacks it, the monochrome load target of the newer one comes closest (it
-        // differs on a handful of composite glyphs).
-        FT_UInt classic = TT_INTERPRETER_VERSION_35;
-        FT_Property_Set(ft, "truetype", "interpreter-version", &classic);
+        UseClassicInterpreter(ft);
     }
     ~Library() {
         if (ft) {
@@ -46,7 +113,8 @@ struct Library {
 // design values, hinted advances per pixel size, and the face's kerning pairs.
 class SharedFace {
 public:
-    SharedFace(std::shared_ptr<Library> library, FT_Face face) : library_(std::move(library)), face_(face) {
+    SharedFace(std::shared_ptr<Library> library, FT_Face face, std::string path, int index)
+        : library_(std::move(library)), face_(face), path_(std::move(path)), index_(index) {
         if (!face_->charmap) {
             // Symbol faces map their characters at U+F000..U+F0FF only.
             if (FT_Select_Charmap(face_, FT_ENCODING_MS_SYMBOL) == 0) {
@@ -92,29 +160,28 @@ public:
         return FT_Get_Char_Index(face_, codePoint);
     }
 
-    // The advance of a glyph at the active size (ppem), computed once per size. The caller holds
-    // the library lock and has activated a size of that ppem.
-    int32_t HintedAdvance(uint32_t ppem, FT_UInt glyph) {
+    // The advances at the active size (ppem) of the glyphs of a run of code points, plus extra; each
+    // glyph is hinted once per size, however many code points map to it. The caller holds the
+    // library lock and has activated a size of that ppem.
+    void HintedAdvances(uint32_t ppem, std::vector<FT_UInt> glyphs, int32_t extra, int32_t* widths) {
         std::vector<int32_t>& table = advances_[ppem];
         if (table.empty()) {
-            table.assign(static_cast<size_t>(std::max<FT_Long>(face_->num_glyphs, 1)), -1);
+            table.assign(static_cast<size_t>(std::max<FT_Long>(face_->num_glyphs, 1)), kUnknown);
         }
-        if (glyph >= table.size()) {
-            glyph = 0;
-        }
-        int32_t& advance = table[glyph];
-        if (advance < 0) {
-            // Hinted for monochrome output, as the classic engine measures; never auto-hinted,
-            // which that engine cannot do.
-            const FT_Int32 flags =
-                FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH;
-            if (FT_Load_Glyph(face_, glyph, flags) == 0) {
-                advance = static_cast<int32_t>((face_->glyph->metrics.horiAdvance + 63) >> 6);
-            } else {
-                advance = 0;
+        std::vector<FT_UInt> missing;
+        for (FT_UInt& glyph : glyphs) {
+            if (glyph >= table.size()) {
+                glyph = 0;
+            }
+            if (table[glyph] == kUnknown) {
+                table[glyph] = kPending;
+                missing.push_back(glyph);
             }
         }
-        return advance;
+        HintMissing(ppem, table, missing);
+        for (size_t i = 0; i < glyphs.size(); ++i) {
+            widths[i] = table[glyphs[i]] + extra;
+        }
     }
 
     // Kerning pairs in font units with their glyphs turned into the lowest BMP code point that maps
@@ -160,8 +227,68 @@ public:
     }
 
 private:
+    static constexpr int32_t kUnknown = -1;
+    static constexpr int32_t kPending = -2;
+    // Below this many new glyphs a second face costs more than it saves (the first CJK font of a
+    // size hints about 16,000).
+    static constexpr size_t kParallelGlyphs = 2048;
+    static constexpr size_t kGlyphsPerChunk = 256;
+
+    // Hints each of the distinct glyphs missing and stores its advance in table. Large batches are
+    // shared by two threads, each with a face of its own: FreeType faces must not be used by two
+    // threads at once, and the engine's face is used only by whichever thread holds it.
+    void HintMissing(uint32_t ppem, std::vector<int32_t>& table, const std::vector<FT_UInt>& missing) {
+        namespace mp = tools::multiproc;
+        FT_Face second = nullptr;
+        if (missing.size() >= kParallelGlyphs && mp::GetOptimizedMaxJobThreadAllowed() > 1) {
+            if (!helper_) {
+                helper_ = std::make_unique<HelperFace>(path_, index_);
+            }
+            second = helper_->AtSize(ppem);
+        }
+        if (!second) {
+            for (FT_UInt glyph : missing) {
+                table[glyph] = LoadHintedAdvance(face_, glyph);
+            }
+            return;
+        }
+        std::mutex idleLock;
+        std::vector<FT_Face> idle = {face_, second};  // never empty: at most two threads run
+        const int chunks = static_cast<int>((missing.size() + kGlyphsPerChunk - 1) / kGlyphsPerChunk);
+        const ULONullInterruptor never;
+        mp::InterruptibleProgressingLoopIter loop(chunks, never, nullptr);
+        mp::ParallelSection section(loop, [&](int chunk) {
+            FT_Face face = nullptr;
+            {
+                std::lock_guard<std::mutex> lock(idleLock);
+                face = idle.back();
+                idle.pop_back();
+            }
+            const size_t begin = static_cast<size_t>(chunk) * kGlyphsPerChunk;
+            const size_t end = std::min(missing.size(), begin + kGlyphsPerChunk);
+            for (size_t i = begin; i < end; ++i) {
+                table[missing[i]] = LoadHintedAdvance(face, missing[i]);
+            }
+            std::lock_guard<std::mutex> lock(idleLock);
+            idle.push_back(face);
+        });
+        try {
+            mp::RunParallelSection(section, 2);
+        } catch (...) {
+            for (FT_UInt glyph : missing) {
+                if (table[glyph] == kPending) {
+                    table[glyph] = kUnknown;  // asked again next time
+                }
+            }
+            throw;
+        }
+    }
+
     std::shared_ptr<Library> library_;  // outlives the face
     FT_Face face_;
+    std::string path_;
+    int index_;
+    std::unique_ptr<HelperFace> helper_;  // opened on the first large batch, then kept
     bool symbolMap_ = false;
     VerticalDesign design_;
     int64_t averageWidth_ = 0;
@@ -202,12 +329,12 @@ public:
         }
         std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
         FT_Activate_Size(size_);
-        // A synthesised bold face is one pixel wider per glyph, as the classic engine makes it.
-        const int32_t extra = fakeBold_ ? 1 : 0;
-        for (uint64_t c = first; c <= last; ++c) {
-            const FT_UInt glyph = face_->GlyphOf(static_cast<uint32_t>(c));
-            widths[c - first] = face_->HintedAdvance(ppem_, glyph) + extra;
+        std::vector<FT_UInt> glyphs(static_cast<size_t>(last - first) + 1);
+        for (size_t i = 0; i < glyphs.size(); ++i) {
+            glyphs[i] = face_->GlyphOf(static_cast<uint32_t>(first + i));
         }
+        // A synthesised bold face is one pixel wider per glyph, as the classic engine makes it.
+        face_->HintedAdvances(ppem_, std::move(glyphs), fakeBold_ ? 1 : 0, widths);
     }
 
     std::vector<KerningPair> GetKerningPairs() const override {
@@ -404,7 +531,7 @@ std::shared_ptr<SharedFace> FreeTypeFontEngine::OpenFace(const FaceFile& file) {
     if (FT_New_Face(library_->ft, file.path.c_str(), file.index, &face) != 0) {
         return nullptr;
     }
-    auto shared = std::make_shared<SharedFace>(library_, face);
+    auto shared = std::make_shared<SharedFace>(library_, face, file.path, file.index);
     faces_[key] = shared;
     return shared;
 }
