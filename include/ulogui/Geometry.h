@@ -35,7 +35,9 @@ struct ULORect {
     ULOSize Size() const { return ULOSize(Width(), Height()); }
     ULOPoint TopLeft() const { return ULOPoint(left, top); }
     bool IsEmpty() const { return left >= right || top >= bottom; }
-    bool Contains(const ULOPoint& p) const { return p.x >= left && p.x < right && p.y >= top && p.y < bottom; }
+    bool Contains(const ULOPoint& p) const {
+        return p.x >= left && p.x < right && p.y >= top && p.y < bottom;
+    }
     void Offset(int32_t dx, int32_t dy) {
         left += dx;
         right += dx;
