@@ -16,9 +16,8 @@ public:
 
 protected:
     ulo::ErrorCode DoInit(const ULOPath& path) override;
-    // Unmaps the view and closes the file. Unlike the Windows original, which leaves stale values
-    // behind, the fields are reset: after a failed re-initialisation fonts by ID find no file
-    // instead of reading an unmapped view.
+    // Unmaps the view and closes the file. The fields are reset too, so that after a failed
+    // re-initialisation fonts by ID find no file instead of reading an unmapped view.
     void DoClose() override;
 
 private:
