@@ -15,30 +15,11 @@ using namespace ulogui::platform;
 
 namespace {
 
+// One plain load per code point, in code order, with the engine's load flags.
 std::vector<int32_t> PlainAdvances(const std::string& file, unsigned ppem, uint32_t first, uint32_t last) {
-    std::vector<int32_t> advances;
-    FT_Library library = nullptr;
-    if (FT_Init_FreeType(&library) != 0) {
-        return advances;
-    }
-    FT_UInt version = TT_INTERPRETER_VERSION_35;
-    FT_Property_Set(library, "truetype", "interpreter-version", &version);
-    FT_Face face = nullptr;
-    if (FT_New_Face(library, file.c_str(), 0, &face) == 0) {
-        FT_Set_Pixel_Sizes(face, 0, ppem);
-        const FT_Int32 flags =
-            FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH;
-        for (uint32_t c = first; c <= last; ++c) {
-            int32_t advance = 0;
-            if (FT_Load_Glyph(face, FT_Get_Char_Index(face, c), flags) == 0) {
-                advance = static_cast<int32_t>((face->glyph->metrics.horiAdvance + 63) >> 6);
-            }
-            advances.push_back(advance);
-        }
-        FT_Done_Face(face);
-    }
-    FT_Done_FreeType(library);
-    return advances;
+    return testfonts::ClassicAdvances(
+        file, ppem, first, last,
+        FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH);
 }
 
 std::vector<int32_t> EngineAdvances(const PlatformFont& font, uint32_t first, uint32_t last) {

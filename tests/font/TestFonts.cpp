@@ -59,6 +59,11 @@ std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> FullEngine() {
 }
 
 std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last) {
+    return ClassicAdvances(file, ppem, first, last, FT_LOAD_DEFAULT | FT_LOAD_NO_AUTOHINT);
+}
+
+std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last,
+                                 int32_t loadFlags) {
     std::vector<int> advances;
     FT_Library library = nullptr;
     if (FT_Init_FreeType(&library) != 0) {
@@ -72,7 +77,7 @@ std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigne
         for (unsigned c = first; c <= last; ++c) {
             const FT_UInt glyph = FT_Get_Char_Index(face, c);
             int advance = 0;
-            if (FT_Load_Glyph(face, glyph, FT_LOAD_DEFAULT | FT_LOAD_NO_AUTOHINT) == 0) {
+            if (FT_Load_Glyph(face, glyph, loadFlags) == 0) {
                 advance = static_cast<int>((face->glyph->metrics.horiAdvance + 63) >> 6);
             }
             advances.push_back(advance);

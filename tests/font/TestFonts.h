@@ -2,6 +2,7 @@
 // Font engines over private fontconfig configurations that hold only the project's test fonts
 // (Debian packages fonts-dejavu-core, fonts-liberation, fonts-ipaexfont-gothic,
 // fonts-arphic-gbsn00lp), so that no other font of the machine changes a result.
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -49,5 +50,8 @@ public:
 // Advances as the classic TrueType interpreter (v35) computes them, read with a FreeType library
 // of the test's own: the reference the engine's width tables are compared with.
 std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last);
+// The same with the given FreeType load flags (the engine's own, for example).
+std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last,
+                                 int32_t loadFlags);
 
 }  // namespace testfonts
