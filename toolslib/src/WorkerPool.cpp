@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <climits>
 #include <system_error>
 
@@ -10,6 +11,11 @@ namespace multiproc {
 namespace detail {
 
 namespace {
+// How long a worker that ran out of tasks keeps looking for the next one before it sleeps. Loops
+// are often started back to back (a picture scaled after another), and waking a sleeping thread
+// costs tens of microseconds, as much as a small section's whole share of work.
+constexpr std::chrono::microseconds kSpinBeforeSleep{200};
+
 // Constant-initialised and trivially destructible, so it can still be read while other static
 // objects are destroyed after the pool (their destructors may run parallel sections).
 std::atomic<bool> poolShutDown{false};
@@ -71,6 +77,10 @@ void WorkerPool::Post(const Task& task, int copies) {
         for (int i = 0; i < copies; ++i) {
             queue_.push_back(task);
         }
+        queued_.fetch_add(copies, std::memory_order_release);
+        if (sleepers_ == 0) {
+            return;  // every worker is busy or spinning and will find the tasks without a signal
+        }
     }
     if (copies == 1) {
         queueChanged_.notify_one();
@@ -79,12 +89,27 @@ void WorkerPool::Post(const Task& task, int copies) {
     }
 }
 
+bool WorkerPool::SpinForWork() const {
+    const auto deadline = std::chrono::steady_clock::now() + kSpinBeforeSleep;
+    while (queued_.load(std::memory_order_acquire) == 0) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        // Lets a runnable thread (the section's caller, on a machine with few cores) go first.
+        std::this_thread::yield();
+    }
+    return true;
+}
+
 void WorkerPool::WorkerMain() {
     for (;;) {
+        SpinForWork();
         Task task;
         {
             std::unique_lock<std::mutex> lock(mutex_);
+            ++sleepers_;
             queueChanged_.wait(lock, [this] { return stopping_ || !queue_.empty(); });
+            --sleepers_;
             if (stopping_) {
                 // Queued tasks hold only shared state of sections whose callers never wait for
                 // helpers that have not started, so dropping them loses no work.
@@ -93,6 +118,7 @@ void WorkerPool::WorkerMain() {
             }
             task = std::move(queue_.front());
             queue_.pop_front();
+            queued_.fetch_sub(1, std::memory_order_relaxed);
         }
         task();
     }

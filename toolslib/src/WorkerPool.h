@@ -1,5 +1,6 @@
 #pragma once
 // The process-wide pool of worker threads behind RunParallelSection. Internal to ToolsLib.
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -36,11 +37,15 @@ private:
     explicit WorkerPool(int workerCount);
     ~WorkerPool();
     void WorkerMain();
+    // Waits a little for the next task without sleeping; true when one was queued meanwhile.
+    bool SpinForWork() const;
 
     std::mutex mutex_;
     std::condition_variable queueChanged_;
     std::deque<Task> queue_;
     bool stopping_ = false;
+    int sleepers_ = 0;            // workers blocked on queueChanged_ (guarded by mutex_)
+    std::atomic<int> queued_{0};  // queue_.size(), readable without the lock
     std::vector<std::thread> workers_;
 };
 
