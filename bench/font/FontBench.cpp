@@ -3,7 +3,7 @@
 // reference machine: 5 ms and 40 ms per font.
 #include <benchmark/benchmark.h>
 
-#include "../../tests/font/TestFonts.h"
+#include "font/TestFonts.h"
 #include "ulogui/Font.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <string>
 
+#include "l10n/LanguageManagerXml.h"
 #include "ulogui/LanguageManager.h"
-#include "ulogui/LanguageManagerXml.h"
 
 namespace {
 
@@ -70,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     TiXmlDocument document;
     document.Parse(text.c_str());
-    ulo::gui::details::ReadLanguages(document);
+    ulogui::l10n::ReadLanguages(document);
 
     const std::string file = WorkFolder::Path() + "/languages.xml";
     FILE* out = std::fopen(file.c_str(), "wb");

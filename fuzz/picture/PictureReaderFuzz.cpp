@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <vector>
 
+#include "picture/PictureReader.h"
+#include "resfile/BitmapResourceFormat.h"
 #include "ulogui/PictureBits.h"
-#include "ulogui/picture/BitmapResourceFormat.h"
-#include "ulogui/picture/PictureReader.h"
 
 namespace {
 
@@ -28,7 +28,7 @@ unsigned Sum(const unsigned char* bits, size_t size) {
 }
 
 void CheckPicture(FILE* file, int64_t fileSize, int id) {
-    const ULOPictureInfo info = ulogui::bitmapres::ReadPictureInfo(file, id);
+    const ULOPictureInfo info = ulogui::resfile::ReadPictureInfo(file, id);
     Check(info.GetID() == id || info.GetID() == -1);
     if (info.GetID() == id) {
         Check(info.GetPartsCount() >= 1);
@@ -40,8 +40,8 @@ void CheckPicture(FILE* file, int64_t fileSize, int id) {
     const unsigned int parts[] = {0u, 1u, static_cast<unsigned int>(info.GetPartsCount()), 0xFFFFFFFFu};
     for (unsigned int version : {1u, 2u, 4u, 0u, 0x80000000u}) {
         for (unsigned int part : parts) {
-            const ulogui::bitmapres::DecodedBlock block =
-                ulogui::bitmapres::ReadPictureBlock(file, id, version, part);
+            const ulogui::resfile::DecodedBlock block =
+                ulogui::resfile::ReadPictureBlock(file, id, version, part);
             Check(block.bits != nullptr);
             Check(block.width >= 1 && block.height >= 1);
             Check(block.lineWidth == ULOPictureUtil::ComputeLineWidth(block.width, block.flags));

@@ -15,9 +15,11 @@
 #include "ulolib/Path.h"
 #include "ulolib/String.h"
 
-namespace details {
+namespace ulogui {
+namespace resfile {
 struct FontRecord;
-}
+}  // namespace resfile
+}  // namespace ulogui
 
 // The font resource file, memory-mapped once per process for the whole life of the process.
 class ULODRAW_API FontResourceFile : boost::noncopyable {
@@ -34,7 +36,7 @@ public:
 
     // The record of font ID id, with the fall-back to font ID 0 for an ID without a readable record;
     // false when no file is open or not even font ID 0 can be read.
-    bool ReadRecord(uint32_t id, details::FontRecord& out) const;
+    bool ReadRecord(uint32_t id, ulogui::resfile::FontRecord& out) const;
 
     // The process-wide file (created on first use; never closed before the process ends).
     static FontResourceFile& Instance();
@@ -161,7 +163,7 @@ protected:
     static bool bUsesUnicodeExtras_;
 
 private:
-    void TakeRecord(const details::FontRecord& record);
+    void TakeRecord(const ulogui::resfile::FontRecord& record);
 
     unsigned int fontID = kNoFontID;
     float charWidths[256] = {};

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "ulogui/platform/FontEngine.h"
+#include "platform/FontEngine.h"
 
 namespace testfonts {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ulogui/font/FontRecord.h"
+#include "resfile/FontRecord.h"
 #include "ulolib/TempDir.h"
 
 namespace testfonts {
@@ -19,7 +19,7 @@ inline std::string WriteFile(const TempDir& dir, const std::string& name, const 
 
 // "face height weight flags family pitch [alternatives] 'name' ignoreHeightExt heightExt", the
 // flags as i, u, s or '-': e.g. "Ab -12 400 i-s 32 2 [X,Y] 'Caption' 1 28".
-inline std::wstring Describe(const details::FontRecord& r) {
+inline std::wstring Describe(const ulogui::resfile::FontRecord& r) {
     std::wstring alternatives;
     for (const ULOString& face : r.alternativeFaces) {
         alternatives += (alternatives.empty() ? L"" : L",") + face;

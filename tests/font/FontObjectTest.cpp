@@ -9,8 +9,8 @@
 #include "FakeFontEngine.h"
 #include "FontFiles.h"
 #include "TestFonts.h"
+#include "resfile/FontResourceWriter.h"
 #include "ulogui/Font.h"
-#include "ulogui/font/FontResourceWriter.h"
 
 using namespace ulogui::platform;
 using testfonts::Face;
@@ -211,14 +211,14 @@ TEST_F(FontObject, SelectionFallsBackAlongTheVariantsThatExistAndRestoresThePrev
 class FontFromFile : public FontObject {
 protected:
     FontFromFile() {
-        details::FontRecord zero{L"Tahoma", 11, 400, false, false, false, 0x20, 2, {}, L"", true, 0};
-        details::FontRecord two{
+        ulogui::resfile::FontRecord zero{L"Tahoma", 11, 400, false, false, false, 0x20, 2, {}, L"", true, 0};
+        ulogui::resfile::FontRecord two{
             L"Missing", 13,    700, true, false, false, 0x30, 1, {L"Other", L"Courier New"},
             L"Fixed",   false, 20};
-        details::FontRecord three = two;
+        ulogui::resfile::FontRecord three = two;
         three.ignoreHeightExt = true;
         const std::string path = testfonts::WriteFile(
-            dir_, "fonts.urf", details::BuildFontResourceFile({zero, std::nullopt, two, three}));
+            dir_, "fonts.urf", ulogui::resfile::BuildFontResourceFile({zero, std::nullopt, two, three}));
         EXPECT_TRUE(ULOFont::SetFontResourceFile(ULOPath::FromNative(path)).IsOk());
     }
     ~FontFromFile() override { ULOFont::SetFontResourceFile(ULOPath()); }

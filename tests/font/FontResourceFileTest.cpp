@@ -5,16 +5,16 @@
 #include <unistd.h>
 
 #include "FontFiles.h"
+#include "font/MappedFontResourceFile.h"
+#include "resfile/FontResourceWriter.h"
 #include "ulogui/Font.h"
-#include "ulogui/font/FontResourceWriter.h"
-#include "ulogui/font/MappedFontResourceFile.h"
 #include "ulolib/Exception.h"
 
-using details::BuildFontResourceFile;
-using details::FontRecord;
-using details::ParseFontRecord;
-using details::ReadFontRecord;
 using testfonts::WriteFile;
+using ulogui::resfile::BuildFontResourceFile;
+using ulogui::resfile::FontRecord;
+using ulogui::resfile::ParseFontRecord;
+using ulogui::resfile::ReadFontRecord;
 
 namespace {
 
@@ -79,14 +79,14 @@ TEST(FontRecordParse, ReadsEveryFieldAtItsPosition) {
     std::vector<uint8_t> normalised = bytes;  // the writer stores flags as 0 or 1
     normalised[18] = 1;
     normalised[35] = 1;
-    EXPECT_EQ(normalised, details::EncodeFontRecord(r));
+    EXPECT_EQ(normalised, ulogui::resfile::EncodeFontRecord(r));
 }
 
 TEST(FontRecordParse, NegativeAlternativeCountsMeanNone) {
     FontRecord source = Record(L"DejaVu Sans");
     source.alternativeFaces.clear();
     source.name.clear();
-    std::vector<uint8_t> bytes = details::EncodeFontRecord(source);
+    std::vector<uint8_t> bytes = ulogui::resfile::EncodeFontRecord(source);
     PutU32(bytes, 4 + 2 * 11 + 13, 0x80000000u);  // k < 0
     FontRecord r;
     ASSERT_TRUE(ParseFontRecord(bytes.data(), bytes.size(), r));
@@ -94,17 +94,17 @@ TEST(FontRecordParse, NegativeAlternativeCountsMeanNone) {
 }
 
 TEST(FontRecordParse, TruncationsAndWildLengthsFailWithoutReadingPastTheEnd) {
-    const std::vector<uint8_t> bytes = details::EncodeFontRecord(Record(L"DejaVu Sans"));
+    const std::vector<uint8_t> bytes = ulogui::resfile::EncodeFontRecord(Record(L"DejaVu Sans"));
     FontRecord r;
     ASSERT_TRUE(ParseFontRecord(bytes.data(), bytes.size(), r));
     for (size_t cut = 0; cut < bytes.size(); ++cut) {
         std::vector<uint8_t> prefix(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut));
         EXPECT_FALSE(ParseFontRecord(prefix.data(), prefix.size(), r)) << "cut at " << cut;
     }
-    std::vector<uint8_t> wild = details::EncodeFontRecord(Record(L"X"));
+    std::vector<uint8_t> wild = ulogui::resfile::EncodeFontRecord(Record(L"X"));
     PutU32(wild, 0, 0xFFFFFFFFu);  // 2n overflows 32 bits
     EXPECT_FALSE(ParseFontRecord(wild.data(), wild.size(), r));
-    wild = details::EncodeFontRecord(Record(L"X"));
+    wild = ulogui::resfile::EncodeFontRecord(Record(L"X"));
     PutU32(wild, 4 + 2 + 13, 0x7FFFFFFF);  // alternative count
     EXPECT_FALSE(ParseFontRecord(wild.data(), wild.size(), r));
     EXPECT_FALSE(ParseFontRecord(nullptr, 0, r));
@@ -138,12 +138,12 @@ TEST(FontRecordLookup, WithoutAReadableFontZeroThereIsNoRecord) {
 
 TEST(FontResourceWriter, HeaderStatesTheTableSize) {
     const std::vector<uint8_t> file = BuildFontResourceFile({Record(L"A"), std::nullopt});
-    ASSERT_EQ(2u, details::FontTableSizeFromHeader(file.data(), file.size()).value_or(0));
+    ASSERT_EQ(2u, ulogui::resfile::FontTableSizeFromHeader(file.data(), file.size()).value_or(0));
     EXPECT_EQ(std::vector<uint8_t>(4, 0xFF), std::vector<uint8_t>(file.begin() + 260, file.begin() + 264));
     std::vector<uint8_t> lying = file;
     lying[16] = 200;  // more entries than the file can hold
-    EXPECT_FALSE(details::FontTableSizeFromHeader(lying.data(), lying.size()).has_value());
-    EXPECT_FALSE(details::FontTableSizeFromHeader(file.data(), 100).has_value());
+    EXPECT_FALSE(ulogui::resfile::FontTableSizeFromHeader(lying.data(), lying.size()).has_value());
+    EXPECT_FALSE(ulogui::resfile::FontTableSizeFromHeader(file.data(), 100).has_value());
 }
 
 TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalError) {

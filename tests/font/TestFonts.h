@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "ulogui/platform/FontEngine.h"
-#include "ulogui/platform/linux/FreeTypeFontEngine.h"
+#include "platform/FontEngine.h"
+#include "platform/linux/FreeTypeFontEngine.h"
 
 namespace testfonts {
 

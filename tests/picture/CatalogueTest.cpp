@@ -112,12 +112,12 @@ TEST_F(CatalogueTest, LookupsWhileTheFileIsMissingAreNotRemembered) {
     Use({MakePicture(140, 0, 1, {{3, 3}})});
     ASSERT_EQ(std::remove(FilePath().c_str()), 0);
     EXPECT_EQ(ULOPicture::GetInfoByID(140).GetID(), -1);
-    WriteBytes(FilePath(), ulogui::bitmapres::BuildBitmapResourceFile({MakePicture(140, 0, 1, {{3, 3}})}));
+    WriteBytes(FilePath(), ulogui::resfile::BuildBitmapResourceFile({MakePicture(140, 0, 1, {{3, 3}})}));
     EXPECT_EQ(ULOPicture::GetInfoByID(140).GetID(), 140);
 }
 
 TEST_F(CatalogueTest, MalformedRecordsAreCataloguedAsMissing) {
-    std::vector<unsigned char> bytes = ulogui::bitmapres::BuildBitmapResourceFile(
+    std::vector<unsigned char> bytes = ulogui::resfile::BuildBitmapResourceFile(
         {MakePicture(150, 0, 1, {{3, 3}}), MakePicture(151, 0, 1, {{3, 3}})});
     PutU32(bytes, RecordOffset(bytes, 150), 0xFFFFFFFFu);  // parts count -1
     WriteBytes(FilePath(), bytes);

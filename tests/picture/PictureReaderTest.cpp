@@ -4,17 +4,17 @@
 #include <cstring>
 #include <functional>
 
+#include "picture/PictureReader.h"
 #include "picture/PictureTestFiles.h"
-#include "ulogui/picture/BitmapResourceFormat.h"
-#include "ulogui/picture/PictureReader.h"
+#include "resfile/BitmapResourceFormat.h"
 
 namespace {
 
 using namespace picturetest;
-using ulogui::bitmapres::BuildBitmapResourceFile;
-using ulogui::bitmapres::DecodedBlock;
-using ulogui::bitmapres::ReadPictureBlock;
-using ulogui::bitmapres::ReadPictureInfo;
+using ulogui::resfile::BuildBitmapResourceFile;
+using ulogui::resfile::DecodedBlock;
+using ulogui::resfile::ReadPictureBlock;
+using ulogui::resfile::ReadPictureInfo;
 
 std::vector<unsigned char> Bytes(const DecodedBlock& b) {
     return std::vector<unsigned char>(b.bits.get(),
@@ -164,9 +164,9 @@ TEST(PictureReader, DamagedRecordsFallBack) {
         // The other picture is untouched.
         EXPECT_EQ(ReadPictureInfo(file.get(), 5).GetID(), 5);
         std::string why;
-        ulogui::bitmapres::StoredRecord stored;
-        if (ulogui::bitmapres::FindRecord(ulogui::bitmapres::FileView(file.get()), 3, stored, &why) ==
-            ulogui::bitmapres::LookupResult::kMalformed) {
+        ulogui::resfile::StoredRecord stored;
+        if (ulogui::resfile::FindRecord(ulogui::resfile::FileView(file.get()), 3, stored, &why) ==
+            ulogui::resfile::LookupResult::kMalformed) {
             EXPECT_FALSE(why.empty());
         }
     }

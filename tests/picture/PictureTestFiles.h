@@ -11,16 +11,16 @@
 #include <string>
 #include <vector>
 
+#include "picture/PictureReader.h"
+#include "resfile/BitmapResourceWriter.h"
 #include "ulogui/Magnify.h"
 #include "ulogui/Picture.h"
-#include "ulogui/picture/BitmapResourceWriter.h"
-#include "ulogui/picture/PictureReader.h"
 #include "ulolib/TempDir.h"
 
 namespace picturetest {
 
-using ulogui::bitmapres::PictureRecord;
-using ulogui::bitmapres::VersionImage;
+using ulogui::resfile::PictureRecord;
+using ulogui::resfile::VersionImage;
 
 // A byte pattern that differs between pictures, versions, parts and positions.
 inline unsigned char PatternByte(int id, int slot, int part, size_t i) {
@@ -85,7 +85,7 @@ inline uint32_t VersionOffset(const std::vector<unsigned char>& file, int id, in
 }
 
 // A stream over a copy of the bytes (a real temporary file, so that every length works).
-inline ulogui::bitmapres::FilePtr StreamOf(const std::vector<unsigned char>& bytes) {
+inline ulogui::resfile::FilePtr StreamOf(const std::vector<unsigned char>& bytes) {
     FILE* f = std::tmpfile();
     if (f != nullptr && !bytes.empty()) {
         std::fwrite(bytes.data(), 1, bytes.size(), f);
@@ -93,7 +93,7 @@ inline ulogui::bitmapres::FilePtr StreamOf(const std::vector<unsigned char>& byt
     if (f != nullptr) {
         std::rewind(f);
     }
-    return ulogui::bitmapres::FilePtr(f);
+    return ulogui::resfile::FilePtr(f);
 }
 
 // Puts a file of the given pictures in a folder of its own and makes it the process's resource file;
@@ -103,7 +103,7 @@ protected:
     std::string FilePath() const { return dir_.Path().native() + "/Main.urb"; }
 
     void Use(const std::vector<PictureRecord>& pictures) {
-        WriteBytes(FilePath(), ulogui::bitmapres::BuildBitmapResourceFile(pictures));
+        WriteBytes(FilePath(), ulogui::resfile::BuildBitmapResourceFile(pictures));
         const ulo::ErrorCode error = ULOPicture::SetBitmapResourceFile(ULOPath::FromNative(FilePath()));
         ASSERT_FALSE(error.IsError());
     }

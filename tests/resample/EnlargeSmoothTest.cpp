@@ -9,13 +9,13 @@
 #include <vector>
 
 #include "ResampleTestUtil.h"
+#include "resample/SmoothScaler.h"
 #include "toolslib/MultiProc.h"
-#include "ulogui/SmoothScaler.h"
 
 namespace {
 
 using namespace resample_test;
-namespace smooth = ulogui::detail::smooth;
+namespace smooth = ulogui::resample::smooth;
 
 // Restores the kernel and thread choices a test changed.
 class EnlargeSmoothTest : public ::testing::Test {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "SurfaceTestSupport.h"
-#include "ulogui/DrawingFrame.h"
+#include "surface/DrawingFrame.h"
 #include "ulogui/TrueColorDC.h"
 
 namespace {

@@ -4,13 +4,13 @@
 #include "Commands.h"
 #include "PixelConversion.h"
 #include "ToolError.h"
-#include "ulogui/picture/BitmapResourceFormat.h"
+#include "resfile/BitmapResourceFormat.h"
 
 namespace ulores {
 
 namespace {
 
-using namespace ulogui::bitmapres;
+using namespace ulogui::resfile;
 
 struct Closer {
     void operator()(FILE* f) const { std::fclose(f); }

@@ -9,7 +9,7 @@
 
 #include "OutputFile.h"
 #include "ToolError.h"
-#include "ulogui/font/FontResourceWriter.h"
+#include "resfile/FontResourceWriter.h"
 
 namespace ulores {
 
@@ -30,14 +30,15 @@ uint32_t U32At(const std::vector<uint8_t>& bytes, size_t at) {
 
 // The number of table entries: from our header, else up to the first record (or the end).
 size_t TableSize(const std::vector<uint8_t>& bytes) {
-    if (auto stated = details::FontTableSizeFromHeader(bytes.data(), bytes.size())) {
+    if (auto stated = ulogui::resfile::FontTableSizeFromHeader(bytes.data(), bytes.size())) {
         return *stated;
     }
     size_t limit = bytes.size();
     size_t count = 0;
-    while (details::kFontFileHeaderSize + 4 * (count + 1) <= limit) {
-        const uint32_t offset = U32At(bytes, details::kFontFileHeaderSize + 4 * count);
-        if (offset != details::kNoFontRecord && offset >= details::kFontFileHeaderSize + 4 * (count + 1)) {
+    while (ulogui::resfile::kFontFileHeaderSize + 4 * (count + 1) <= limit) {
+        const uint32_t offset = U32At(bytes, ulogui::resfile::kFontFileHeaderSize + 4 * count);
+        if (offset != ulogui::resfile::kNoFontRecord &&
+            offset >= ulogui::resfile::kFontFileHeaderSize + 4 * (count + 1)) {
             limit = std::min<size_t>(limit, offset);
         }
         ++count;
@@ -58,8 +59,8 @@ std::string Hex(uint32_t v) {
 }  // namespace
 
 int PackFonts(const std::string& manifest, const std::string& output, std::ostream& out) {
-    const std::vector<std::optional<details::FontRecord>> records = ReadFontManifest(manifest);
-    const std::vector<uint8_t> bytes = details::BuildFontResourceFile(records);
+    const std::vector<std::optional<ulogui::resfile::FontRecord>> records = ReadFontManifest(manifest);
+    const std::vector<uint8_t> bytes = ulogui::resfile::BuildFontResourceFile(records);
     OutputFile file(output);
     if (std::fwrite(bytes.data(), 1, bytes.size(), file.Stream()) != bytes.size()) {
         throw ToolError(output + ": cannot write the file");
@@ -81,7 +82,7 @@ bool IsFontResourceFile(const std::string& path) {
 
 int DumpFonts(const std::string& path, std::ostream& out) {
     const std::vector<uint8_t> bytes = ReadAll(path);
-    if (bytes.size() < details::kFontFileHeaderSize) {
+    if (bytes.size() < ulogui::resfile::kFontFileHeaderSize) {
         throw ToolError(path + ": too short for a font resource file (" + std::to_string(bytes.size()) +
                         " bytes)");
     }
@@ -89,15 +90,15 @@ int DumpFonts(const std::string& path, std::ostream& out) {
     out << path << ": font resource file, " << bytes.size() << " bytes, " << entries << " table entries\n";
     int result = 0;
     for (size_t id = 0; id < entries; ++id) {
-        const uint32_t offset = U32At(bytes, details::kFontFileHeaderSize + 4 * id);
+        const uint32_t offset = U32At(bytes, ulogui::resfile::kFontFileHeaderSize + 4 * id);
         out << "font " << id << ": ";
-        if (offset == details::kNoFontRecord) {
+        if (offset == ulogui::resfile::kNoFontRecord) {
             out << "no record (font 0 stands in)\n";
             continue;
         }
-        details::FontRecord r;
+        ulogui::resfile::FontRecord r;
         if (offset >= bytes.size() ||
-            !details::ParseFontRecord(bytes.data() + offset, bytes.size() - offset, r)) {
+            !ulogui::resfile::ParseFontRecord(bytes.data() + offset, bytes.size() - offset, r)) {
             out << "at " << Hex(offset) << ", damaged: the record does not fit in the file\n";
             result = 1;
             continue;

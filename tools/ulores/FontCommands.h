@@ -15,13 +15,13 @@
 #include <string>
 #include <vector>
 
-#include "ulogui/font/FontRecord.h"
+#include "resfile/FontRecord.h"
 
 namespace ulores {
 
 // The records of a font manifest, indexed by font ID (IDs without a <font> are empty). Throws
 // ToolError naming the manifest, the line and the problem.
-std::vector<std::optional<details::FontRecord>> ReadFontManifest(const std::string& path);
+std::vector<std::optional<ulogui::resfile::FontRecord>> ReadFontManifest(const std::string& path);
 
 // Builds a font resource file from a manifest.
 int PackFonts(const std::string& manifest, const std::string& output, std::ostream& out);

@@ -34,8 +34,8 @@ public:
     }
 };
 
-details::FontRecord ReadFont(const FontContext& ctx, const TiXmlElement* font) {
-    details::FontRecord r;
+ulogui::resfile::FontRecord ReadFont(const FontContext& ctx, const TiXmlElement* font) {
+    ulogui::resfile::FontRecord r;
     r.primaryFace = ctx.Text(font, "face", true);
     r.height = static_cast<int32_t>(ctx.Integer(font, "height", 0, INT32_MIN, INT32_MAX, true));
     r.weight = static_cast<int32_t>(ctx.Integer(font, "weight", 400, 0, 1000));
@@ -59,11 +59,11 @@ details::FontRecord ReadFont(const FontContext& ctx, const TiXmlElement* font) {
 
 }  // namespace
 
-std::vector<std::optional<details::FontRecord>> ReadFontManifest(const std::string& path) {
+std::vector<std::optional<ulogui::resfile::FontRecord>> ReadFontManifest(const std::string& path) {
     TiXmlDocument document;
     const TiXmlElement* root = LoadManifest(document, path, "fonts", TIXML_ENCODING_UTF8);
     FontContext ctx(path);
-    std::vector<std::optional<details::FontRecord>> records;
+    std::vector<std::optional<ulogui::resfile::FontRecord>> records;
     std::map<long, int> lines;
     for (const TiXmlElement* font = root->FirstChildElement(); font != nullptr;
          font = font->NextSiblingElement()) {

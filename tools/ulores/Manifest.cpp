@@ -9,14 +9,14 @@
 #include "PixelConversion.h"
 #include "PngFile.h"
 #include "ToolError.h"
-#include "ulogui/picture/BitmapResourceFormat.h"
+#include "resfile/BitmapResourceFormat.h"
 
 namespace ulores {
 
 namespace {
 
-using ulogui::bitmapres::PictureRecord;
-using ulogui::bitmapres::VersionImage;
+using ulogui::resfile::PictureRecord;
+using ulogui::resfile::VersionImage;
 
 // Enough for any catalogue; it keeps the index (4 bytes per ID up to the largest) reasonable.
 constexpr long kMaxID = 0xFFFFFF;
@@ -139,7 +139,7 @@ PictureRecord ReadPicture(Context& ctx, const TiXmlElement* picture) {
                 ++slot;
             }
         }
-        if (slot >= ulogui::bitmapres::kVersionSlots) {
+        if (slot >= ulogui::resfile::kVersionSlots) {
             ctx.Fail(version, "more than 24 versions");
         }
         if (record.versions.count(slot) != 0) {

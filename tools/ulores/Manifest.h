@@ -14,12 +14,12 @@
 #include <string>
 #include <vector>
 
-#include "ulogui/picture/BitmapResourceWriter.h"
+#include "resfile/BitmapResourceWriter.h"
 
 namespace ulores {
 
 // Reads the manifest and every PNG it names (relative to the manifest's folder). Throws ToolError
 // naming the manifest, the line and the picture (and the PNG file) at the first problem.
-std::vector<ulogui::bitmapres::PictureRecord> ReadManifest(const std::string& path);
+std::vector<ulogui::resfile::PictureRecord> ReadManifest(const std::string& path);
 
 }  // namespace ulores

@@ -4,15 +4,15 @@
 #include "Manifest.h"
 #include "OutputFile.h"
 #include "ToolError.h"
-#include "ulogui/picture/BitmapResourceWriter.h"
+#include "resfile/BitmapResourceWriter.h"
 
 namespace ulores {
 
 int PackBitmaps(const std::string& manifest, const std::string& output, std::ostream& out) {
-    const std::vector<ulogui::bitmapres::PictureRecord> pictures = ReadManifest(manifest);
+    const std::vector<ulogui::resfile::PictureRecord> pictures = ReadManifest(manifest);
     std::vector<unsigned char> bytes;
     try {
-        bytes = ulogui::bitmapres::BuildBitmapResourceFile(pictures);
+        bytes = ulogui::resfile::BuildBitmapResourceFile(pictures);
     } catch (const std::exception& e) {
         throw ToolError(manifest + ": " + e.what());
     }

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/FontEngine.h"
 #include "ulogui/Font.h"
-#include "ulogui/platform/FontEngine.h"
 
 namespace platform = ulogui::platform;
 

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <limits>
 
-#include "ulogui/font/FontRecord.h"
-#include "ulogui/platform/FontEngine.h"
+#include "platform/FontEngine.h"
+#include "resfile/FontRecord.h"
 
 namespace platform = ulogui::platform;
 
@@ -43,7 +43,7 @@ void FillWidths(HDC dc, uint32_t first, size_t count, float* out) {
 }  // namespace
 
 ULOFont::ULOFont(unsigned int id, int language, float m) : fontID(id), magnifier(m) {
-    details::FontRecord record;
+    ulogui::resfile::FontRecord record;
     if (!FontResourceFile::Instance().ReadRecord(fontID, record)) {
         return;  // no file (or not even font 0 readable): an empty font
     }
@@ -80,7 +80,7 @@ ULOFont::~ULOFont() {
     }
 }
 
-void ULOFont::TakeRecord(const details::FontRecord& record) {
+void ULOFont::TakeRecord(const ulogui::resfile::FontRecord& record) {
     faceNames.push_back(record.primaryFace);
     height = TruncateToInt(static_cast<float>(record.height) * magnifier);
     weight = record.weight;

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "font/TextMeasure.h"
 #include "ulogui/Font.h"
-#include "ulogui/font/TextMeasure.h"
 
-using namespace ulogui::textmeasure;
+using namespace ulogui::font;
 
 namespace {
 

@@ -1,6 +1,6 @@
+#include "font/MappedFontResourceFile.h"
+#include "resfile/FontRecord.h"
 #include "ulogui/Font.h"
-#include "ulogui/font/FontRecord.h"
-#include "ulogui/font/MappedFontResourceFile.h"
 #include "ulolib/Exception.h"
 
 FontResourceFile::~FontResourceFile() = default;
@@ -17,8 +17,8 @@ ulo::ErrorCode FontResourceFile::Init(const ULOPath& path) {
     return DoInit(path);
 }
 
-bool FontResourceFile::ReadRecord(uint32_t id, details::FontRecord& out) const {
-    return view_ && details::ReadFontRecord(view_, viewSize_, id, out);
+bool FontResourceFile::ReadRecord(uint32_t id, ulogui::resfile::FontRecord& out) const {
+    return view_ && ulogui::resfile::ReadFontRecord(view_, viewSize_, id, out);
 }
 
 FontResourceFile& FontResourceFile::Instance() {

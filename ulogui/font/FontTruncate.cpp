@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <vector>
 
+#include "font/TextMeasure.h"
 #include "ulogui/Font.h"
-#include "ulogui/font/TextMeasure.h"
 #include "ulolib/Path.h"
 
-using namespace ulogui::textmeasure;
+using namespace ulogui::font;
 
 namespace {
 

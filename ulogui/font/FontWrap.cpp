@@ -1,10 +1,10 @@
 // Where the first line of a text ends when it is wrapped into a width.
 #include <cstdint>
 
+#include "font/TextMeasure.h"
 #include "ulogui/Font.h"
-#include "ulogui/font/TextMeasure.h"
 
-using namespace ulogui::textmeasure;
+using namespace ulogui::font;
 
 namespace {
 

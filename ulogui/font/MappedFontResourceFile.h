@@ -1,9 +1,6 @@
 #pragma once
-// The font resource file on POSIX systems: opened, measured and mapped read-only in one view.
-// The three steps report failures under the names of the Windows calls they stand for
-// ("CreateFile", "CreateFileMapping", "MapViewOfFile"), with Windows error numbers.
-#include <cstddef>
-
+// The font resource file of the process: the whole file mapped read-only in one view by the platform.
+#include "platform/FileMapping.h"
 #include "ulogui/Font.h"
 
 namespace details {
@@ -16,14 +13,12 @@ public:
 
 protected:
     ulo::ErrorCode DoInit(const ULOPath& path) override;
-    // Unmaps the view and closes the file. The fields are reset too, so that after a failed
+    // Unmaps the view and closes the file. The view is dropped too, so that after a failed
     // re-initialisation fonts by ID find no file instead of reading an unmapped view.
     void DoClose() override;
 
 private:
-    int file_ = -1;       // the file handle
-    size_t mapping_ = 0;  // the file mapping: the size of the whole-file view, 0 when none
-    void* view_ = nullptr;
+    ulogui::platform::ReadOnlyFileMapping mapping_;
 };
 
 }  // namespace details

@@ -10,7 +10,7 @@
 #include "ulogui/Font.h"
 
 namespace ulogui {
-namespace textmeasure {
+namespace font {
 
 constexpr float kTabInterval = 50.0f;
 constexpr wchar_t kTab = L'\t';
@@ -146,5 +146,5 @@ inline float MultiLineWidth(const Widths& widths, const wchar_t* text, size_t le
     return widest;
 }
 
-}  // namespace textmeasure
+}  // namespace font
 }  // namespace ulogui

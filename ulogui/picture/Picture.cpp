@@ -5,15 +5,15 @@
 #include <memory>
 #include <utility>
 
+#include "picture/MagnifierHold.h"
+#include "picture/PictureReader.h"
+#include "raster/PixelBlock.h"
 #include "ulogui/Magnify.h"
 #include "ulogui/Picture.h"
-#include "ulogui/PixelBlock.h"
-#include "ulogui/picture/MagnifierHold.h"
-#include "ulogui/picture/PictureReader.h"
 
-using ulogui::bitmapres::PixelBlockPtr;
-using ulogui::detail::AllocatePixelBlock;
-using ulogui::detail::PixelBlockSize;
+using ulogui::raster::AllocatePixelBlock;
+using ulogui::raster::PixelBlockSize;
+using ulogui::resfile::PixelBlockPtr;
 
 ulo::CriticalSection ULOPicture::ccResource;
 

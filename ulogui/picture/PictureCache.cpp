@@ -5,12 +5,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "picture/PictureReader.h"
 #include "ulogui/Picture.h"
-#include "ulogui/picture/PictureReader.h"
 
 namespace {
 
-using ulogui::bitmapres::DecodedBlock;
+using ulogui::resfile::DecodedBlock;
 
 struct CachedPart {
     unsigned int part = 0;
@@ -49,12 +49,12 @@ DecodeCache& Cache() {
 
 // Decodes a part; `cacheable` tells whether the resource file could be opened at all.
 CachedPart DecodePart(int id, unsigned int version, unsigned int part, bool& cacheable) {
-    const ulogui::bitmapres::FilePtr file = ulogui::bitmapres::OpenBitmapResource();
+    const ulogui::resfile::FilePtr file = ulogui::resfile::OpenBitmapResource();
     cacheable = static_cast<bool>(file);
-    DecodedBlock block = ulogui::bitmapres::ReadPictureBlock(file.get(), id, version, part);
+    DecodedBlock block = ulogui::resfile::ReadPictureBlock(file.get(), id, version, part);
     CachedPart out;
     out.part = part;
-    out.bits = std::shared_ptr<unsigned char>(block.bits.release(), ulogui::bitmapres::FreeDeleter());
+    out.bits = std::shared_ptr<unsigned char>(block.bits.release(), ulogui::resfile::FreeDeleter());
     out.flags = block.flags;
     out.width = block.width;
     out.height = block.height;

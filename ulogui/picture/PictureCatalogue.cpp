@@ -2,17 +2,17 @@
 // and kept for the life of the process.
 #include <map>
 
+#include "picture/PictureReader.h"
 #include "ulogui/Picture.h"
-#include "ulogui/picture/PictureReader.h"
 
 namespace ulogui {
-namespace bitmapres {
+namespace resfile {
 
 FilePtr OpenBitmapResource() {
     return FilePtr(BitmapResourceFile::GetInstance().GetBitmapResource());
 }
 
-}  // namespace bitmapres
+}  // namespace resfile
 }  // namespace ulogui
 
 namespace {
@@ -32,12 +32,12 @@ const ULOPictureInfo& ULOPicture::GetInfoByID(int id) {
     if (found != records.end()) {
         return found->second;
     }
-    const ulogui::bitmapres::FilePtr file = ulogui::bitmapres::OpenBitmapResource();
+    const ulogui::resfile::FilePtr file = ulogui::resfile::OpenBitmapResource();
     if (!file) {
         // Not remembered: once the host points the catalogue at a file, the ID is looked up there.
         return ULOPictureInfo::UndefPicInfo();
     }
-    return records.emplace(id, ulogui::bitmapres::ReadPictureInfo(file.get(), id)).first->second;
+    return records.emplace(id, ulogui::resfile::ReadPictureInfo(file.get(), id)).first->second;
 }
 
 const ULOPictureSizeInfo& ULOPicture::GetSInfoByID(int id, int version) {

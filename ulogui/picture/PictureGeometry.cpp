@@ -1,8 +1,8 @@
 // The geometry of a magnified picture: its buffer holds device pixels, while its size queries and
 // geometry operations speak logical units.
+#include "picture/MagnifierHold.h"
 #include "ulogui/Magnify.h"
 #include "ulogui/Picture.h"
-#include "ulogui/picture/MagnifierHold.h"
 
 namespace {
 

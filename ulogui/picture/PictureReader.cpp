@@ -1,14 +1,14 @@
-#include "ulogui/picture/PictureReader.h"
+#include "picture/PictureReader.h"
 
 #include <cstring>
 #include <vector>
 
+#include "raster/PixelBlock.h"
+#include "resfile/BitmapResourceFormat.h"
 #include "ulogui/GUIMath.h"
-#include "ulogui/PixelBlock.h"
-#include "ulogui/picture/BitmapResourceFormat.h"
 
 namespace ulogui {
-namespace bitmapres {
+namespace resfile {
 
 ULOPictureInfo ReadPictureInfo(FILE* file, int id) {
     if (file == nullptr) {
@@ -44,7 +44,7 @@ DecodedBlock ReadPictureBlock(FILE* file, int id, unsigned int version, unsigned
                 // Checked against the file's size, so the block is never larger than the file. It starts
                 // zeroed: a part that lies (partly) past the end of the file reads as zero bytes.
                 const size_t size = static_cast<size_t>(stored.imageSize);
-                PixelBlockPtr block(detail::AllocatePixelBlock(size, true));
+                PixelBlockPtr block(ulogui::raster::AllocatePixelBlock(size, true));
                 const int64_t at = stored.PartOffset(part);
                 if (at >= 0) {
                     view.ReadBytes(at, block.get(), size);
@@ -64,7 +64,7 @@ DecodedBlock ReadPictureBlock(FILE* file, int id, unsigned int version, unsigned
     }
     // One white, fully transparent pixel. No block of the record's size is made for it, so nothing is
     // left unreleased.
-    out.bits.reset(detail::AllocatePixelBlock(4));
+    out.bits.reset(ulogui::raster::AllocatePixelBlock(4));
     std::memset(out.bits.get(), 255, 4);
     out.partsCount = 1;
     out.flags = 0;
@@ -75,5 +75,5 @@ DecodedBlock ReadPictureBlock(FILE* file, int id, unsigned int version, unsigned
     return out;
 }
 
-}  // namespace bitmapres
+}  // namespace resfile
 }  // namespace ulogui

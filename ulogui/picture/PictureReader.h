@@ -9,7 +9,7 @@
 #include "ulogui/PictureInfo.h"
 
 namespace ulogui {
-namespace bitmapres {
+namespace resfile {
 
 struct FreeDeleter {
     void operator()(unsigned char* p) const { std::free(p); }
@@ -46,5 +46,5 @@ ULOPictureInfo ReadPictureInfo(FILE* file, int id);
 // pixel (flags 0, one part). Bytes of a part that lie past the end of the file are zero.
 DecodedBlock ReadPictureBlock(FILE* file, int id, unsigned int version, unsigned int part);
 
-}  // namespace bitmapres
+}  // namespace resfile
 }  // namespace ulogui

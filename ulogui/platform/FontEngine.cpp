@@ -1,4 +1,4 @@
-#include "ulogui/platform/FontEngine.h"
+#include "platform/FontEngine.h"
 
 #include <algorithm>
 #include <mutex>

@@ -1,4 +1,4 @@
-#include "ulogui/platform/linux/FaceCatalogue.h"
+#include "platform/linux/FaceCatalogue.h"
 
 #include FT_SFNT_NAMES_H
 #include FT_TRUETYPE_IDS_H
@@ -11,7 +11,7 @@
 #include <memory>
 #include <utility>
 
-#include "ulogui/platform/linux/SfntFacts.h"
+#include "platform/linux/SfntFacts.h"
 
 namespace ulogui {
 namespace platform {

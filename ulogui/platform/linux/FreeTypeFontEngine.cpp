@@ -1,4 +1,4 @@
-#include "ulogui/platform/linux/FreeTypeFontEngine.h"
+#include "platform/linux/FreeTypeFontEngine.h"
 
 #include <ft2build.h>
 #include FT_DRIVER_H
@@ -15,9 +15,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/FaceCatalogue.h"
+#include "platform/linux/SfntFacts.h"
 #include "toolslib/MultiProc.h"
-#include "ulogui/platform/linux/FaceCatalogue.h"
-#include "ulogui/platform/linux/SfntFacts.h"
 #include "ulolib/Interruptor.h"
 
 namespace ulogui {

@@ -10,7 +10,7 @@
 #include <tuple>
 #include <utility>
 
-#include "ulogui/platform/FontEngine.h"
+#include "platform/FontEngine.h"
 
 namespace ulogui {
 namespace platform {

@@ -1,8 +1,8 @@
-#include "ulogui/platform/linux/SfntFacts.h"
+#include "platform/linux/SfntFacts.h"
 
 #include <algorithm>
 
-#include "ulogui/platform/FontEngine.h"
+#include "platform/FontEngine.h"
 
 namespace ulogui {
 namespace platform {

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "ulogui/platform/WritableMemory.h"
+#include "platform/WritableMemory.h"
 
 namespace ulogui {
 namespace platform {

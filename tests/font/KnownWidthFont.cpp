@@ -1,0 +1,71 @@
+#include "KnownWidthFont.h"
+
+#include <fontconfig/fontconfig.h>
+#include <sys/stat.h>
+
+#include "font/FakeFontEngine.h"
+#include "platform/linux/FreeTypeFontEngine.h"
+
+namespace platform = ulogui::platform;
+
+namespace measuretest {
+
+namespace {
+
+const wchar_t* const kFaceName = L"Known Widths";
+
+int32_t KnownAdvance(uint32_t c, int32_t spaceWidth) {
+    const std::pair<wchar_t, int32_t> special[] = {{' ', spaceWidth}, {'i', kNarrow},  {'l', kNarrow},
+                                                   {'m', kWide},      {'-', kHyphen},  {'/', kSlash},
+                                                   {'.', kDot},       {'?', kQuestion}};
+    for (const auto& [character, width] : special) {
+        if (c == static_cast<uint32_t>(character)) {
+            return width;
+        }
+    }
+    if (c >= 0x3000 && c < 0xA000) {
+        return kIdeograph;
+    }
+    if (c >= 0xF900 && c < 0xFFF0) {
+        return kCompat;
+    }
+    return c < 0x20 ? 99 : kLetter;  // the font clears the control characters itself
+}
+
+// The engine serves the font's construction only: the font keeps its widths and handles.
+std::unique_ptr<ULOFont> MakeWith(std::shared_ptr<platform::FontEngine> engine, const wchar_t* face,
+                                  float magnifier, int language) {
+    platform::SetFontEngine(std::move(engine));
+    auto font = std::make_unique<ULOFont>(std::vector<ULOString>{face}, kHeight, language, magnifier, false,
+                                          false, false);
+    platform::SetFontEngine(nullptr);
+    return font;
+}
+
+}  // namespace
+
+std::unique_ptr<ULOFont> KnownFont(float magnifier, int language, int32_t spaceWidth) {
+    auto engine = std::make_shared<testfonts::FakeFontEngine>(
+        std::vector<platform::FaceInfo>{testfonts::Face(kFaceName, platform::charset::kAnsi, 0x22),
+                                        testfonts::Face(kFaceName, platform::charset::kShiftJis, 0x22)});
+    engine->advance = [spaceWidth](const platform::FontRequest&, uint32_t c) {
+        return KnownAdvance(c, spaceWidth);
+    };
+    return MakeWith(engine, kFaceName, magnifier, language);
+}
+
+std::unique_ptr<ULOFont> DejaVuSans(float magnifier) {
+    const std::string file = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+    struct stat st {};
+    if (stat(file.c_str(), &st) != 0) {
+        return nullptr;
+    }
+    FcConfig* config = FcConfigCreate();
+    FcConfigAppFontAddFile(config, reinterpret_cast<const FcChar8*>(file.c_str()));
+    FcConfigBuildFonts(config);
+    auto engine = std::make_shared<platform::ft::FreeTypeFontEngine>(config);
+    FcConfigDestroy(config);  // the engine keeps its own reference
+    return MakeWith(engine, L"DejaVu Sans", magnifier, kLatin);
+}
+
+}  // namespace measuretest

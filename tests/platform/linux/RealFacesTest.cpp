@@ -1,0 +1,266 @@
+// The Linux font engine and ULOFont on the project's test fonts, through private fontconfig
+// configurations: enumeration, face resolution, metrics, kerning, and widths against what FreeType's
+// classic interpreter reports for the chosen face.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+#include "font/TestFonts.h"
+#include "platform/linux/FaceCatalogue.h"
+#include "platform/linux/SfntFacts.h"
+#include "ulogui/Font.h"
+
+using namespace ulogui::platform;
+using testfonts::DejaVu;
+using testfonts::FullEngine;
+using testfonts::LatinEngine;
+using testfonts::Liberation;
+
+namespace {
+
+std::vector<FaceInfo> Enumerate(FontEngine& engine, uint8_t charSet) {
+    std::vector<FaceInfo> faces;
+    engine.EnumerateFaces(charSet, [&](const FaceInfo& f) {
+        faces.push_back(f);
+        return true;
+    });
+    return faces;
+}
+
+const FaceInfo* Find(const std::vector<FaceInfo>& faces, const wchar_t* name, uint8_t charSet) {
+    const auto it = std::find_if(faces.begin(), faces.end(), [&](const FaceInfo& f) {
+        return f.faceName == name && f.charSet == charSet;
+    });
+    return it == faces.end() ? nullptr : &*it;
+}
+
+std::shared_ptr<PlatformFont> Make(FontEngine& engine, const wchar_t* face, int height, uint8_t charSet = 0,
+                                   int weight = 400) {
+    FontRequest r;
+    r.faceName = face;
+    r.height = height;
+    r.charSet = charSet;
+    r.weight = weight;
+    r.pitchAndFamily = 0x22;
+    return engine.CreateFontObject(r);
+}
+
+std::vector<int> Advances(const PlatformFont& font, uint32_t first, uint32_t last) {
+    std::vector<int32_t> w(last - first + 1);
+    font.GetCharAdvances(first, last, w.data());
+    return std::vector<int>(w.begin(), w.end());
+}
+
+// A ULOFont's cached widths against the classic advances of the face file (control characters 0).
+void ExpectWidths(const ULOFont& font, const std::string& file, unsigned ppem, unsigned first,
+                  unsigned last) {
+    const std::vector<int> expected = testfonts::ClassicAdvances(file, ppem, first, last);
+    ASSERT_EQ(last - first + 1, expected.size());
+    for (unsigned c = first; c <= last; ++c) {
+        const float want = c < 32 ? 0.0f : static_cast<float>(expected[c - first]);
+        ASSERT_EQ(want, font.GetCharWidthW(static_cast<wchar_t>(c), true)) << std::hex << c;
+    }
+}
+
+#define REQUIRE_CJK()                                                                                 \
+    if (!testfonts::HaveCjkFonts()) {                                                                 \
+        GTEST_SKIP() << "fonts-ipaexfont-gothic / fonts-arphic-gbsn00lp missing (scripts/bootstrap)"; \
+    }
+
+}  // namespace
+
+TEST(FontEngineEnumeration, OneReportPerFamilyWithPitchAndFamilyInAStableOrder) {
+    const std::vector<FaceInfo> ansi = Enumerate(*LatinEngine(), charset::kAnsi);
+    const std::map<std::wstring, uint8_t> expected = {
+        {L"DejaVu Sans", 0x22},     {L"DejaVu Sans Mono", 0x31}, {L"DejaVu Serif", 0x12},
+        {L"Liberation Sans", 0x22}, {L"Liberation Serif", 0x12}, {L"Liberation Mono", 0x31},
+    };
+    ASSERT_EQ(expected.size(), ansi.size());  // whatever the number of styles
+    for (const auto& [name, pitchAndFamily] : expected) {
+        const FaceInfo* face = Find(ansi, name.c_str(), 0);
+        ASSERT_NE(nullptr, face) << std::string(name.begin(), name.end());
+        EXPECT_EQ(pitchAndFamily, face->pitchAndFamily);
+        EXPECT_TRUE(face->trueType);
+    }
+    std::vector<std::wstring> names, again;
+    for (const FaceInfo& f : ansi) {
+        names.push_back(f.faceName);
+    }
+    for (const FaceInfo& f : Enumerate(*testfonts::MakeEngine(testfonts::LatinFiles()), charset::kAnsi)) {
+        again.push_back(f.faceName);
+    }
+    EXPECT_EQ(names, again);
+    // After at most three families that fontconfig picks for the generic names, the rest is sorted.
+    bool sorted = false;
+    for (size_t start = 0; start <= 3 && !sorted; ++start) {
+        sorted = std::is_sorted(ansi.begin() + start, ansi.end(), [](const FaceInfo& a, const FaceInfo& b) {
+            return a.faceName.CompareNoCase(b.faceName) < 0;
+        });
+    }
+    EXPECT_TRUE(sorted) << "the families after the defaults are not in name order";
+
+    int visits = 0;  // the visitor ends the enumeration
+    LatinEngine()->EnumerateFaces(charset::kDefault, [&](const FaceInfo&) { return ++visits < 2; });
+    EXPECT_EQ(2, visits);
+    EXPECT_TRUE(Enumerate(*testfonts::MakeEngine({}), charset::kDefault).empty());
+    EXPECT_EQ(nullptr, Make(*testfonts::MakeEngine({}), L"DejaVu Sans", 12));
+}
+
+TEST(FontEngineEnumeration, CharacterSetsComeFromTheCodePageBits) {
+    REQUIRE_CJK();
+    // IPAex Gothic declares Latin-1 and JIS; AR PL SungtiL GB declares GB2312 only; DejaVu Sans
+    // Latin-1, Cyrillic, Greek and others.
+    auto names = [](uint8_t charSet) {
+        std::wstring list;
+        for (const FaceInfo& f : Enumerate(*FullEngine(), charSet)) {
+            list += f.faceName + (f.pitchAndFamily == 0x22 ? L";" : L"(not 0x22);");
+        }
+        return list;
+    };
+    EXPECT_EQ(L"IPAexGothic;", names(charset::kShiftJis));
+    EXPECT_EQ(L"AR PL SungtiL GB;", names(charset::kGb2312));
+    EXPECT_NE(std::wstring::npos, names(charset::kAnsi).find(L"IPAexGothic;"));
+    EXPECT_EQ(std::wstring::npos, names(charset::kAnsi).find(L"AR PL"));
+    for (uint8_t charSet : {charset::kGreek, charset::kRussian}) {
+        EXPECT_NE(std::wstring::npos, names(charSet).find(L"DejaVu Sans;")) << int(charSet);
+    }
+    EXPECT_NE(nullptr, Find(Enumerate(*FullEngine(), charset::kDefault), L"IPAexGothic", charset::kShiftJis));
+    EXPECT_TRUE(Enumerate(*LatinEngine(), charset::kShiftJis).empty());
+}
+
+TEST(FontEngineFonts, CellAndCharacterHeightsGiveTheClassicVerticalMetrics) {
+    struct Case {
+        const wchar_t* face;
+        int height;
+        uint32_t ppem;
+        int ascent, descent;
+    };
+    for (const Case& c : {Case{L"DejaVu Sans", 24, 21, 19, 5}, Case{L"DejaVu Sans", -20, 20, 19, 5},
+                          Case{L"Liberation Sans", 24, 21, 19, 4}}) {
+        const FontMetrics m = Make(*LatinEngine(), c.face, c.height)->GetMetrics();
+        EXPECT_EQ(std::make_tuple(c.ppem, c.ascent, c.descent, c.ascent + c.descent),
+                  std::make_tuple(m.pixelsPerEm, m.ascent, m.descent, m.height));
+    }
+}
+
+TEST(FontEngineFonts, AdvancesAreThoseOfTheClassicTrueTypeInterpreterForTheStylesFile) {
+    const std::tuple<const wchar_t*, std::string, int> faces[] = {
+        {L"DejaVu Sans", DejaVu("DejaVuSans.ttf"), 400},
+        {L"Liberation Sans", Liberation("LiberationSans-Regular.ttf"), 400},
+        {L"DejaVu Serif", DejaVu("DejaVuSerif.ttf"), 400},
+        {L"DejaVu Sans", DejaVu("DejaVuSans-Bold.ttf"), 700},
+    };
+    for (const auto& [face, file, weight] : faces) {
+        for (unsigned ppem = 8; ppem <= 24; ++ppem) {
+            auto font = Make(*LatinEngine(), face, -static_cast<int>(ppem), 0, weight);
+            ASSERT_EQ(testfonts::ClassicAdvances(file, ppem, 0, 0x2FF), Advances(*font, 0, 0x2FF))
+                << file << " at " << ppem << " px";
+        }
+    }
+    // Characters without a glyph take the missing glyph's advance (U+E000, private use, is not mapped).
+    auto font = Make(*LatinEngine(), L"Liberation Sans", -16);
+    const std::vector<int> notdef =
+        testfonts::ClassicAdvances(Liberation("LiberationSans-Regular.ttf"), 16, 0xE000, 0xE000);
+    for (uint32_t c : {0x4E00u, 0x10FFFFu, 9u}) {  // a tab has no glyph either
+        EXPECT_EQ(notdef, Advances(*font, c, c)) << c;
+    }
+}
+
+TEST(FontEngineFonts, NamesIgnoreCaseMissingFacesAreSubstitutedAndTheCharacterSetOutweighsTheName) {
+    EXPECT_EQ(L"DejaVu Sans", Make(*LatinEngine(), L"dejavu SANS", 12)->GetFaceName());
+    const ULOString substitute = Make(*LatinEngine(), L"No Such Face", 12)->GetFaceName();
+    EXPECT_NE(L"No Such Face", substitute);
+    EXPECT_FALSE(substitute.empty());
+    // With no face for the set, the named face is still made.
+    EXPECT_EQ(L"DejaVu Sans", Make(*LatinEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
+    REQUIRE_CJK();
+    EXPECT_EQ(L"IPAexGothic", Make(*FullEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
+    EXPECT_EQ(L"IPAexGothic", Make(*FullEngine(), L"MS Gothic", 12, charset::kShiftJis)->GetFaceName());
+    EXPECT_EQ(L"AR PL SungtiL GB", Make(*FullEngine(), L"SimSun", 12, charset::kGb2312)->GetFaceName());
+    EXPECT_EQ(L"DejaVu Sans", Make(*FullEngine(), L"DejaVu Sans", 12, charset::kDefault)->GetFaceName());
+}
+
+TEST(FontEngineFonts, StylesPickTheMatchingFileOrAreSynthesised) {
+    auto* engine = LatinEngine().get();
+    FontRequest request;
+    request.faceName = L"DejaVu Sans";
+    const std::tuple<int, bool, const char*> styles[] = {
+        {700, false, "DejaVuSans-Bold.ttf"},
+        {700, true, "DejaVuSans-BoldOblique.ttf"},
+        {0, true, "DejaVuSans-Oblique.ttf"},  // weight 0, don't care: normal
+    };
+    for (const auto& [weight, italic, file] : styles) {
+        request.weight = weight;
+        request.italic = italic;
+        EXPECT_EQ(DejaVu(file), engine->ResolveFace(request)->path);
+    }
+    // Liberation Mono has no bold file here: bold is synthesised, one pixel wider per glyph.
+    const std::vector<int> regular = Advances(*Make(*engine, L"Liberation Mono", -15), 0x20, 0x7E);
+    auto emboldened = Make(*engine, L"Liberation Mono", -15, 0, 700);
+    std::vector<int> widened = regular;
+    std::for_each(widened.begin(), widened.end(), [](int& w) { ++w; });
+    EXPECT_EQ(widened, Advances(*emboldened, 0x20, 0x7E));
+    EXPECT_EQ(700, emboldened->GetMetrics().weight);
+}
+
+TEST(FontEngineFonts, KerningPairsComeFromTheFormatZeroTable) {
+    auto avAmount = [](const std::vector<KerningPair>& pairs) {
+        const auto av = std::find_if(pairs.begin(), pairs.end(),
+                                     [](const KerningPair& p) { return p.first == 'A' && p.second == 'V'; });
+        return av == pairs.end() ? 0 : av->amount;
+    };
+    const std::vector<KerningPair> pairs = Make(*LatinEngine(), L"DejaVu Sans", -21)->GetKerningPairs();
+    EXPECT_EQ(2727u, pairs.size());
+    EXPECT_EQ(907u, Make(*LatinEngine(), L"Liberation Sans", 24)->GetKerningPairs().size());
+    EXPECT_TRUE(Make(*LatinEngine(), L"DejaVu Sans Mono", 24)->GetKerningPairs().empty());
+    EXPECT_LT(avAmount(pairs), 0);
+    // Larger sizes kern more: the same pair at 4x the size.
+    EXPECT_LT(avAmount(Make(*LatinEngine(), L"DejaVu Sans", -84)->GetKerningPairs()), avAmount(pairs) * 3);
+}
+
+TEST(FontEngineFonts, SurviveTheirEngineAndFaceSharing) {
+    std::shared_ptr<PlatformFont> font;
+    {
+        auto engine = testfonts::MakeEngine({DejaVu("DejaVuSans.ttf")});
+        font = Make(*engine, L"DejaVu Sans", -12);
+        EXPECT_NE(Advances(*font, 'M', 'M'), Advances(*Make(*engine, L"DejaVu Sans", -30), 'M', 'M'));
+    }
+    EXPECT_EQ(testfonts::ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
+}
+
+TEST(FontOnRealFaces, ThePreferredAvailableFaceIsChosenAndMeasured) {
+    testfonts::ScopedEngine scoped(LatinEngine());
+    ULOFont font({L"No Such Face", L"Liberation Sans", L"DejaVu Sans"}, 16, 0, 2.0f, false, false, false);
+    ASSERT_TRUE(font.IsValid());
+    EXPECT_EQ(L"Liberation Sans", font.GetChosenFace());
+    // A cell height of 16 is 14 pixels per em for Liberation Sans.
+    ASSERT_EQ(14u, ft::PixelsPerEmForHeight(16, ft::VerticalDesign{2048, 1854, 434}));
+    ExpectWidths(font, Liberation("LiberationSans-Regular.ttf"), 14, 0, 255);
+    EXPECT_EQ(font.GetCharWidthW(L'W', true) / 2.0f, font.GetCharWidthW(L'W', false));
+    // A missing double-byte face is reported; the platform still made a font of some face.
+    ULOFont japanese({L"MS Gothic"}, 16, 3, 1.0f, false, false, false);
+    EXPECT_FALSE(japanese.IsNonANSIFontOK());
+    EXPECT_EQ(L"MS Gothic", japanese.GetChosenFace());
+    EXPECT_TRUE(japanese.IsValid());
+    EXPECT_TRUE(ULOFont({L"MS Gothic"}, 16, 0, 1.0f, false, false, false).IsNonANSIFontOK());
+}
+
+TEST(FontOnRealFaces, DoubleByteFontsFindTheirFaceAndCacheTheIdeographs) {
+    REQUIRE_CJK();
+    testfonts::ScopedEngine scoped(FullEngine());
+    ULOFont japanese({L"MS UI Gothic"}, -16, 3, 1.0f, false, false, false);
+    EXPECT_TRUE(japanese.IsNonANSIFontOK());
+    EXPECT_EQ(L"IPAexGothic", japanese.GetChosenFace());  // the only JIS face, sans like the wanted one
+    ASSERT_TRUE(japanese.HasUnicodeExtraWidths());
+    const std::string file = testfonts::IpaexGothic();
+    ExpectWidths(japanese, file, 16, 0x3000, 0x30FF);  // punctuation, kana
+    ExpectWidths(japanese, file, 16, 0x4E00, 0x4FFF);  // ideographs
+    ExpectWidths(japanese, file, 16, 0xFF00, 0xFFEF);  // full- and half-width forms
+    ExpectWidths(japanese, file, 16, 32, 255);
+
+    ULOFont chinese({L"SimSun", L"AR PL SungtiL GB"}, -14, 7, 1.0f, false, false, false);
+    EXPECT_TRUE(chinese.IsNonANSIFontOK());
+    EXPECT_EQ(L"AR PL SungtiL GB", chinese.GetChosenFace());
+    ExpectWidths(chinese, testfonts::ArphicGb(), 14, 0x4E00, 0x4EFF);
+}

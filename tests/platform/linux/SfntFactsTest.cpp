@@ -1,0 +1,139 @@
+// The table-derived facts of the Linux font engine, on values taken from real faces.
+#include <gtest/gtest.h>
+
+#include "platform/FontEngine.h"
+#include "platform/linux/SfntFacts.h"
+
+using namespace ulogui::platform;
+using namespace ulogui::platform::ft;
+
+TEST(SfntCharSets, CodePageBitsGiveTheWindowsCharacterSetsInBitOrder) {
+    // DejaVu Sans: Latin-1, Latin-2, Cyrillic, Greek, Turkish, Hebrew, Arabic, Baltic, Vietnamese,
+    // plus bits 29/30 (Macintosh, OEM) that have no character set.
+    EXPECT_EQ((std::vector<uint8_t>{0, 238, 204, 161, 162, 177, 178, 186, 163}),
+              CharSetsFromCodePages(0x600001FF));
+    EXPECT_EQ((std::vector<uint8_t>{0, 128}), CharSetsFromCodePages(0x00020001));  // IPAex Gothic
+    EXPECT_EQ((std::vector<uint8_t>{134}), CharSetsFromCodePages(0x00040000));     // AR PL SungtiL GB
+    EXPECT_EQ((std::vector<uint8_t>{129, 136, 130, 2}), CharSetsFromCodePages(0x80380000));
+    EXPECT_TRUE(CharSetsFromCodePages(0).empty());
+    EXPECT_EQ(17, CodePageBitOfCharSet(charset::kShiftJis));
+    EXPECT_EQ(-1, CodePageBitOfCharSet(charset::kDefault));
+    EXPECT_STREQ("zh-cn", LanguageOfCharSet(charset::kGb2312));
+    EXPECT_EQ(nullptr, LanguageOfCharSet(77));
+}
+
+TEST(SfntPitchAndFamily, FollowsSpacingPanoseAndFamilyClass) {
+    EXPECT_EQ(0x22, PitchAndFamilyOfFace(false, 2, 11, 0));  // DejaVu Sans
+    EXPECT_EQ(0x31, PitchAndFamilyOfFace(true, 2, 11, 0));   // DejaVu Sans Mono: fixed text face is modern
+    EXPECT_EQ(0x12, PitchAndFamilyOfFace(false, 2, 6, 0));   // DejaVu Serif
+    EXPECT_EQ(0x12, PitchAndFamilyOfFace(false, 2, 2, 0x0105));  // Liberation Serif
+    EXPECT_EQ(0x22, PitchAndFamilyOfFace(false, 2, 15, 0));      // rounded sans
+    EXPECT_EQ(0x22,
+              PitchAndFamilyOfFace(false, 2, 1, 0x0805));  // AR PL SungtiL GB: no serif style, class sans
+    EXPECT_EQ(0x12, PitchAndFamilyOfFace(false, 0, 0, 0x0300));  // no PANOSE, class modern serif
+    EXPECT_EQ(0x42, PitchAndFamilyOfFace(false, 3, 0, 0));       // script
+    EXPECT_EQ(0x52, PitchAndFamilyOfFace(false, 5, 0, 0));       // pictorial
+    EXPECT_EQ(0x41, PitchAndFamilyOfFace(true, 3, 0, 0));        // a fixed script face stays script
+    EXPECT_EQ(0x02, PitchAndFamilyOfFace(false, 0, 0, 0));       // nothing known
+    EXPECT_EQ(0x02, PitchAndFamilyOfFace(false, 9, 11, 0));      // unknown PANOSE kind
+    EXPECT_EQ(0x52, PitchAndFamilyOfFace(false, 1, 0, 0x0C00));  // symbolic class
+}
+
+TEST(SfntHeights, CellAndCharacterHeightsMapToPixelsPerEmAsTheClassicEngineDoes) {
+    const VerticalDesign dejaVu{2048, 1901, 483};
+    const VerticalDesign liberation{2048, 1854, 434};
+    EXPECT_EQ(21u, PixelsPerEmForHeight(24, dejaVu));
+    EXPECT_EQ(20u, PixelsPerEmForHeight(-20, dejaVu));
+    EXPECT_EQ(21u, PixelsPerEmForHeight(24, liberation));
+    EXPECT_EQ(107u, PixelsPerEmForHeight(120, liberation));
+    EXPECT_EQ(16u, PixelsPerEmForHeight(0, dejaVu));
+    EXPECT_EQ(std::make_tuple(19, 5, -5, 0),
+              std::make_tuple(ScaleRounded(1901, 21, 2048), ScaleRounded(483, 21, 2048),
+                              ScaleRounded(-483, 21, 2048), ScaleRounded(100, 21, 0)));
+    // Wild heights and degenerate designs stay in range.
+    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MIN, dejaVu));
+    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MAX, dejaVu));
+    EXPECT_EQ(1u, PixelsPerEmForHeight(1, dejaVu));
+    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{2048, 0, 0}));
+    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{0, 10, 10}));
+}
+
+TEST(SfntHeights, TheScaledCellNeverExceedsTheRequestedCell) {
+    for (const VerticalDesign& design :
+         {VerticalDesign{2048, 1901, 483}, VerticalDesign{2048, 1854, 434}, VerticalDesign{1000, 880, 120},
+          VerticalDesign{1024, 900, 124}, VerticalDesign{2048, 1802, 401}}) {
+        for (int32_t h = 4; h <= 400; ++h) {
+            const uint32_t ppem = PixelsPerEmForHeight(h, design);
+            const int32_t cell = ScaleRounded(design.winAscent, ppem, design.unitsPerEm) +
+                                 ScaleRounded(design.winDescent, ppem, design.unitsPerEm);
+            ASSERT_LE(cell, h) << "height " << h;
+            ASSERT_GE(cell, h - 2) << "height " << h;
+        }
+    }
+}
+
+namespace {
+
+void Put16(std::vector<uint8_t>& t, unsigned v) {
+    t.push_back(static_cast<uint8_t>(v >> 8));
+    t.push_back(static_cast<uint8_t>(v));
+}
+
+// A format-0 subtable with the given pairs; nPairs as declared (may lie).
+void PutSubtable(std::vector<uint8_t>& t, unsigned coverage, const std::vector<GlyphKerning>& pairs,
+                 unsigned declared) {
+    Put16(t, 0);
+    Put16(t, static_cast<unsigned>(14 + 6 * pairs.size()));
+    Put16(t, coverage);
+    Put16(t, declared);
+    Put16(t, 0);
+    Put16(t, 0);
+    Put16(t, 0);
+    for (const GlyphKerning& p : pairs) {
+        Put16(t, p.left);
+        Put16(t, p.right);
+        Put16(t, static_cast<uint16_t>(p.value));
+    }
+}
+
+}  // namespace
+
+TEST(SfntKerning, ReadsHorizontalFormatZeroSubtablesOnly) {
+    std::vector<uint8_t> table;
+    Put16(table, 0);
+    Put16(table, 3);
+    PutSubtable(table, 0x0001, {{36, 57, -150}, {57, 36, -120}}, 2);
+    PutSubtable(table, 0x0005, {{1, 2, 40}}, 1);  // cross-stream: ignored
+    PutSubtable(table, 0x0001, {{3, 4, 7}}, 1);
+    const std::vector<GlyphKerning> pairs = ParseKernTable(table.data(), table.size());
+    ASSERT_EQ(3u, pairs.size());
+    EXPECT_EQ(std::make_tuple(36, 57, -150), std::make_tuple(pairs[0].left, pairs[0].right, pairs[0].value));
+    EXPECT_EQ(std::make_tuple(57, 36, -120), std::make_tuple(pairs[1].left, pairs[1].right, pairs[1].value));
+    EXPECT_EQ(std::make_tuple(3, 4, 7), std::make_tuple(pairs[2].left, pairs[2].right, pairs[2].value));
+}
+
+TEST(SfntKerning, MalformedTablesNeverReadPastTheirEnd) {
+    std::vector<uint8_t> table;
+    Put16(table, 0);
+    Put16(table, 1);
+    PutSubtable(table, 0x0001, {{1, 2, 3}, {4, 5, 6}}, 1000);  // claims far more pairs than present
+    EXPECT_EQ(2u, ParseKernTable(table.data(), table.size()).size());
+    for (size_t cut = 0; cut < table.size(); ++cut) {
+        // A copy of exactly cut bytes, so that AddressSanitizer sees any over-read.
+        std::vector<uint8_t> prefix(table.begin(), table.begin() + static_cast<std::ptrdiff_t>(cut));
+        EXPECT_LE(ParseKernTable(prefix.data(), prefix.size()).size(), 2u);
+    }
+    std::vector<uint8_t> apple = {0x00, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x01};  // version 1.0: not read
+    EXPECT_TRUE(ParseKernTable(apple.data(), apple.size()).empty());
+    EXPECT_TRUE(ParseKernTable(nullptr, 0).empty());
+    std::vector<uint8_t> zeroLength = {0, 0, 0, 5, 0, 0, 0, 0, 0x02, 0x01};  // format 2 with length 0
+    EXPECT_TRUE(ParseKernTable(zeroLength.data(), zeroLength.size()).empty());
+}
+
+TEST(SfntKerning, ScalesAwayFromZeroThenTruncates) {
+    // (-2100 - 1045) / 2048, (4305 + 1045) / 2048, (-3192 - 1045) / 2048, zero, no units per em.
+    EXPECT_EQ(
+        std::make_tuple(-1, 2, -2, 0, 0),
+        std::make_tuple(ScaleKerning(-100, 21, 2048), ScaleKerning(205, 21, 2048),
+                        ScaleKerning(-152, 21, 2048), ScaleKerning(0, 21, 2048), ScaleKerning(10, 21, 0)));
+}

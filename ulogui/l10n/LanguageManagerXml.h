@@ -1,0 +1,29 @@
+#pragma once
+// Reading the language catalogue from "languages.xml" (shared by the language manager and its
+// fuzz target).
+#include <tinyxml.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "ulogui/LanguageManager.h"
+#include "ulolib/Path.h"
+
+namespace ulogui {
+namespace l10n {
+
+// A real catalogue is a few kilobytes; anything this large is not one and is not parsed.
+constexpr int64_t kMaxLanguagesXmlBytes = 16 * 1024 * 1024;
+
+// The "language" records under the "languages" root, in document order (none for another root).
+std::vector<ulo::gui::LanguageManager::Language> ReadLanguages(const TiXmlDocument& document);
+// Loads and reads the file; no records when it is absent, too large or not well-formed.
+std::vector<ulo::gui::LanguageManager::Language> LoadLanguagesXml(const ULOPath& file);
+// English, French, German, Japanese and Italian, used when the file yields no language.
+std::vector<ulo::gui::LanguageManager::Language> BuiltInLanguages();
+// A hexadecimal number as strtol reads it ("09", "0x0c", " 1A"); 0 when the text has no leading
+// number or the number does not fit an int.
+int ParseHexText(const char* text);
+
+}  // namespace l10n
+}  // namespace ulogui
