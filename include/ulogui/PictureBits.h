@@ -196,11 +196,8 @@ protected:
     void InitBytesPerPixels();
 
     unsigned char* GetBitsImpl() const { return bits; }
-    unsigned char* GetBitsImpl(int x, int y) const {
-        // Pointer-sized arithmetic: a large buffer's byte offsets do not fit an int.
-        return bits + (static_cast<std::ptrdiff_t>(height) - y - 1) * lineWidth +
-               static_cast<std::ptrdiff_t>(x) * bytesPerPixel;
-    }
+    // The address of pixel (x, y) by the bottom-up rule; not checked against the bounds.
+    unsigned char* GetBitsImpl(int x, int y) const;
 
     int width;
     int height;

@@ -17,6 +17,12 @@
 #include "ulogui/PixelTransfer.h"
 #include "ulolib/CriticalSection.h"
 
+namespace ulogui {
+namespace surface {
+class DeviceScope;
+}  // namespace surface
+}  // namespace ulogui
+
 class ULODRAW_API ULOTrueColorDCBase : public ULOPicture {
 public:
     // How picture drawing renders each source pixel (values are fixed).
@@ -118,6 +124,8 @@ private:
     // After a buffer operation installed a block of its own, that block is the surface's to free.
     void AdoptNewBlock_(const unsigned char* previousBits);
 
+    // Raises and restores the guard around every drawing member.
+    friend class ulogui::surface::DeviceScope;
     // Lets the unit tests reach the private queries.
     friend struct ULOTrueColorDCBaseTestAccess;
 };

@@ -14,7 +14,7 @@
 namespace {
 
 using namespace surfacetest;
-using ulogui::surface::DeviceCanvas;
+using ulogui::surface::DeviceView;
 using ulogui::surface::DrawingFrame;
 
 const CLR kInk(200, 100, 50);
@@ -63,7 +63,7 @@ TEST_F(DrawingFrameTest, BufferThatCannotBeDrawnOnSafelyHasNoBounds) {
     BufferSurface shortRows(memory.data(), 4, 2, 12);
     BufferSurface noPixels(nullptr, 4, 2, 16);
     for (BufferSurface* dc : {&mask, &shortRows, &noPixels}) {
-        EXPECT_TRUE(DeviceCanvas(*dc).IsEmpty());
+        EXPECT_TRUE(DeviceView(*dc).IsEmpty());
         const ULORect all(0, 0, 4, 2);
         dc->FillRect(&all, kInk, 1);
         dc->DrawPixel(ULOPoint(1, 1), kInk);

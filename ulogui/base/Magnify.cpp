@@ -1,9 +1,7 @@
 // The per-thread magnifier and the logical/device conversions.
-#include <cmath>
-#include <cstdint>
 #include <optional>
 
-#include "base/FloatToInteger.h"
+#include "base/MagnifyRounding.h"
 #include "ulogui/Magnify.h"
 
 namespace ulogui {
@@ -19,32 +17,28 @@ constexpr float kUnsetMagnifier = -2.0f;
 
 bool magnifyPhysicalDisplay = false;
 
-int RoundToDevice(float v) {
-    return base::SaturatingTruncate(std::floor(v + 0.5f));
-}
+struct ToDeviceUnits {
+    template <typename V>
+    V operator()(const V& v, float m) const {
+        return base::ToDevice(v, m);
+    }
+};
 
-int Scale(int v, float m) {
-    return RoundToDevice(static_cast<float>(v) * m);
-}
+struct ToLogicalUnits {
+    template <typename V>
+    V operator()(const V& v, float m) const {
+        return base::ToLogical(v, m);
+    }
+};
 
-int Unscale(int v, float m) {
-    return RoundToDevice(static_cast<float>(v) / m);
-}
-
-int ClampToInt(int64_t v) {
-    return v > INT32_MAX ? INT32_MAX : v < INT32_MIN ? INT32_MIN : static_cast<int>(v);
-}
-
-// Scales origin and size separately and rebuilds the far edges from them, so that equal sizes stay
-// equal wherever the rectangles lie.
-template <typename Convert>
-void ConvertRect(ULORect& r, float m, Convert convert) {
-    const int64_t w = static_cast<int64_t>(r.right) - r.left;
-    const int64_t h = static_cast<int64_t>(r.bottom) - r.top;
-    r.left = convert(r.left, m);
-    r.top = convert(r.top, m);
-    r.right = ClampToInt(static_cast<int64_t>(r.left) + convert(ClampToInt(w), m));
-    r.bottom = ClampToInt(static_cast<int64_t>(r.top) + convert(ClampToInt(h), m));
+// Every overload fetches the calling thread's factor first, creating it if needed, and converts its
+// arguments in place only when asked to.
+template <typename Convert, typename... Values>
+void ConvertInPlace(bool apply, Values&... values) {
+    const float m = GetMagnifier();
+    if (apply) {
+        ((values = Convert()(values, m)), ...);
+    }
 }
 
 }  // namespace
@@ -76,157 +70,71 @@ bool MagnifyRenderOnRetinaScreens() {
 }
 
 void DoMagnify(int& a, int& b, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a = Scale(a, m);
-        b = Scale(b, m);
-    }
+    ConvertInPlace<ToDeviceUnits>(apply, a, b);
 }
-
 void DoMagnify(int& a, int& b, int& c, int& d, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a = Scale(a, m);
-        b = Scale(b, m);
-        c = Scale(c, m);
-        d = Scale(d, m);
-    }
+    ConvertInPlace<ToDeviceUnits>(apply, a, b, c, d);
 }
-
 void DoMagnify(ULOPoint& p, bool apply) {
-    DoMagnify(p.x, p.y, apply);
+    ConvertInPlace<ToDeviceUnits>(apply, p.x, p.y);
 }
-
 void DoMagnify(ULOSize& s, bool apply) {
-    DoMagnify(s.cx, s.cy, apply);
+    ConvertInPlace<ToDeviceUnits>(apply, s.cx, s.cy);
 }
-
 void DoMagnify(ULORect& r, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        ConvertRect(r, m, Scale);
-    }
+    ConvertInPlace<ToDeviceUnits>(apply, r);
 }
-
 void DoMagnify(float& a, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a *= m;
-    }
+    ConvertInPlace<ToDeviceUnits>(apply, a);
 }
-
 void DoMagnify(float& a, float& b, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a *= m;
-        b *= m;
-    }
+    ConvertInPlace<ToDeviceUnits>(apply, a, b);
 }
-
 void DoMagnify(float& a, float& b, float& c, float& d, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a *= m;
-        b *= m;
-        c *= m;
-        d *= m;
-    }
+    ConvertInPlace<ToDeviceUnits>(apply, a, b, c, d);
 }
-
 void DoMagnify(double& a, bool apply) {
-    const double m = GetMagnifier();
-    if (apply) {
-        a *= m;
-    }
+    ConvertInPlace<ToDeviceUnits>(apply, a);
 }
-
 void DoMagnify(double& a, double& b, bool apply) {
-    const double m = GetMagnifier();
-    if (apply) {
-        a *= m;
-        b *= m;
-    }
+    ConvertInPlace<ToDeviceUnits>(apply, a, b);
 }
-
 void DoMagnify(ULOPointf& p, bool apply) {
-    DoMagnify(p.x, p.y, apply);
+    ConvertInPlace<ToDeviceUnits>(apply, p.x, p.y);
 }
 
 void UndoMagnify(int& a, int& b, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a = Unscale(a, m);
-        b = Unscale(b, m);
-    }
+    ConvertInPlace<ToLogicalUnits>(apply, a, b);
 }
-
 void UndoMagnify(int& a, int& b, int& c, int& d, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a = Unscale(a, m);
-        b = Unscale(b, m);
-        c = Unscale(c, m);
-        d = Unscale(d, m);
-    }
+    ConvertInPlace<ToLogicalUnits>(apply, a, b, c, d);
 }
-
 void UndoMagnify(ULOPoint& p, bool apply) {
-    UndoMagnify(p.x, p.y, apply);
+    ConvertInPlace<ToLogicalUnits>(apply, p.x, p.y);
 }
-
 void UndoMagnify(ULOSize& s, bool apply) {
-    UndoMagnify(s.cx, s.cy, apply);
+    ConvertInPlace<ToLogicalUnits>(apply, s.cx, s.cy);
 }
-
 void UndoMagnify(ULORect& r, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        ConvertRect(r, m, Unscale);
-    }
+    ConvertInPlace<ToLogicalUnits>(apply, r);
 }
-
 void UndoMagnify(float& a, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a /= m;
-    }
+    ConvertInPlace<ToLogicalUnits>(apply, a);
 }
-
 void UndoMagnify(float& a, float& b, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a /= m;
-        b /= m;
-    }
+    ConvertInPlace<ToLogicalUnits>(apply, a, b);
 }
-
 void UndoMagnify(float& a, float& b, float& c, float& d, bool apply) {
-    const float m = GetMagnifier();
-    if (apply) {
-        a /= m;
-        b /= m;
-        c /= m;
-        d /= m;
-    }
+    ConvertInPlace<ToLogicalUnits>(apply, a, b, c, d);
 }
-
 void UndoMagnify(double& a, bool apply) {
-    const double m = GetMagnifier();
-    if (apply) {
-        a /= m;
-    }
+    ConvertInPlace<ToLogicalUnits>(apply, a);
 }
-
 void UndoMagnify(double& a, double& b, bool apply) {
-    const double m = GetMagnifier();
-    if (apply) {
-        a /= m;
-        b /= m;
-    }
+    ConvertInPlace<ToLogicalUnits>(apply, a, b);
 }
-
 void UndoMagnify(ULOPointf& p, bool apply) {
-    UndoMagnify(p.x, p.y, apply);
+    ConvertInPlace<ToLogicalUnits>(apply, p.x, p.y);
 }
 
 }  // namespace magnify

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "raster/PixelBlock.h"
+#include "raster/RasterView.h"
 #include "ulogui/PictureBits.h"
 
 using ulogui::raster::AllocatePixelBlock;
@@ -196,4 +197,8 @@ void ULOPictureBits::SetPixelAndAlpha(int x, int y, const CLR& colour, unsigned 
     if (bytesPerPixel != 3) {
         p[3] = alpha;
     }
+}
+
+unsigned char* ULOPictureBits::GetBitsImpl(int x, int y) const {
+    return ulogui::raster::RasterView::BottomUp(bits, width, height, lineWidth, bytesPerPixel).Pixel(x, y);
 }

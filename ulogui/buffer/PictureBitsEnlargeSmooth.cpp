@@ -67,12 +67,11 @@ smooth::PixelFormat FormatOf(int bytesPerPixel, int flags) {
     return (flags & PICTBITS_ALPHA) ? smooth::PixelFormat::kRgba32 : smooth::PixelFormat::kRgb32;
 }
 
-bool Overlap(const BlockView& a, const BlockView& b) {
+bool Overlap(const ulogui::raster::RasterView& a, const ulogui::raster::RasterView& b) {
     // As addresses: the blocks are usually unrelated objects, which pointer comparison does not order.
-    const std::uintptr_t aStart = reinterpret_cast<std::uintptr_t>(a.bits);
-    const std::uintptr_t bStart = reinterpret_cast<std::uintptr_t>(b.bits);
-    return aStart < bStart + static_cast<std::uintptr_t>(b.size) &&
-           bStart < aStart + static_cast<std::uintptr_t>(a.size);
+    const std::uintptr_t aStart = reinterpret_cast<std::uintptr_t>(a.Block());
+    const std::uintptr_t bStart = reinterpret_cast<std::uintptr_t>(b.Block());
+    return aStart < bStart + b.BlockSize() && bStart < aStart + a.BlockSize();
 }
 
 }  // namespace
@@ -92,11 +91,11 @@ void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* target
                       target.flags)) {
         return;
     }
-    const BlockView source = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
-    const BlockView destination =
+    const ulogui::raster::RasterView source = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
+    const ulogui::raster::RasterView destination =
         ViewOf(target.bits, target.width, target.height, target.lineWidth, target.bytesPerPixel);
     // Reading and writing the same memory would make the result depend on the order of the columns.
-    if (!destination.CoversPicture() || Overlap(source, destination)) {
+    if (!destination.RowsHoldPixels() || Overlap(source, destination)) {
         return;
     }
 

@@ -26,13 +26,14 @@ void ULOPictureBits::Resize(int newWidth, int newHeight, const ULORect& source, 
         return;
     }
     const BlockPlan plan = PlanBlock(newWidth, newHeight, flags);
-    const BlockView from = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
+    const ulogui::raster::RasterView from = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
     // Cleared, so that what the method does not write (parts of the source rectangle outside the
     // picture) reads as zeros. Nearest neighbour writes every pixel of a picture that has any, and
     // clears the row padding itself.
-    const bool writesEverything = method == eResizeNearest && from.CoversPicture();
+    const bool writesEverything = method == eResizeNearest && from.RowsHoldPixels();
     BlockPtr block = AllocateBlock(plan.size, !writesEverything);
-    const NewBlock to{block.get(), plan.size, newWidth, newHeight, plan.lineWidth};
+    const ulogui::raster::RasterView to =
+        ulogui::raster::RasterView::BottomUp(block.get(), newWidth, newHeight, plan.lineWidth, bytesPerPixel);
     switch (method) {
         case eResizeNearest:
             ResizeNearest(from, to);

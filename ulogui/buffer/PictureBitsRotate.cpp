@@ -43,12 +43,12 @@ void ULOPictureBits::Rotate90(float degrees) {
     if (turn == QuarterTurn::kNone || !IsWellFormed(bits, width, height, lineWidth, bytesPerPixel, flags)) {
         return;
     }
-    const BlockView block = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
-    if (block.size == 0) {
+    const ulogui::raster::RasterView block = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
+    if (block.BlockSize() == 0) {
         return;
     }
     // The scratch starts as a copy, so row padding and anything not written keep their bytes.
-    std::vector<unsigned char> scratch(bits, bits + block.size);
+    std::vector<unsigned char> scratch(bits, bits + block.BlockSize());
     const std::int64_t bpp = bytesPerPixel;
     for (std::int64_t r = 0; r < height; ++r) {
         for (std::int64_t c = 0; c < width; ++c) {
@@ -94,13 +94,13 @@ void ULOPictureBits::Rotate(float degrees) {
     if (!IsWellFormed(bits, width, height, lineWidth, bytesPerPixel, flags)) {
         return;
     }
-    const BlockView block = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
-    if (block.size == 0 || !block.CoversPicture()) {
+    const ulogui::raster::RasterView block = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
+    if (block.BlockSize() == 0 || !block.RowsHoldPixels()) {
         return;
     }
     const ULOPoint centre(width / 2, height / 2);
     const float angle = static_cast<float>(-(static_cast<double>(degrees / 180) * 3.14159265359));
-    std::vector<unsigned char> scratch(static_cast<std::size_t>(block.size), 255);
+    std::vector<unsigned char> scratch(block.BlockSize(), 255);
     const std::int64_t bpp = bytesPerPixel;
     // 4-byte pixels are addressed with rows of width * 4 bytes, the stride of a 32-bit buffer.
     const std::int64_t rowBytes = bpp == 4 ? static_cast<std::int64_t>(width) * 4 : lineWidth;

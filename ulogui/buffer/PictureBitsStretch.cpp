@@ -37,13 +37,15 @@ private:
 };
 
 // Writes `times` copies of the pixel at `from` (when it lies inside the old block) from byte `to` on.
-void RepeatPixel(const BlockView& source, std::int64_t from, unsigned char* to, std::int64_t times) {
-    if (times <= 0 || !source.Holds(from, source.bytesPerPixel)) {
+void RepeatPixel(const ulogui::raster::RasterView& source, std::int64_t from, unsigned char* to,
+                 std::int64_t times) {
+    const int bpp = source.BytesPerPixel();
+    if (times <= 0 || !source.Holds(from, bpp)) {
         return;
     }
-    const unsigned char* pixel = source.bits + from;
+    const unsigned char* pixel = source.Block() + from;
     for (std::int64_t i = 0; i < times; ++i) {
-        std::memcpy(to + i * source.bytesPerPixel, pixel, static_cast<std::size_t>(source.bytesPerPixel));
+        std::memcpy(to + i * bpp, pixel, static_cast<std::size_t>(bpp));
     }
 }
 
@@ -82,7 +84,7 @@ void ULOPictureBits::HEnlarge(int newWidth, int splitX) {
     const std::int64_t split = splitX < 0 ? width / 2 : splitX;
     const BlockPlan plan = PlanBlock(newWidth, height, flags);
     BlockPtr block = AllocateBlock(plan.size, true);
-    const BlockView source = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
+    const ulogui::raster::RasterView source = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
     const std::int64_t bpp = bytesPerPixel;
     unsigned char* const out = block.get();
     for (std::int64_t row = 0; row < height; ++row) {
@@ -124,7 +126,7 @@ void ULOPictureBits::VEnlarge(int newHeight, int splitY) {
     // Width and stride stay; only rows are added.
     const BlockPlan plan = PlanBlockWithStride(lineWidth, newHeight);
     BlockPtr block = AllocateBlock(plan.size, true);
-    const BlockView source = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
+    const ulogui::raster::RasterView source = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
     for (std::int64_t row = 0; row < newHeight; ++row) {
         // Memory rows, so the split counts from the bottom of the picture.
         const std::int64_t sourceRow = row < split ? row : row < split + extra ? split : row - extra;

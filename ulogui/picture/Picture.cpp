@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "picture/MagnifierHold.h"
+#include "base/ScopedOverride.h"
 #include "picture/PictureReader.h"
 #include "raster/PixelBlock.h"
 #include "ulogui/Magnify.h"
@@ -226,7 +226,7 @@ void ULOPicture::TakeDecoded_(const Decoded& decoded, ULOSize target, bool smoot
     std::memcpy(copy, decoded.bits, decodedSize);
     Reset(copy, decoded.width, decoded.height, decoded.lineWidth, decoded.flags);
     // The targets are device pixels already: with the magnifier at 1.0 the operations take them as such.
-    const ulogui::picture::MagnifierHold hold;
+    const ulogui::base::ScopedOverride<float> hold(magnify::GetMagnifier(), 1.0f);
     if (!shrinkByNearest || target.cx > decoded.width || target.cy > decoded.height) {
         HEnlarge(target.cx, -1);
         VEnlarge(target.cy, -1);

@@ -1,21 +1,32 @@
 // The geometry of a magnified picture: its buffer holds device pixels, while its size queries and
 // geometry operations speak logical units.
-#include "picture/MagnifierHold.h"
+#include "base/MagnifyRounding.h"
+#include "base/ScopedOverride.h"
 #include "ulogui/Magnify.h"
 #include "ulogui/Picture.h"
 
 namespace {
 
-int Magnified(int v) {
-    int unused = 0;
-    magnify::DoMagnify(v, unused, true);
-    return v;
-}
+// Logical values to device pixels with the factor read once, or unchanged for a picture that is not
+// magnified.
+struct ToDevicePixels {
+    float m;
+    bool active;
+    template <typename V>
+    V operator()(const V& v) const {
+        return active ? ulogui::base::ToDevice(v, m) : v;
+    }
+};
 
-int Unmagnified(int v) {
-    int unused = 0;
-    magnify::UndoMagnify(v, unused, true);
-    return v;
+// Runs a buffer operation with its arguments in device pixels: on a magnified picture the arguments are
+// scaled once and the operation runs with the thread's magnifier held at 1.0, so that the buffer
+// operations that call other virtual operations (Crop calls Resize, for one) do not scale them again.
+template <typename Operation>
+void OnDevicePixels(bool magnified, Operation operation) {
+    float& magnifier = magnify::GetMagnifier();
+    const ToDevicePixels toDevice{magnifier, magnified};
+    const ulogui::base::ScopedOverride<float> hold(magnifier, 1.0f, magnified);
+    operation(toDevice);
 }
 
 }  // namespace
@@ -30,7 +41,9 @@ CLR ULOPicture::GetPixel(ULOPoint p) const {
 
 CLR ULOPicture::GetPixel(int x, int y) const {
     if (IsMagnified()) {
-        magnify::DoMagnify(x, y, true);
+        const float m = magnify::GetMagnifier();
+        x = ulogui::base::ToDevice(x, m);
+        y = ulogui::base::ToDevice(y, m);
         // Rounding up at a magnifier below 1.0 can carry the last logical column or row one past the
         // buffer; it reads the last device one instead.
         if (x == width && width > 0) {
@@ -44,17 +57,13 @@ CLR ULOPicture::GetPixel(int x, int y) const {
 }
 
 int ULOPicture::GetWidth(bool magnified) const {
-    if (bIsMagnified && !magnified && magnify::GetMagnifier() != 1.0f) {
-        return Unmagnified(width);
-    }
-    return width;
+    const float m = magnify::GetMagnifier();
+    return bIsMagnified && !magnified && m != 1.0f ? ulogui::base::ToLogical(width, m) : width;
 }
 
 int ULOPicture::GetHeight(bool magnified) const {
-    if (bIsMagnified && !magnified && magnify::GetMagnifier() != 1.0f) {
-        return Unmagnified(height);
-    }
-    return height;
+    const float m = magnify::GetMagnifier();
+    return bIsMagnified && !magnified && m != 1.0f ? ulogui::base::ToLogical(height, m) : height;
 }
 
 ULOSize ULOPicture::GetSize(bool magnified) const {
@@ -68,28 +77,16 @@ int ULOPicture::GetLineWidth(bool magnified) const {
     return lineWidth;
 }
 
-// Each operation below scales its arguments once and then runs the buffer's own operation with the
-// magnifier held at 1.0, so that the buffer operations that call other virtual operations (Crop calls
-// Resize, for one) do not scale the arguments a second time.
-
 void ULOPicture::HEnlarge(int newWidth, int splitX) {
-    if (!IsMagnified()) {
-        ULOPictureBits::HEnlarge(newWidth, splitX);
-        return;
-    }
-    magnify::DoMagnify(newWidth, splitX, true);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::HEnlarge(newWidth, splitX);
+    OnDevicePixels(IsMagnified(), [&](const ToDevicePixels& device) {
+        ULOPictureBits::HEnlarge(device(newWidth), device(splitX));
+    });
 }
 
 void ULOPicture::VEnlarge(int newHeight, int splitY) {
-    if (!IsMagnified()) {
-        ULOPictureBits::VEnlarge(newHeight, splitY);
-        return;
-    }
-    magnify::DoMagnify(newHeight, splitY, true);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::VEnlarge(newHeight, splitY);
+    OnDevicePixels(IsMagnified(), [&](const ToDevicePixels& device) {
+        ULOPictureBits::VEnlarge(device(newHeight), device(splitY));
+    });
 }
 
 void ULOPicture::Enlarge(const ULORect& target, const ULOPoint& split) {
@@ -98,83 +95,46 @@ void ULOPicture::Enlarge(const ULORect& target, const ULOPoint& split) {
 }
 
 void ULOPicture::Crop(int newWidth, int newHeight, ECropPosition position) {
-    if (!IsMagnified()) {
-        ULOPictureBits::Crop(newWidth, newHeight, position);
-        return;
-    }
-    magnify::DoMagnify(newWidth, newHeight, true);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::Crop(newWidth, newHeight, position);
+    OnDevicePixels(IsMagnified(), [&](const ToDevicePixels& device) {
+        ULOPictureBits::Crop(device(newWidth), device(newHeight), position);
+    });
 }
 
 void ULOPicture::Crop(ULORect rect) {
-    if (!IsMagnified()) {
-        ULOPictureBits::Crop(rect);
-        return;
-    }
-    magnify::DoMagnify(rect, true);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::Crop(rect);
+    OnDevicePixels(IsMagnified(), [&](const ToDevicePixels& device) { ULOPictureBits::Crop(device(rect)); });
 }
 
 void ULOPicture::ResizeToWidth(int newWidth, EResizeMethod method) {
-    if (!IsMagnified()) {
-        ULOPictureBits::ResizeToWidth(newWidth, method);
-        return;
-    }
-    newWidth = Magnified(newWidth);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::ResizeToWidth(newWidth, method);
+    OnDevicePixels(IsMagnified(), [&](const ToDevicePixels& device) {
+        ULOPictureBits::ResizeToWidth(device(newWidth), method);
+    });
 }
 
 void ULOPicture::ResizeToHeight(int newHeight, EResizeMethod method) {
-    if (!IsMagnified()) {
-        ULOPictureBits::ResizeToHeight(newHeight, method);
-        return;
-    }
-    newHeight = Magnified(newHeight);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::ResizeToHeight(newHeight, method);
+    OnDevicePixels(IsMagnified(), [&](const ToDevicePixels& device) {
+        ULOPictureBits::ResizeToHeight(device(newHeight), method);
+    });
 }
 
 void ULOPicture::Resize(int newWidth, int newHeight, const ULORect& source, EResizeMethod method) {
-    if (!IsMagnified()) {
-        ULOPictureBits::Resize(newWidth, newHeight, source, method);
-        return;
-    }
-    magnify::DoMagnify(newWidth, newHeight, true);
-    ULORect scaledSource = source;
-    magnify::DoMagnify(scaledSource, true);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::Resize(newWidth, newHeight, scaledSource, method);
+    OnDevicePixels(IsMagnified(), [&](const ToDevicePixels& device) {
+        ULOPictureBits::Resize(device(newWidth), device(newHeight), device(source), method);
+    });
 }
 
 void ULOPicture::Resize(int newWidth, int newHeight, EResizeMethod method) {
-    if (!IsMagnified()) {
-        ULOPictureBits::Resize(newWidth, newHeight, method);
-        return;
-    }
-    magnify::DoMagnify(newWidth, newHeight, true);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::Resize(newWidth, newHeight, method);
+    OnDevicePixels(IsMagnified(), [&](const ToDevicePixels& device) {
+        ULOPictureBits::Resize(device(newWidth), device(newHeight), method);
+    });
 }
 
 void ULOPicture::ResizeLazy(int newWidth, int newHeight) {
-    if (!IsMagnified()) {
-        ULOPictureBits::ResizeLazy(newWidth, newHeight);
-        return;
-    }
-    magnify::DoMagnify(newWidth, newHeight, true);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::ResizeLazy(newWidth, newHeight);
+    OnDevicePixels(IsMagnified(), [&](const ToDevicePixels& device) {
+        ULOPictureBits::ResizeLazy(device(newWidth), device(newHeight));
+    });
 }
 
 void ULOPicture::HResize(int newWidth) {
-    if (!IsMagnified()) {
-        ULOPictureBits::HResize(newWidth);
-        return;
-    }
-    newWidth = Magnified(newWidth);
-    const ulogui::picture::MagnifierHold hold;
-    ULOPictureBits::HResize(newWidth);
+    OnDevicePixels(IsMagnified(),
+                   [&](const ToDevicePixels& device) { ULOPictureBits::HResize(device(newWidth)); });
 }

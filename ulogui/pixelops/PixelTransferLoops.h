@@ -9,6 +9,7 @@
 // selections use.
 #include <cstdint>
 
+#include "raster/RasterView.h"
 #include "ulogui/Geometry.h"
 #include "ulogui/PixelTransfer.h"
 
@@ -91,8 +92,11 @@ public:
     }
 
     // Runs the loop over `dstRect` of `dst`, reading the source from `src` at `srcOrigin` for the
-    // rectangle's top-left pixel. The rectangle is cut to both buffers; rows are walked bottom-up in
-    // both. Returns false (and changes nothing) unless both are 4-byte-per-pixel buffers.
+    // rectangle's top-left pixel. The rectangle is cut to both views; rows are walked in memory order.
+    // Returns false (and changes nothing) unless both are views of 4-byte pixels.
+    bool Run(const raster::RasterView& dst, const ULORect& dstRect, const raster::RasterView& src,
+             ULOPoint srcOrigin) const;
+    // The same on two buffers, by their stored sizes.
     bool Run(ULOPictureBits& dst, const ULORect& dstRect, const ULOPictureBits& src,
              ULOPoint srcOrigin) const;
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "buffer/BufferView.h"
 #include "pixelops/PixelTransferLoops.h"
 #include "ulogui/PictureBits.h"
 
@@ -101,10 +102,10 @@ Loop::Loop(Functor functor, Wrapper wrapper, float opacity, float relativeOpacit
     row_ = FindRow(path_, functor_, wrapper_);
 }
 
-bool Loop::Run(ULOPictureBits& dst, const ULORect& dstRect, const ULOPictureBits& src,
+bool Loop::Run(const raster::RasterView& dst, const ULORect& dstRect, const raster::RasterView& src,
                ULOPoint srcOrigin) const {
-    if (dst.GetBytesPerPixel() != 4 || src.GetBytesPerPixel() != 4 || dst.GetBits() == nullptr ||
-        src.GetBits() == nullptr) {
+    if (dst.BytesPerPixel() != 4 || src.BytesPerPixel() != 4 || dst.Block() == nullptr ||
+        src.Block() == nullptr) {
         return false;
     }
     // 64-bit so that no rectangle, however wild, overflows on the way.
@@ -118,30 +119,35 @@ bool Loop::Run(ULOPictureBits& dst, const ULORect& dstRect, const ULOPictureBits
     sx += shiftX;
     top += shiftY;
     sy += shiftY;
-    const int64_t right =
-        std::min<int64_t>({dstRect.right, dst.GetWidth(true), left + src.GetWidth(true) - sx});
-    const int64_t bottom =
-        std::min<int64_t>({dstRect.bottom, dst.GetHeight(true), top + src.GetHeight(true) - sy});
+    const int64_t right = std::min<int64_t>({dstRect.right, dst.Width(), left + src.Width() - sx});
+    const int64_t bottom = std::min<int64_t>({dstRect.bottom, dst.Height(), top + src.Height() - sy});
     if (left >= right || top >= bottom || IsEmpty()) {
         return true;
     }
     const int count = static_cast<int>(right - left);
     const int rows = static_cast<int>(bottom - top);
-    // Bottom-up storage: the last row of the rectangle comes first in memory.
-    unsigned char* dstRow = dst.GetBits(static_cast<int>(left), static_cast<int>(bottom - 1));
-    const unsigned char* srcRow = src.GetBits(static_cast<int>(sx), static_cast<int>(sy + rows - 1));
-    const std::ptrdiff_t dstStride = dst.GetLineWidth(true);
-    const std::ptrdiff_t srcStride = src.GetLineWidth(true);
+    const raster::RasterView to = dst.Part(ULORect(static_cast<int>(left), static_cast<int>(top),
+                                                   static_cast<int>(right), static_cast<int>(bottom)));
+    const raster::RasterView from =
+        src.Part(ULORect(static_cast<int>(sx), static_cast<int>(sy), static_cast<int>(sx) + count,
+                         static_cast<int>(sy) + rows));
     const int64_t run = static_cast<int64_t>(count) * rows;
-    if (dstStride == 4 * count && srcStride == 4 * count && run <= INT32_MAX) {
-        // Whole rows of unpadded buffers lie end to end: one run, without the per-row start-up.
-        RunRow(dstRow, srcRow, static_cast<int>(run));
+    if (to.Stride() == -4 * count && from.Stride() == -4 * count && run <= INT32_MAX) {
+        // Whole rows of unpadded bottom-up buffers lie end to end from the bottom one: one run, without
+        // the per-row start-up.
+        RunRow(to.Row(rows - 1), from.Row(rows - 1), static_cast<int>(run));
         return true;
     }
-    for (int row = 0; row < rows; ++row) {
-        RunRow(dstRow + row * dstStride, srcRow + row * srcStride, count);
+    // Bottom row first, in the order the rows lie in memory.
+    for (int row = rows - 1; row >= 0; --row) {
+        RunRow(to.Row(row), from.Row(row), count);
     }
     return true;
+}
+
+bool Loop::Run(ULOPictureBits& dst, const ULORect& dstRect, const ULOPictureBits& src,
+               ULOPoint srcOrigin) const {
+    return Run(buffer::ViewOf(dst), dstRect, buffer::ViewOf(src), srcOrigin);
 }
 
 Wrapper SelectWrapper(bool sourceAlpha, bool destinationAlpha, float opacity) {

@@ -66,33 +66,23 @@ struct SourceAlphaOpacityWrap {
     int k;
 };
 
-// W3: mixed by the weight k alone, divided by 255 (truncating), colour bytes only.
-struct OpacityWrap {
-    explicit OpacityWrap(const CallConstants& c) : k(c.k) {}
+// W3: mixed by the weight k alone, divided by 255 (truncating), over the first `Bytes` bytes: the colour
+// bytes, or all four (alpha mixed like a colour) in the opacity loop of full-copy sources.
+template <int Bytes>
+struct OpacityMix {
+    explicit OpacityMix(const CallConstants& c) : k(c.k) {}
     template <class F>
     void operator()(const F& functor, const Byte* dst, const Byte* src, Byte* out) const {
         Byte f[4];
         Evaluate(functor, dst, src, f);
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < Bytes; ++i) {
             out[i] = static_cast<Byte>((f[i] * k + dst[i] * (255 - k)) / 255);
         }
     }
     int k;
 };
-
-// W3 over all four bytes, alpha mixed like a colour: the opacity loop of full-copy sources.
-struct OpacityAllBytesWrap {
-    explicit OpacityAllBytesWrap(const CallConstants& c) : k(c.k) {}
-    template <class F>
-    void operator()(const F& functor, const Byte* dst, const Byte* src, Byte* out) const {
-        Byte f[4];
-        Evaluate(functor, dst, src, f);
-        for (int i = 0; i < 4; ++i) {
-            out[i] = static_cast<Byte>((f[i] * k + dst[i] * (255 - k)) / 255);
-        }
-    }
-    int k;
-};
+using OpacityWrap = OpacityMix<3>;
+using OpacityAllBytesWrap = OpacityMix<4>;
 
 // W4: f with transparency t = 255 - w (w as in W2) composited onto a background of transparency
 // b = dst[3]. The combined transparency c = (b * t) >> 8 is written as alpha; the colour divides by

@@ -21,15 +21,12 @@ bool IsWellFormed(const unsigned char* bits, int width, int height, int lineWidt
     return bits != nullptr || static_cast<std::int64_t>(lineWidth) * height == 0;
 }
 
-BlockView ViewOf(unsigned char* bits, int width, int height, int lineWidth, int bytesPerPixel) {
-    BlockView view;
-    view.bits = bits;
-    view.width = width;
-    view.height = height;
-    view.lineWidth = lineWidth;
-    view.bytesPerPixel = bytesPerPixel;
-    view.size = bits != nullptr ? static_cast<std::ptrdiff_t>(raster::PixelBlockSize(lineWidth, height)) : 0;
-    return view;
+raster::RasterView ViewOf(unsigned char* bits, int width, int height, int lineWidth, int bytesPerPixel) {
+    // A block that holds no bytes is no block: its view has no rows to read.
+    if (raster::PixelBlockSize(lineWidth, height) == 0) {
+        bits = nullptr;
+    }
+    return raster::RasterView::BottomUp(bits, width, height, lineWidth, bytesPerPixel);
 }
 
 BlockPlan PlanBlock(int width, int height, int flags) {
@@ -55,17 +52,18 @@ BlockPtr AllocateBlock(std::size_t size, bool zeroed) {
     return BlockPtr(raster::AllocatePixelBlock(size, zeroed));
 }
 
-void CopyInsideBlocks(const BlockView& source, std::int64_t from, unsigned char* destination,
+void CopyInsideBlocks(const raster::RasterView& source, std::int64_t from, unsigned char* destination,
                       std::size_t destinationSize, std::int64_t to, std::int64_t count) {
-    if (count <= 0 || source.bits == nullptr || destination == nullptr) {
+    if (count <= 0 || source.Block() == nullptr || destination == nullptr) {
         return;
     }
     // The run [0, count) shrinks to the part where both ends are inside their blocks.
     const std::int64_t first = std::max<std::int64_t>({0, -from, -to});
-    const std::int64_t last = std::min<std::int64_t>({count, static_cast<std::int64_t>(source.size) - from,
-                                                      static_cast<std::int64_t>(destinationSize) - to});
+    const std::int64_t last =
+        std::min<std::int64_t>({count, static_cast<std::int64_t>(source.BlockSize()) - from,
+                                static_cast<std::int64_t>(destinationSize) - to});
     if (first < last) {
-        std::memcpy(destination + to + first, source.bits + from + first,
+        std::memcpy(destination + to + first, source.Block() + from + first,
                     static_cast<std::size_t>(last - first));
     }
 }

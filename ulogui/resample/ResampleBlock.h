@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "raster/RasterView.h"
+
 namespace ulogui {
 namespace resample {
 
@@ -23,38 +25,14 @@ inline int BytesPerPixelForFlags(int flags) {
     return (flags & 0x8) ? 3 : 4;
 }
 
-// The existing block of a buffer, as far as it can be trusted.
-struct BlockView {
-    unsigned char* bits = nullptr;
-    int width = 0;
-    int height = 0;
-    std::ptrdiff_t lineWidth = 0;
-    int bytesPerPixel = 4;
-    // Bytes that may be touched from `bits`: lineWidth * height, or 0 without a block.
-    std::ptrdiff_t size = 0;
-
-    // True when every pixel of the picture lies inside the block, so loops over the picture need no
-    // per-pixel checks.
-    bool CoversPicture() const {
-        return bits != nullptr && width > 0 && height > 0 &&
-               lineWidth >= static_cast<std::ptrdiff_t>(width) * bytesPerPixel;
-    }
-    // Byte offset of pixel (x, y) by the bottom-up rule (may lie outside the block).
-    std::ptrdiff_t OffsetOf(std::int64_t x, std::int64_t y) const {
-        return static_cast<std::ptrdiff_t>((height - 1 - y) * lineWidth + x * bytesPerPixel);
-    }
-    // Whether `count` bytes from `offset` lie inside the block.
-    bool Holds(std::int64_t offset, std::int64_t count) const {
-        return offset >= 0 && count >= 0 && offset <= static_cast<std::int64_t>(size) - count;
-    }
-};
-
 // Whether a buffer is fit for pixel work: non-negative sizes and stride, a pixel size that matches the
 // flags (a buffer filled by Read may disagree), rows long enough for their pixels, and a block whenever
 // the block size is not zero. Operations leave a buffer that is not fit unchanged.
 bool IsWellFormed(const unsigned char* bits, int width, int height, int lineWidth, int bytesPerPixel,
                   int flags);
-BlockView ViewOf(unsigned char* bits, int width, int height, int lineWidth, int bytesPerPixel);
+// The view of a buffer's existing block, as far as it can be trusted: its rows may be shorter than
+// their pixels, which is why readers check offsets with Holds.
+raster::RasterView ViewOf(unsigned char* bits, int width, int height, int lineWidth, int bytesPerPixel);
 
 // The geometry of a block to be built.
 struct BlockPlan {
@@ -97,7 +75,7 @@ BlockPtr AllocateBlock(std::size_t size, bool zeroed);
 
 // Copies `count` bytes from source offset `from` to destination offset `to`, leaving out every byte
 // whose source or destination lies outside its block.
-void CopyInsideBlocks(const BlockView& source, std::int64_t from, unsigned char* destination,
+void CopyInsideBlocks(const raster::RasterView& source, std::int64_t from, unsigned char* destination,
                       std::size_t destinationSize, std::int64_t to, std::int64_t count);
 
 }  // namespace resample

@@ -64,7 +64,7 @@ bool InsideRange(const std::vector<std::int64_t>& index, std::int64_t size) {
 // One output pixel of N channels. Checked: cells whose pixel is not inside the old block are left out
 // (no colour, no weight); otherwise every cell is known to lie inside the picture.
 template <int N, typename Sum, bool Checked>
-void BoxPixel(const BlockView& source, const BoxAxis& xs, std::size_t column, const BoxAxis& ys,
+void BoxPixel(const raster::RasterView& source, const BoxAxis& xs, std::size_t column, const BoxAxis& ys,
               std::size_t row, const std::vector<float>& xWeight, unsigned char* out) {
     Sum sum[N] = {};
     float weightSum = 0;
@@ -72,11 +72,11 @@ void BoxPixel(const BlockView& source, const BoxAxis& xs, std::size_t column, co
         const float wx = xWeight[cx];
         for (std::size_t cy = ys.start[row]; cy < ys.start[row + 1]; ++cy) {
             const float w = wx * ys.factorA[cy] * ys.factorB[cy];
-            const std::int64_t offset = source.OffsetOf(xs.index[cx], ys.index[cy]);
+            const std::int64_t offset = source.OffsetInBlock(xs.index[cx], ys.index[cy]);
             if (Checked && !source.Holds(offset, N)) {
                 continue;
             }
-            const unsigned char* p = source.bits + offset;
+            const unsigned char* p = source.Block() + offset;
             for (int c = 0; c < N; ++c) {
                 sum[c] += static_cast<int>(static_cast<float>(p[c]) * w);
             }
@@ -96,12 +96,11 @@ void BoxPixel(const BlockView& source, const BoxAxis& xs, std::size_t column, co
 }
 
 template <int N, typename Sum, bool Checked>
-void BoxRows(const BlockView& source, const BoxAxis& xs, const BoxAxis& ys, const std::vector<float>& xWeight,
-             const NewBlock& target, int columns, int rows) {
+void BoxRows(const raster::RasterView& source, const BoxAxis& xs, const BoxAxis& ys,
+             const std::vector<float>& xWeight, const raster::RasterView& target, int columns, int rows) {
     // Output rows from the top of the picture down, each from column 0.
     for (int i = 0; i < rows; ++i) {
-        unsigned char* to =
-            target.bits + static_cast<std::ptrdiff_t>(target.height - 1 - i) * target.lineWidth;
+        unsigned char* to = target.Row(i);
         for (int j = 0; j < columns; ++j) {
             BoxPixel<N, Sum, Checked>(source, xs, static_cast<std::size_t>(j), ys,
                                       static_cast<std::size_t>(i), xWeight,
@@ -111,8 +110,8 @@ void BoxRows(const BlockView& source, const BoxAxis& xs, const BoxAxis& ys, cons
 }
 
 template <int N>
-void BoxFormat(const BlockView& source, const BoxAxis& xs, const BoxAxis& ys, const NewBlock& target,
-               int columns, int rows, bool checked) {
+void BoxFormat(const raster::RasterView& source, const BoxAxis& xs, const BoxAxis& ys,
+               const raster::RasterView& target, int columns, int rows, bool checked) {
     // 255 per channel and cell, each cell's weight at most 1: 32-bit sums are enough unless a pixel
     // averages millions of cells.
     const bool narrow = static_cast<double>(xs.maxCells) * static_cast<double>(ys.maxCells) * 255.0 < 2.0e9;
@@ -128,12 +127,12 @@ void BoxFormat(const BlockView& source, const BoxAxis& xs, const BoxAxis& ys, co
 
 }  // namespace
 
-void ResizeBox(const BlockView& source, const ULORect& rect, const NewBlock& target) {
-    if (source.bits == nullptr || source.width <= 0 || source.height <= 0 || target.bits == nullptr) {
+void ResizeBox(const raster::RasterView& source, const ULORect& rect, const raster::RasterView& target) {
+    if (source.IsEmpty() || target.IsEmpty()) {
         return;  // nothing to average: the cleared block stays
     }
-    const float scaleX = static_cast<float>(source.width) / static_cast<float>(target.width);
-    const float scaleY = static_cast<float>(source.height) / static_cast<float>(target.height);
+    const float scaleX = static_cast<float>(source.Width()) / static_cast<float>(target.Width());
+    const float scaleY = static_cast<float>(source.Height()) / static_cast<float>(target.Height());
     const float spanX = static_cast<float>(static_cast<std::int64_t>(rect.right) - rect.left);
     const float spanY = static_cast<float>(static_cast<std::int64_t>(rect.bottom) - rect.top);
     // The 0.1 is a double, as is the sum it is added to.
@@ -143,8 +142,8 @@ void ResizeBox(const BlockView& source, const ULORect& rect, const NewBlock& tar
     const int x0 = TruncateSaturated(static_cast<double>(static_cast<float>(rect.left) / scaleX) + 0.1);
     const int y0 = TruncateSaturated(static_cast<double>(static_cast<float>(rect.top) / scaleY) + 0.1);
     // Pixels that would land outside the new picture are not computed.
-    const int usedColumns = std::min(columns, target.width);
-    const int usedRows = std::min(rows, target.height);
+    const int usedColumns = std::min(columns, target.Width());
+    const int usedRows = std::min(rows, target.Height());
     if (usedColumns <= 0 || usedRows <= 0) {
         return;
     }
@@ -154,9 +153,9 @@ void ResizeBox(const BlockView& source, const ULORect& rect, const NewBlock& tar
     for (std::size_t i = 0; i < xs.factorA.size(); ++i) {
         xs.factorA[i] *= xs.factorB[i];
     }
-    const bool checked = !(source.CoversPicture() && InsideRange(xs.index, source.width) &&
-                           InsideRange(ys.index, source.height));
-    switch (source.bytesPerPixel) {
+    const bool checked = !(source.RowsHoldPixels() && InsideRange(xs.index, source.Width()) &&
+                           InsideRange(ys.index, source.Height()));
+    switch (source.BytesPerPixel()) {
         case 1:
             BoxFormat<1>(source, xs, ys, target, usedColumns, usedRows, checked);
             break;

@@ -57,25 +57,25 @@ void GatherRow(unsigned char* to, const unsigned char* from, const std::int32_t*
 }
 
 template <int N>
-void NearestRows(const BlockView& source, const NewBlock& target, const std::vector<std::int32_t>& offsets) {
-    const std::size_t rowBytes = static_cast<std::size_t>(target.width) * N;
-    const std::size_t padding = static_cast<std::size_t>(target.lineWidth) - rowBytes;
+void NearestRows(const raster::RasterView& source, const raster::RasterView& target,
+                 const std::vector<std::int32_t>& offsets) {
+    const std::size_t rowBytes = static_cast<std::size_t>(target.Width()) * N;
+    const std::size_t padding = static_cast<std::size_t>(-target.Stride()) - rowBytes;
     const auto sourceRow = [&](int y) {
-        return source.bits + source.OffsetOf(0, static_cast<std::int64_t>(source.height) * y / target.height);
+        return source.Row(static_cast<std::int64_t>(source.Height()) * y / target.Height());
     };
     const unsigned char* previousSource = nullptr;
     const unsigned char* previousRow = nullptr;
     // Destination picture rows from the bottom (the first row in memory) upwards.
-    for (int y = target.height - 1; y >= 0; --y) {
+    for (int y = target.Height() - 1; y >= 0; --y) {
         const unsigned char* from = sourceRow(y);
-        unsigned char* to =
-            target.bits + static_cast<std::ptrdiff_t>(target.height - 1 - y) * target.lineWidth;
+        unsigned char* to = target.Row(y);
         if (from == previousSource) {
             std::memcpy(to, previousRow, rowBytes);
         } else {
             RowPrefetch next(y > 0 ? sourceRow(y - 1) : nullptr,
-                             static_cast<std::ptrdiff_t>(source.width) * N);
-            GatherRow<N>(to, from, offsets.data(), target.width, next);
+                             static_cast<std::ptrdiff_t>(source.Width()) * N);
+            GatherRow<N>(to, from, offsets.data(), target.Width(), next);
         }
         // The block was not cleared: the row padding is.
         std::memset(to + rowBytes, 0, padding);
@@ -86,18 +86,18 @@ void NearestRows(const BlockView& source, const NewBlock& target, const std::vec
 
 }  // namespace
 
-void ResizeNearest(const BlockView& source, const NewBlock& target) {
+void ResizeNearest(const raster::RasterView& source, const raster::RasterView& target) {
     // A picture without pixels leaves the (then cleared) block as it is.
-    if (!source.CoversPicture() || target.bits == nullptr) {
+    if (!source.RowsHoldPixels() || target.IsEmpty()) {
         return;
     }
     // Byte offsets within a source row, which is shorter than 2 GB since its stride is an int.
-    std::vector<std::int32_t> offsets(static_cast<std::size_t>(target.width));
-    for (int x = 0; x < target.width; ++x) {
-        offsets[x] = static_cast<std::int32_t>(static_cast<std::int64_t>(x) * source.width / target.width *
-                                               source.bytesPerPixel);
+    std::vector<std::int32_t> offsets(static_cast<std::size_t>(target.Width()));
+    for (int x = 0; x < target.Width(); ++x) {
+        offsets[x] = static_cast<std::int32_t>(static_cast<std::int64_t>(x) * source.Width() /
+                                               target.Width() * source.BytesPerPixel());
     }
-    switch (source.bytesPerPixel) {
+    switch (source.BytesPerPixel()) {
         case 1:
             NearestRows<1>(source, target, offsets);
             break;

@@ -6,7 +6,6 @@
 #include "surface/DrawingFrame.h"
 #include "ulogui/TrueColorDC.h"
 
-using ulogui::surface::DeviceCanvas;
 using ulogui::surface::DeviceConversion;
 using ulogui::surface::DrawingFrame;
 
@@ -50,7 +49,7 @@ void ULOTrueColorDCBase::FillRect(const ULORect* rect, const CLR& colour, unsign
         return;
     }
     const DrawingFrame frame(*this);
-    const DeviceCanvas& canvas = frame.Canvas();
+    const ulogui::raster::RasterView& canvas = frame.Canvas();
     ULORect area = frame.ToDevice(*rect);
     if (!canvas.Clip(area)) {
         return;
@@ -62,14 +61,16 @@ void ULOTrueColorDCBase::FillRect(const ULORect* rect, const CLR& colour, unsign
     // reading a row back for each row written.
     const int count = area.right - area.left;
     const int rows = area.bottom - area.top;
-    unsigned char* lowest = canvas.Pixel(area.left, area.bottom - 1);  // the bottom row comes first in memory
-    if (count == canvas.Width() && canvas.Stride() == static_cast<std::ptrdiff_t>(count) * 4) {
-        // Whole rows of an unpadded buffer lie end to end: one run instead of one per row.
-        StorePixels(lowest, static_cast<std::ptrdiff_t>(count) * rows, store);
+    if (count == canvas.Width() && -canvas.Stride() == static_cast<std::ptrdiff_t>(count) * 4) {
+        // Whole rows of an unpadded bottom-up buffer lie end to end from the bottom one: one run instead of
+        // one per row.
+        StorePixels(canvas.Pixel(area.left, area.bottom - 1), static_cast<std::ptrdiff_t>(count) * rows,
+                    store);
         return;
     }
-    for (int i = 0; i < rows; ++i) {
-        StorePixels(lowest + i * canvas.Stride(), count, store);
+    // Bottom row first, in the order the rows lie in memory.
+    for (int y = area.bottom - 1; y >= area.top; --y) {
+        StorePixels(canvas.Pixel(area.left, y), count, store);
     }
 }
 
@@ -81,7 +82,7 @@ void ULOTrueColorDCBase::DrawPixel(const ULOPoint& point, const CLR& colour) {
         return;
     }
     const DrawingFrame frame(*this);
-    const DeviceCanvas& canvas = frame.Canvas();
+    const ulogui::raster::RasterView& canvas = frame.Canvas();
     if (canvas.IsEmpty()) {
         return;
     }

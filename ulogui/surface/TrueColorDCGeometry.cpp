@@ -4,9 +4,7 @@
 #include "ulogui/TrueColorDC.h"
 
 using ulogui::surface::DeviceConversion;
-using ulogui::surface::GuardRaiser;
-using ulogui::surface::ScaleToDevice;
-using ulogui::surface::ScaleToLogical;
+using ulogui::surface::DeviceScope;
 
 namespace {
 
@@ -15,9 +13,8 @@ namespace {
 // this surface's overrides with device pixels and do not convert a second time.
 template <typename Operation>
 void OnDevicePixels(ULOTrueColorDCBase& dc, Operation operation) {
-    const DeviceConversion conversion(dc);
-    const GuardRaiser guard(dc);
-    operation(conversion);
+    const DeviceScope scope(dc);
+    operation(scope.Conversion());
 }
 
 }  // namespace
@@ -27,7 +24,7 @@ int ULOTrueColorDCBase::LogicalOrStored_(int stored, bool magnified) const {
         return stored;
     }
     const float m = magnify::GetMagnifier();
-    return m == 1.0f ? stored : ScaleToLogical(stored, m);
+    return m == 1.0f ? stored : ulogui::base::ToLogical(stored, m);
 }
 
 int ULOTrueColorDCBase::GetWidth(bool magnified) const {
