@@ -69,73 +69,28 @@ bool MagnifyRenderOnRetinaScreens() {
     return bFineRenderOnRetinaScreens;
 }
 
-void DoMagnify(int& a, int& b, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, a, b);
-}
-void DoMagnify(int& a, int& b, int& c, int& d, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, a, b, c, d);
-}
-void DoMagnify(ULOPoint& p, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, p.x, p.y);
-}
-void DoMagnify(ULOSize& s, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, s.cx, s.cy);
-}
-void DoMagnify(ULORect& r, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, r);
-}
-void DoMagnify(float& a, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, a);
-}
-void DoMagnify(float& a, float& b, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, a, b);
-}
-void DoMagnify(float& a, float& b, float& c, float& d, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, a, b, c, d);
-}
-void DoMagnify(double& a, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, a);
-}
-void DoMagnify(double& a, double& b, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, a, b);
-}
-void DoMagnify(ULOPointf& p, bool apply) {
-    ConvertInPlace<ToDeviceUnits>(apply, p.x, p.y);
-}
+// Every signature exists twice over the same values: DoMagnify to device pixels, UndoMagnify back.
+#define ULO_MAGNIFY_BOTH_WAYS(Parameters, Values) \
+    void DoMagnify Parameters {                   \
+        ConvertInPlace<ToDeviceUnits> Values;     \
+    }                                             \
+    void UndoMagnify Parameters {                 \
+        ConvertInPlace<ToLogicalUnits> Values;    \
+    }
 
-void UndoMagnify(int& a, int& b, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, a, b);
-}
-void UndoMagnify(int& a, int& b, int& c, int& d, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, a, b, c, d);
-}
-void UndoMagnify(ULOPoint& p, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, p.x, p.y);
-}
-void UndoMagnify(ULOSize& s, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, s.cx, s.cy);
-}
-void UndoMagnify(ULORect& r, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, r);
-}
-void UndoMagnify(float& a, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, a);
-}
-void UndoMagnify(float& a, float& b, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, a, b);
-}
-void UndoMagnify(float& a, float& b, float& c, float& d, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, a, b, c, d);
-}
-void UndoMagnify(double& a, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, a);
-}
-void UndoMagnify(double& a, double& b, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, a, b);
-}
-void UndoMagnify(ULOPointf& p, bool apply) {
-    ConvertInPlace<ToLogicalUnits>(apply, p.x, p.y);
-}
+ULO_MAGNIFY_BOTH_WAYS((int& a, int& b, bool apply), (apply, a, b))
+ULO_MAGNIFY_BOTH_WAYS((int& a, int& b, int& c, int& d, bool apply), (apply, a, b, c, d))
+ULO_MAGNIFY_BOTH_WAYS((ULOPoint & p, bool apply), (apply, p.x, p.y))
+ULO_MAGNIFY_BOTH_WAYS((ULOSize & s, bool apply), (apply, s.cx, s.cy))
+ULO_MAGNIFY_BOTH_WAYS((ULORect & r, bool apply), (apply, r))
+ULO_MAGNIFY_BOTH_WAYS((float& a, bool apply), (apply, a))
+ULO_MAGNIFY_BOTH_WAYS((float& a, float& b, bool apply), (apply, a, b))
+ULO_MAGNIFY_BOTH_WAYS((float& a, float& b, float& c, float& d, bool apply), (apply, a, b, c, d))
+ULO_MAGNIFY_BOTH_WAYS((double& a, bool apply), (apply, a))
+ULO_MAGNIFY_BOTH_WAYS((double& a, double& b, bool apply), (apply, a, b))
+ULO_MAGNIFY_BOTH_WAYS((ULOPointf & p, bool apply), (apply, p.x, p.y))
+
+#undef ULO_MAGNIFY_BOTH_WAYS
 
 }  // namespace magnify
 }  // namespace ulogui
