@@ -102,6 +102,12 @@ public:
     // like it.
     void DrawPixel(const ULOPoint& point, const CLR& colour);
 
+    // ---- Pixels, lines, rectangle outlines, frames, arcs and curves (TrueColorDCLines*.cpp) ----
+
+    // ---- Fills, gradations, textures, shadows and scrolling (TrueColorDCFills*.cpp) ----
+
+    // ---- Picture drawing (TrueColorDCPictures*.cpp) ----
+
 protected:
     // For subclasses that supply their own buffer. The surface starts empty and unmagnified, and
     // ownBuffer false: the subclass sets it to true when the base may free the buffer it installs.
