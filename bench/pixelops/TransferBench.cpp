@@ -1,4 +1,4 @@
-// The blending wrappers with PixelCopy, on the scalar reference and on the best vector path, beside
+// The blending wrappers with PixelCopy, on the scalar reference and at each vector level, beside
 // pixman's compositing of the same number of pixels:
 //   W0 (plain)                   beside pixman SRC a8r8g8b8 -> x8r8g8b8
 //   W1, W2 (source alpha)        beside pixman OVER a8r8g8b8 -> x8r8g8b8
@@ -56,13 +56,13 @@ const WrapperCase kWrappers[] = {
     {"W4", Wrapper::kOntoAlpha, 1.0f},
 };
 
-void RunWrapper(benchmark::State& state, Wrapper wrapper, float opacity, Path path) {
+void RunWrapper(benchmark::State& state, Wrapper wrapper, float opacity, Isa isa) {
     Images images(static_cast<int>(state.range(0)));
     const int n = images.side;
     ULOPictureBits dst(reinterpret_cast<unsigned char*>(images.dst.data()), n, n, 4 * n, PICTBITS_ALPHA);
     const ULOPictureBits src(reinterpret_cast<unsigned char*>(images.src.data()), n, n, 4 * n,
                              PICTBITS_ALPHA);
-    const Loop loop(Functor::kCopy, wrapper, opacity, 1.0f, path);
+    const Loop loop(Functor::kCopy, wrapper, opacity, 1.0f, isa);
     const ULORect all(0, 0, n, n);
     for (auto _ : state) {
         loop.Run(dst, all, src, ULOPoint(0, 0));
@@ -110,31 +110,19 @@ const char* kPixmanNames[] = {"pixman_SRC_a8r8g8b8_onto_x8r8g8b8", "pixman_OVER_
                               "pixman_OVER_a8r8g8b8_onto_a8r8g8b8", "pixman_OVER_solid_alpha_onto_x8r8g8b8",
                               "pixman_OVER_x8r8g8b8_const_mask_onto_x8r8g8b8"};
 
-const char* PathName(Path path) {
-    switch (path) {
-        case Path::kScalar:
-            return "scalar";
-        case Path::kVector128:
-            return "vector128";
-        case Path::kVector256:
-            return "vector256";
-        case Path::kVector512:
-            return "vector512";
-    }
-    return "?";
-}
-
 void RegisterAll() {
-    const Path best = GetBestPath();
+    const Isa best = ulogui::base::BestIsa();
     for (const WrapperCase& c : kWrappers) {
-        for (Path path : {Path::kScalar, Path::kVector128, Path::kVector256, Path::kVector512}) {
-            if (!IsPathAvailable(path)) {
+        for (int level = 0; level < ulogui::base::kIsaCount; ++level) {
+            const Isa isa = static_cast<Isa>(level);
+            if (!ulogui::base::IsIsaAvailable(isa)) {
                 continue;
             }
-            // The best path is the one the summary compares; the others show what each width brings.
-            const std::string name = std::string(c.name) + "_" + (path == best ? "simd" : PathName(path));
-            auto* b = benchmark::RegisterBenchmark(name.c_str(), [c, path](benchmark::State& state) {
-                RunWrapper(state, c.wrapper, c.opacity, path);
+            // The best level is the one the summary compares; the others show what each width brings.
+            const std::string name =
+                std::string(c.name) + "_" + (isa == best ? "simd" : ulogui::base::IsaName(isa));
+            auto* b = benchmark::RegisterBenchmark(name.c_str(), [c, isa](benchmark::State& state) {
+                RunWrapper(state, c.wrapper, c.opacity, isa);
             });
             for (int size : kSizes) {
                 b->Arg(size);
@@ -181,7 +169,8 @@ void PrintSummary(const std::map<std::string, double>& rates) {
                         pixman, pixman > 0 ? simd / pixman : 0.0, target, row.pixman);
         }
     }
-    std::printf("(Mpixel/s; simd is the best path on this machine, %s)\n", PathName(GetBestPath()));
+    std::printf("(Mpixel/s; simd is the best level on this machine, %s)\n",
+                ulogui::base::IsaName(ulogui::base::BestIsa()));
 }
 
 }  // namespace

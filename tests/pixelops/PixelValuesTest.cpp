@@ -1,4 +1,4 @@
-// Every functor and wrapper on hand-computed pixels, on every path. Each pixel pair is repeated across a
+// Every functor and wrapper on hand-computed pixels, at every level. Each pixel pair is repeated across a
 // row long enough for the vector kernels and their scalar tail, and every copy must come out the same.
 #include <gtest/gtest.h>
 
@@ -10,10 +10,10 @@
 namespace {
 
 using namespace ulogui::pixelops;
-using transfer_test::AvailablePaths;
-using transfer_test::PathName;
+using transfer_test::AvailableIsas;
 using transfer_test::Pixel;
 using transfer_test::TransferTest;
+using ulogui::base::IsaName;
 using namespace transfer_test;  // W0 .. W4
 constexpr Functor Copy = Functor::kCopy, FullCopy = Functor::kFullCopy, Highlight = Functor::kHighlight,
                   Disabled = Functor::kDisabled, Darken = Functor::kDarken, Relative = Functor::kRelative,
@@ -30,8 +30,8 @@ struct Case {
     Pixel dst, src, expected;
 };
 
-Pixel RunOnRow(const Case& c, Path path) {
-    const Loop loop(c.functor, c.wrapper, c.opacity, c.relativeOpacity, path);
+Pixel RunOnRow(const Case& c, Isa isa) {
+    const Loop loop(c.functor, c.wrapper, c.opacity, c.relativeOpacity, isa);
     std::vector<Pixel> dst(kRow, c.dst);
     const std::vector<Pixel> src(kRow, c.src);
     loop.RunRow(dst[0].data(), src[0].data(), kRow);
@@ -107,14 +107,14 @@ TEST_F(TransferTest, FunctorsAndWrappersOnHandComputedPixels) {
         // W4 onto a transparent destination with f = clamp(trunc(s / 2 + dst)): the two opacities apart.
         {RelativeOpacity, W4, 1, 0.5f, {100, 100, 100, 255}, {20, 0xEC, 0, 0}, {110, 90, 100, 1}},
     };
-    for (Path path : AvailablePaths()) {
+    for (Isa isa : AvailableIsas()) {
         for (const Case& c : cases) {
-            SCOPED_TRACE(::testing::Message() << PathName(path) << ", case " << (&c - cases));
-            EXPECT_EQ(RunOnRow(c, path), c.expected);
+            SCOPED_TRACE(::testing::Message() << IsaName(isa) << ", case " << (&c - cases));
+            EXPECT_EQ(RunOnRow(c, isa), c.expected);
         }
         // Darkening reads the gradation colour as it is at the call: 15 + 0, 7.5 + 0, 1.5 + 0.
         CLR_GRADATION_TOP_LEFT = CLR(0, 0, 0);
-        EXPECT_EQ(RunOnRow({Darken, W0, 1, 1, {0, 0, 0, 5}, {100, 50, 10, 0}, {}}, path),
+        EXPECT_EQ(RunOnRow({Darken, W0, 1, 1, {0, 0, 0, 5}, {100, 50, 10, 0}, {}}, isa),
                   (Pixel{15, 7, 1, 5}));
         CLR_GRADATION_TOP_LEFT = CLR(200, 100, 0);
     }

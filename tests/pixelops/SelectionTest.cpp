@@ -1,4 +1,4 @@
-// Which loop a drawing call gets, the path switch, and how a loop walks two buffers.
+// Which loop a drawing call gets, the instruction-set level it runs at, and how a loop walks two buffers.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -88,18 +88,16 @@ TEST(TransferSelection, SourceFlagsThenCopyTypeThenTheWrapperTable) {
     EXPECT_EQ(SelectLoop(Functor::kRelative, true, true, 1.0f).GetWrapper(), W4);
 }
 
-TEST(TransferSelection, PathSwitchFallsBackToWhatTheMachineHas) {
-    const Path before = GetPath();
-    ulogui::SetTransferSimd(false);
-    EXPECT_EQ(GetPath(), Path::kScalar);
-    EXPECT_FALSE(ulogui::GetTransferSimd());
-    EXPECT_EQ(Loop(Functor::kCopy, W0, 1.0f).GetPath(), Path::kScalar);
-    ulogui::SetTransferSimd(true);
-    EXPECT_EQ(GetPath(), GetBestPath());
-    EXPECT_TRUE(ulogui::GetTransferSimd());
-    SetPath(Path::kVector256);
-    EXPECT_EQ(GetPath(), IsPathAvailable(Path::kVector256) ? Path::kVector256 : GetBestPath());
-    SetPath(before);
+TEST(TransferSelection, LoopsTakeTheForcedLevelOrTheBestTheMachineHas) {
+    using namespace ulogui::base;
+    for (int i = 0; i < kIsaCount; ++i) {
+        const Isa isa = static_cast<Isa>(i);
+        ForceIsa(isa);
+        const Isa expected = IsIsaAvailable(isa) ? isa : BestIsa();
+        EXPECT_EQ(ActiveIsa(), expected) << IsaName(isa);
+        EXPECT_EQ(Loop(Functor::kCopy, W0, 1.0f).GetIsa(), expected) << IsaName(isa);
+    }
+    ForceIsa(BestIsa());
 }
 
 // Blue byte of pixel (x, y) of a 4-byte buffer, addressed bottom-up like the library does.

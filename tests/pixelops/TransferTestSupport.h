@@ -1,6 +1,6 @@
 #pragma once
 // Helpers of the transfer tests: pixels written blue, green, red, alpha; the effect tables and the
-// palette colour the functors read, restored after each test; and the paths to run on.
+// palette colour the functors read, restored after each test; and the levels to run at.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -33,21 +33,15 @@ protected:
     }
 };
 
-// The paths this machine runs, the scalar reference first unless `withScalar` is false.
-inline std::vector<ulogui::pixelops::Path> AvailablePaths(bool withScalar = true) {
-    using ulogui::pixelops::Path;
-    std::vector<Path> paths;
-    for (Path p : {Path::kScalar, Path::kVector128, Path::kVector256, Path::kVector512}) {
-        if (ulogui::pixelops::IsPathAvailable(p) && (withScalar || p != Path::kScalar)) {
-            paths.push_back(p);
+// The instruction-set levels this machine runs, the scalar reference first unless `withScalar` is false.
+inline std::vector<ulogui::base::Isa> AvailableIsas(bool withScalar = true) {
+    std::vector<ulogui::base::Isa> levels;
+    for (int i = withScalar ? 0 : 1; i < ulogui::base::kIsaCount; ++i) {
+        if (ulogui::base::IsIsaAvailable(static_cast<ulogui::base::Isa>(i))) {
+            levels.push_back(static_cast<ulogui::base::Isa>(i));
         }
     }
-    return paths;
-}
-
-inline const char* PathName(ulogui::pixelops::Path path) {
-    static const char* const names[] = {"scalar", "vector128", "vector256", "vector512"};
-    return names[static_cast<int>(path)];
+    return levels;
 }
 
 }  // namespace transfer_test

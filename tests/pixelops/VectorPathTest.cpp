@@ -16,6 +16,7 @@
 namespace {
 
 using namespace ulogui::pixelops;
+using ulogui::base::IsaName;
 using namespace transfer_test;  // W0 .. W4
 using Bytes = std::vector<unsigned char>;
 
@@ -38,14 +39,14 @@ void Grid(Bytes& dst, Bytes& src, Fill fill) {
     }
 }
 
-// Runs the instance on the scalar path and on `path` over copies of the same rows of `rowPixels`; true
+// Runs the instance on the scalar path and at level `isa` over copies of the same rows of `rowPixels`; true
 // when every byte agrees, otherwise the first difference is reported.
-::testing::AssertionResult SameAsScalar(Path path, Functor functor, Wrapper wrapper, float opacity,
+::testing::AssertionResult SameAsScalar(Isa isa, Functor functor, Wrapper wrapper, float opacity,
                                         float relativeOpacity, const Bytes& dst, const Bytes& src,
                                         int rowPixels = 256) {
     Bytes expected = dst, actual = dst;
-    const Loop reference(functor, wrapper, opacity, relativeOpacity, Path::kScalar);
-    const Loop fast(functor, wrapper, opacity, relativeOpacity, path);
+    const Loop reference(functor, wrapper, opacity, relativeOpacity, Isa::kScalar);
+    const Loop fast(functor, wrapper, opacity, relativeOpacity, isa);
     const int pixels = static_cast<int>(dst.size() / 4);
     for (int start = 0; start < pixels; start += rowPixels) {
         const int n = std::min(rowPixels, pixels - start);
@@ -59,7 +60,7 @@ void Grid(Bytes& dst, Bytes& src, Fill fill) {
     const size_t i = (mismatch.first - expected.begin()) / 4 * 4;
     auto at = [i](const Bytes& b) { return ::testing::PrintToString(std::vector<int>(&b[i], &b[i + 4])); };
     return ::testing::AssertionFailure()
-           << PathName(path) << ", functor " << int(functor) << ", wrapper " << int(wrapper) << ", opacity "
+           << IsaName(isa) << ", functor " << int(functor) << ", wrapper " << int(wrapper) << ", opacity "
            << opacity << ": pixel " << i / 4 << " " << at(dst) << " under " << at(src) << " gives "
            << at(actual) << ", not " << at(expected);
 }
@@ -77,7 +78,7 @@ TEST(TransferIdentities, DivisionBy255AndTheScaledFloatReciprocal) {
     }
 }
 
-class VectorPathTest : public transfer_test::TransferTest, public ::testing::WithParamInterface<Path> {};
+class VectorPathTest : public transfer_test::TransferTest, public ::testing::WithParamInterface<Isa> {};
 
 // Every source alpha against every destination byte and every functor byte under W1 and W2, every weight
 // k = a under W3. The destination's alpha f ^ d takes every value for each source alpha, so W4 sees
@@ -140,8 +141,8 @@ TEST_P(VectorPathTest, EveryInstanceOnRandomRowsOfEveryLength) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Paths, VectorPathTest, ::testing::ValuesIn(transfer_test::AvailablePaths(false)),
-                         [](const ::testing::TestParamInfo<Path>& p) { return PathName(p.param); });
+INSTANTIATE_TEST_SUITE_P(Levels, VectorPathTest, ::testing::ValuesIn(transfer_test::AvailableIsas(false)),
+                         [](const ::testing::TestParamInfo<Isa>& p) { return IsaName(p.param); });
 
 // The kernels at a width no instruction set of this machine has (two pixels a vector) take the
 // portable code of every helper: the same results again.
@@ -160,7 +161,7 @@ TEST(PortableKernels, TwoPixelVectorsMatchTheScalarReference) {
     for (const auto& c : cases) {
         for (float opacity : {1.0f, 0.3f}) {
             const Functor functor = c.second == W3All ? Functor::kFullCopy : Functor::kCopy;
-            const Loop reference(functor, c.second, opacity, 1.0f, Path::kScalar);
+            const Loop reference(functor, c.second, opacity, 1.0f, Isa::kScalar);
             Bytes expected = dst, actual = dst;
             reference.RunRow(expected.data(), src.data(), pixels);
             const int done = c.first(actual.data(), src.data(), pixels, reference.GetConstants().k);

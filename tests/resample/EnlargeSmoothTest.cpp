@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ResampleTestUtil.h"
+#include "base/CpuFeatures.h"
 #include "resample/SmoothScaler.h"
 #include "toolslib/MultiProc.h"
 
@@ -16,12 +17,13 @@ namespace {
 
 using namespace resample_test;
 namespace smooth = ulogui::resample::smooth;
+namespace base = ulogui::base;
 
-// Restores the kernel and thread choices a test changed.
+// Restores the instruction-set level and thread choices a test changed.
 class EnlargeSmoothTest : public ::testing::Test {
 protected:
     void TearDown() override {
-        smooth::SelectBestKernel();
+        base::ForceIsa(base::BestIsa());
         tools::multiproc::SetMaxJobThreadAllowed(0);
     }
 };
@@ -258,7 +260,6 @@ std::vector<std::uint8_t> FixedPointReference(const ULOPictureBits& src, int dw,
 
 TEST_F(EnlargeSmoothTest, EveryKernelComputesTheFixedPointDefinition) {
     std::mt19937 random(11);
-    const smooth::Kernel kernels[] = {smooth::Kernel::kScalar, smooth::Kernel::kSse2, smooth::Kernel::kAvx2};
     std::vector<Scenario> scenarios = RandomScenarios(random, 60, 70);
     // Large outputs in both modes, with rows that are not 32-byte aligned.
     scenarios.push_back({PICTBITS_ALPHA, 300, 250, 1100, 1000});
@@ -269,16 +270,13 @@ TEST_F(EnlargeSmoothTest, EveryKernelComputesTheFixedPointDefinition) {
         TestBits blank(ULOSize(s.dw, s.dh), s.flags);
         Paint(blank, [](int, int, int) { return 0xEE; });
         const std::vector<std::uint8_t> expected = FixedPointReference(src, s.dw, s.dh, Pixels(blank));
-        for (smooth::Kernel kernel : kernels) {
-            if (!smooth::IsKernelAvailable(kernel)) {
-                continue;
-            }
-            smooth::SelectKernel(kernel);
+        for (int level = 0; level < base::kIsaCount && base::IsIsaAvailable(base::Isa(level)); ++level) {
+            base::ForceIsa(base::Isa(level));
             TestBits target(ULOSize(s.dw, s.dh), s.flags);
             Paint(target, [](int, int, int) { return 0xEE; });
             src.EnlargeSmooth(target, nullptr);
-            ASSERT_EQ(Pixels(target), expected) << "kernel " << static_cast<int>(kernel) << " " << s.w << "x"
-                                                << s.h << "->" << s.dw << "x" << s.dh << " flags " << s.flags;
+            ASSERT_EQ(Pixels(target), expected) << base::IsaName(base::Isa(level)) << " " << s.w << "x" << s.h
+                                                << "->" << s.dw << "x" << s.dh << " flags " << s.flags;
         }
     }
 }

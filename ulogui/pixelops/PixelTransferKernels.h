@@ -41,6 +41,7 @@ struct Lanes {
     typedef int32_t I32 __attribute__((vector_size(Bytes)));
     typedef float F32 __attribute__((vector_size(Bytes)));
     typedef int8_t I8 __attribute__((vector_size(Bytes)));
+    typedef uint64_t U64 __attribute__((vector_size(Bytes)));
     static constexpr int kPixels = Bytes / 4;
 };
 
@@ -278,57 +279,58 @@ int SourceAlphaOpacityKernel(unsigned char* dst, const unsigned char* fs, int co
 // product sum (no partial sum can saturate: each lies within +-128 * 255). Packing with unsigned
 // saturation puts the bytes back in their order. Weights come as 16-bit pairs (low byte for f, high
 // byte for dst), (0, 255) in the alpha lanes when the alpha byte is kept.
+//
+// BytePairs<Bytes> names the instructions of one width that the generic vectors cannot express.
 template <int Bytes>
-struct PairedMix {
+struct BytePairs {
     static constexpr bool kAvailable = false;
 };
+#if defined(__AVX2__)
+template <>
+struct BytePairs<32> {
+    static constexpr bool kAvailable = true;
+    using V = __m256i;
+    static V InterleaveLow(V a, V b) { return _mm256_unpacklo_epi8(a, b); }
+    static V InterleaveHigh(V a, V b) { return _mm256_unpackhi_epi8(a, b); }
+    static V MultiplyAdd(V weights, V pairs) { return _mm256_maddubs_epi16(weights, pairs); }
+    static V PackSaturated(V lo, V hi) { return _mm256_packus_epi16(lo, hi); }
+};
+#endif
+#if defined(__AVX512BW__)
+template <>
+struct BytePairs<64> {
+    static constexpr bool kAvailable = true;
+    using V = __m512i;
+    static V InterleaveLow(V a, V b) { return _mm512_unpacklo_epi8(a, b); }
+    static V InterleaveHigh(V a, V b) { return _mm512_unpackhi_epi8(a, b); }
+    static V MultiplyAdd(V weights, V pairs) { return _mm512_maddubs_epi16(weights, pairs); }
+    static V PackSaturated(V lo, V hi) { return _mm512_packus_epi16(lo, hi); }
+};
+#endif
+
 constexpr uint64_t PairedWeights(int k, bool keepAlpha) {
     const uint64_t colour = static_cast<uint64_t>(k) | static_cast<uint64_t>(255 - k) << 8;
     const uint64_t alpha = keepAlpha ? 255u << 8 : colour;
     return colour | colour << 16 | colour << 32 | alpha << 48;
 }
-#if defined(__AVX2__)
-template <>
-struct PairedMix<32> {
-    static constexpr bool kAvailable = true;
-    static __m256i Weights(int k, bool keepAlpha) {
-        return _mm256_set1_epi64x(static_cast<long long>(PairedWeights(k, keepAlpha)));
-    }
-    static __m256i Mix(__m256i d, __m256i f, __m256i weights) {
-        const __m256i bias = _mm256_set1_epi8(static_cast<char>(0x80));
-        const __m256i offset = _mm256_set1_epi16(128 * 255);
-        const __m256i multiplier = _mm256_set1_epi16(static_cast<short>(kDivide255Multiplier));
-        const __m256i fb = _mm256_xor_si256(f, bias);
-        const __m256i db = _mm256_xor_si256(d, bias);
-        __m256i lo = _mm256_add_epi16(_mm256_maddubs_epi16(weights, _mm256_unpacklo_epi8(fb, db)), offset);
-        __m256i hi = _mm256_add_epi16(_mm256_maddubs_epi16(weights, _mm256_unpackhi_epi8(fb, db)), offset);
-        lo = _mm256_srli_epi16(_mm256_mulhi_epu16(lo, multiplier), kDivide255Shift);
-        hi = _mm256_srli_epi16(_mm256_mulhi_epu16(hi, multiplier), kDivide255Shift);
-        return _mm256_packus_epi16(lo, hi);
+
+template <int Bytes>
+struct PairedMix {
+    using Ops = BytePairs<Bytes>;
+    using V = typename Ops::V;
+    using U16 = typename Lanes<Bytes>::U16;
+    using U64 = typename Lanes<Bytes>::U64;
+
+    static V Weights(int k, bool keepAlpha) { return As<V>(U64{} + PairedWeights(k, keepAlpha)); }
+    static V Mix(V d, V f, V weights) {
+        const U64 bias = U64{} + 0x8080808080808080u;
+        const V fb = As<V>(As<U64>(f) ^ bias);
+        const V db = As<V>(As<U64>(d) ^ bias);
+        const U16 lo = As<U16>(Ops::MultiplyAdd(weights, Ops::InterleaveLow(fb, db))) + 128 * 255;
+        const U16 hi = As<U16>(Ops::MultiplyAdd(weights, Ops::InterleaveHigh(fb, db))) + 128 * 255;
+        return Ops::PackSaturated(As<V>(Divide255(lo)), As<V>(Divide255(hi)));
     }
 };
-#endif
-#if defined(__AVX512BW__)
-template <>
-struct PairedMix<64> {
-    static constexpr bool kAvailable = true;
-    static __m512i Weights(int k, bool keepAlpha) {
-        return _mm512_set1_epi64(static_cast<long long>(PairedWeights(k, keepAlpha)));
-    }
-    static __m512i Mix(__m512i d, __m512i f, __m512i weights) {
-        const __m512i bias = _mm512_set1_epi8(static_cast<char>(0x80));
-        const __m512i offset = _mm512_set1_epi16(128 * 255);
-        const __m512i multiplier = _mm512_set1_epi16(static_cast<short>(kDivide255Multiplier));
-        const __m512i fb = _mm512_xor_si512(f, bias);
-        const __m512i db = _mm512_xor_si512(d, bias);
-        __m512i lo = _mm512_add_epi16(_mm512_maddubs_epi16(weights, _mm512_unpacklo_epi8(fb, db)), offset);
-        __m512i hi = _mm512_add_epi16(_mm512_maddubs_epi16(weights, _mm512_unpackhi_epi8(fb, db)), offset);
-        lo = _mm512_srli_epi16(_mm512_mulhi_epu16(lo, multiplier), kDivide255Shift);
-        hi = _mm512_srli_epi16(_mm512_mulhi_epu16(hi, multiplier), kDivide255Shift);
-        return _mm512_packus_epi16(lo, hi);
-    }
-};
-#endif
 
 // W3 (keepAlpha) and W3 over all four bytes.
 template <int Bytes, bool KeepAlpha>
@@ -337,8 +339,8 @@ int OpacityMixKernel(unsigned char* dst, const unsigned char* fs, int count, int
     using U32 = typename Lanes<Bytes>::U32;
     constexpr int n = Lanes<Bytes>::kPixels;
     int x = 0;
-    if constexpr (PairedMix<Bytes>::kAvailable) {
-        using Native = decltype(PairedMix<Bytes>::Weights(0, false));
+    if constexpr (BytePairs<Bytes>::kAvailable) {
+        using Native = typename PairedMix<Bytes>::V;
         const Native weights = PairedMix<Bytes>::Weights(k, KeepAlpha);
         for (; x + n <= count; x += n) {
             const Native d = Load<Native>(dst + 4 * x);

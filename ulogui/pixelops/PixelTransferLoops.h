@@ -3,12 +3,13 @@
 // wrapper, and the tables that pick one loop per drawing call. The drawing members of the surface run
 // the loop a call selects row by row; nothing in a loop branches on the mode.
 //
-// Each loop exists as the scalar reference and, where it pays, as a vector path (16-byte vectors on
-// every machine; 32-byte vectors on x86-64 processors with AVX2, 64-byte vectors on those with
-// AVX-512BW). The vector paths give bit-identical results; SetPath chooses which one the next
-// selections use.
+// Each loop exists as the scalar reference and, where it pays, on a vector path per instruction-set
+// level (16-byte vectors on every machine; 32-byte vectors on x86-64 processors with AVX2, 64-byte
+// vectors on those with AVX-512BW). The vector paths give bit-identical results; a selection takes the
+// level active at the time (base::ActiveIsa).
 #include <cstdint>
 
+#include "base/CpuFeatures.h"
 #include "raster/RasterView.h"
 #include "ulogui/Geometry.h"
 #include "ulogui/PixelTransfer.h"
@@ -41,16 +42,8 @@ enum class Wrapper : uint8_t {
 };
 constexpr int kWrapperCount = 6;
 
-// Which implementation the loops run.
-enum class Path : uint8_t { kScalar, kVector128, kVector256, kVector512 };
-
-// Whether the path can run on this machine (kScalar and kVector128 always can).
-bool IsPathAvailable(Path path);
-// The path of the loops selected from now on, process-wide. An unavailable path falls back to the best
-// available one. The default is the best available path.
-void SetPath(Path path);
-Path GetPath();
-Path GetBestPath();
+// The instruction-set levels a loop runs at (base/CpuFeatures.h).
+using base::Isa;
 
 // The integer weight of an opacity, computed once per call: trunc(opacity * 255) in single precision,
 // held to 0..255 (an opacity outside 0..1 acts as the nearer bound, a NaN as 0).
@@ -66,23 +59,24 @@ struct CallConstants {
 // src[i]). dst and src are 4-byte pixels; they must not overlap unless they are the same row.
 using RowRoutine = void (*)(unsigned char* dst, const unsigned char* src, int count, const CallConstants& c);
 
-// The stamped instance of `functor` under `wrapper` on an available `path`.
-RowRoutine FindRow(Path path, Functor functor, Wrapper wrapper);
+// The stamped instance of `functor` under `wrapper` at an available level `isa`.
+RowRoutine FindRow(Isa isa, Functor functor, Wrapper wrapper);
 
 // A selected loop: one stamped instance with the constants of its call. The default loop draws nothing.
 class Loop {
 public:
     Loop() = default;
-    // The instance of `functor` under `wrapper` on the current path. `opacity` gives the weight k,
+    // The instance of `functor` under `wrapper` at the active level. `opacity` gives the weight k,
     // `relativeOpacity` the state of PixelCopyRelativeOpacity (ignored by the other functors).
     Loop(Functor functor, Wrapper wrapper, float opacity, float relativeOpacity = 1.0f);
-    // The same on the given path (tests and benchmarks compare paths with it).
-    Loop(Functor functor, Wrapper wrapper, float opacity, float relativeOpacity, Path path);
+    // The same at the given level, or at the best available one when the processor does not run it
+    // (tests and benchmarks compare levels with it).
+    Loop(Functor functor, Wrapper wrapper, float opacity, float relativeOpacity, Isa isa);
 
     bool IsEmpty() const { return row_ == nullptr; }
     Functor GetFunctor() const { return functor_; }
     Wrapper GetWrapper() const { return wrapper_; }
-    Path GetPath() const { return path_; }
+    Isa GetIsa() const { return isa_; }
     const CallConstants& GetConstants() const { return constants_; }
 
     void RunRow(unsigned char* dst, const unsigned char* src, int count) const {
@@ -105,7 +99,7 @@ private:
     CallConstants constants_;
     Functor functor_ = Functor::kCopy;
     Wrapper wrapper_ = Wrapper::kPlain;
-    Path path_ = Path::kScalar;
+    Isa isa_ = Isa::kScalar;
 };
 
 // The wrapper for a source with or without alpha, a destination with or without alpha and an opacity:
@@ -139,10 +133,4 @@ struct PictureTransfer {
 PictureTransfer SelectPictureTransfer(int sourceFlags, bool destinationAlpha, float opacity, int copyType);
 
 }  // namespace pixelops
-
-// Switches the transfer loops between the vector paths (on, the default) and the scalar reference.
-// Affects loops selected afterwards.
-void SetTransferSimd(bool on);
-bool GetTransferSimd();
-
 }  // namespace ulogui

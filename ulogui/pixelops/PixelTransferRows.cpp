@@ -1,5 +1,5 @@
-// The stamped row loops: every functor under every wrapper, as the scalar reference and on each vector
-// path, gathered in tables indexed by functor and wrapper.
+// The stamped row loops: every functor under every wrapper, as the scalar reference and on the vector
+// path of each instruction-set level, gathered in one table indexed by level, functor and wrapper.
 #include <array>
 #include <cstring>
 #include <iterator>
@@ -60,33 +60,34 @@ void ScalarRowFn(Byte* dst, const Byte* src, int count, const CallConstants& c) 
     ScalarRow<F, W>(dst, src, count, c);
 }
 
-template <Path P>
+// The vector kernels of a level; a level built without a file of its own runs the 16-byte kernels.
+template <Isa L>
 const KernelSet& KernelsOf() {
 #if defined(ULO_TRANSFER_VECTOR256)
-    if constexpr (P == Path::kVector256) {
+    if constexpr (L == Isa::kAvx2) {
         return kVector256Kernels;
     }
 #endif
 #if defined(ULO_TRANSFER_VECTOR512)
-    if constexpr (P == Path::kVector512) {
+    if constexpr (L == Isa::kAvx512) {
         return kVector512Kernels;
     }
 #endif
     return kVector128Kernels;
 }
 
-template <Path P, int F, int W>
+template <Isa L, int F, int W>
 void VectorRowFn(Byte* dst, const Byte* src, int count, const CallConstants& c) {
     using Functor = FunctorOf<F>;
     using Wrap = WrapperOf<W>;
     if constexpr (F == 1 && W == kPlain) {
         std::memmove(dst, src, static_cast<size_t>(count) * 4);
     } else if constexpr (kKernelReadsSource<F, W>) {
-        const Kernel kernel = KernelsOf<P>().*kWrapperKernels[W];
+        const Kernel kernel = KernelsOf<L>().*kWrapperKernels[W];
         const int done = kernel(dst, src, count, c.k);
         ScalarRow<Functor, Wrap>(dst + 4 * done, src + 4 * done, count - done, c);
     } else if constexpr (kKernelCanStage<W>) {
-        const Kernel kernel = KernelsOf<P>().*kWrapperKernels[W];
+        const Kernel kernel = KernelsOf<L>().*kWrapperKernels[W];
         const Functor functor = MakeFunctor<Functor>(c);
         Byte staged[kStagePixels * 4];
         for (int start = 0; start < count; start += kStagePixels) {
@@ -113,23 +114,23 @@ constexpr RowTable MakeScalarRows(std::index_sequence<I...>) {
     return {{&ScalarRowFn<FunctorOf<I / kWrapperCount>, WrapperOf<I % kWrapperCount>>...}};
 }
 
-template <Path P, size_t... I>
+template <Isa L, size_t... I>
 constexpr RowTable MakeVectorRows(std::index_sequence<I...>) {
-    return {{&VectorRowFn<P, I / kWrapperCount, I % kWrapperCount>...}};
+    return {{&VectorRowFn<L, I / kWrapperCount, I % kWrapperCount>...}};
 }
 
-// [path][functor * kWrapperCount + wrapper]
-const RowTable kRows[] = {
+// The dispatch table: [level][functor * kWrapperCount + wrapper].
+const RowTable kRows[base::kIsaCount] = {
     MakeScalarRows(std::make_index_sequence<kInstances>()),
-    MakeVectorRows<Path::kVector128>(std::make_index_sequence<kInstances>()),
-    MakeVectorRows<Path::kVector256>(std::make_index_sequence<kInstances>()),
-    MakeVectorRows<Path::kVector512>(std::make_index_sequence<kInstances>()),
+    MakeVectorRows<Isa::kSse2>(std::make_index_sequence<kInstances>()),
+    MakeVectorRows<Isa::kAvx2>(std::make_index_sequence<kInstances>()),
+    MakeVectorRows<Isa::kAvx512>(std::make_index_sequence<kInstances>()),
 };
 
 }  // namespace
 
-RowRoutine FindRow(Path path, Functor functor, Wrapper wrapper) {
-    return kRows[static_cast<int>(path)]
+RowRoutine FindRow(Isa isa, Functor functor, Wrapper wrapper) {
+    return kRows[static_cast<int>(isa)]
                 [static_cast<int>(functor) * kWrapperCount + static_cast<int>(wrapper)];
 }
 

@@ -1,7 +1,6 @@
-// Choosing a transfer loop: the path switch, the wrapper and copy-type tables, the picture dispatcher
-// and the rectangle walk.
+// Choosing a transfer loop: the instruction-set level, the wrapper and copy-type tables, the picture
+// dispatcher and the rectangle walk.
 #include <algorithm>
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 
@@ -13,27 +12,6 @@ namespace ulogui {
 namespace pixelops {
 
 namespace {
-
-bool HasVector256() {
-#if defined(ULO_TRANSFER_VECTOR256)
-    __builtin_cpu_init();
-    return __builtin_cpu_supports("avx2");
-#else
-    return false;
-#endif
-}
-
-bool HasVector512() {
-#if defined(ULO_TRANSFER_VECTOR512)
-    __builtin_cpu_init();
-    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw");
-#else
-    return false;
-#endif
-}
-
-// -1 until the host or a test chooses: then the best available path.
-std::atomic<int> chosenPath{-1};
 
 // [source has alpha][destination has alpha][opacity exactly 1.0]
 constexpr Wrapper kWrapperTable[2][2][2] = {
@@ -48,42 +26,6 @@ constexpr int kCopyTypeCount = sizeof(kCopyTypeFunctors) / sizeof(kCopyTypeFunct
 
 }  // namespace
 
-bool IsPathAvailable(Path path) {
-    switch (path) {
-        case Path::kScalar:
-        case Path::kVector128:
-            return true;
-        case Path::kVector256: {
-            static const bool available = HasVector256();
-            return available;
-        }
-        case Path::kVector512: {
-            static const bool available = HasVector512();
-            return available;
-        }
-    }
-    return false;
-}
-
-Path GetBestPath() {
-    for (Path path : {Path::kVector512, Path::kVector256}) {
-        if (IsPathAvailable(path)) {
-            return path;
-        }
-    }
-    return Path::kVector128;
-}
-
-void SetPath(Path path) {
-    chosenPath.store(static_cast<int>(IsPathAvailable(path) ? path : GetBestPath()),
-                     std::memory_order_relaxed);
-}
-
-Path GetPath() {
-    const int chosen = chosenPath.load(std::memory_order_relaxed);
-    return chosen < 0 ? GetBestPath() : static_cast<Path>(chosen);
-}
-
 int OpacityWeight(float opacity) {
     const float scaled = opacity * 255.0f;
     if (!(scaled > 0.0f)) {
@@ -93,13 +35,13 @@ int OpacityWeight(float opacity) {
 }
 
 Loop::Loop(Functor functor, Wrapper wrapper, float opacity, float relativeOpacity)
-    : Loop(functor, wrapper, opacity, relativeOpacity, pixelops::GetPath()) {}
+    : Loop(functor, wrapper, opacity, relativeOpacity, base::ActiveIsa()) {}
 
-Loop::Loop(Functor functor, Wrapper wrapper, float opacity, float relativeOpacity, Path path)
-    : functor_(functor), wrapper_(wrapper), path_(IsPathAvailable(path) ? path : GetBestPath()) {
+Loop::Loop(Functor functor, Wrapper wrapper, float opacity, float relativeOpacity, Isa isa)
+    : functor_(functor), wrapper_(wrapper), isa_(base::IsIsaAvailable(isa) ? isa : base::BestIsa()) {
     constants_.k = OpacityWeight(opacity);
     constants_.relativeOpacity = relativeOpacity;
-    row_ = FindRow(path_, functor_, wrapper_);
+    row_ = FindRow(isa_, functor_, wrapper_);
 }
 
 bool Loop::Run(const raster::RasterView& dst, const ULORect& dstRect, const raster::RasterView& src,
@@ -176,13 +118,4 @@ PictureTransfer SelectPictureTransfer(int sourceFlags, bool destinationAlpha, fl
 }
 
 }  // namespace pixelops
-
-void SetTransferSimd(bool on) {
-    pixelops::SetPath(on ? pixelops::GetBestPath() : pixelops::Path::kScalar);
-}
-
-bool GetTransferSimd() {
-    return pixelops::GetPath() != pixelops::Path::kScalar;
-}
-
 }  // namespace ulogui

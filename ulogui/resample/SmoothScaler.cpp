@@ -1,8 +1,7 @@
-// Kernel selection of the smooth scaler: the best kernel the processor can run, unless a test or
-// benchmark chose another.
-#include <atomic>
-
+// Kernel selection of the smooth scaler: a table of vector kernels per instruction-set level, read at
+// the active level, and the test of whether a kernel applies to a job.
 #include "resample/SmoothScaler.h"
+#include "base/CpuFeatures.h"
 
 namespace ulogui {
 namespace resample {
@@ -10,72 +9,41 @@ namespace smooth {
 
 namespace {
 
-Kernel BestKernel() {
-#if defined(__x86_64__) || defined(__i386__)
-    __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx2")) {
-        return Kernel::kAvx2;
-    }
-#endif
-#if defined(__SSE2__)
-    return Kernel::kSse2;
-#else
-    return Kernel::kScalar;
-#endif
-}
+// A level's vector kernel for 4-byte pixels (null where the level has none of its own) and whether it
+// needs neighbouring tap pairs along x (it loads both pixels of a pair at once).
+struct VectorKernel {
+    ColumnsKernel run;
+    bool needsAdjacentPairs;
+};
 
-std::atomic<Kernel>& Selected() {
-    static std::atomic<Kernel> selected{BestKernel()};
-    return selected;
+// The dispatch table: [base::Isa]. AVX-512 processors run the AVX2 kernel.
+#if defined(ULO_SMOOTH_SCALER_X86)
+constexpr VectorKernel kVectorKernels[base::kIsaCount] = {
+    {nullptr, false}, {&ScaleColumnsSse2, false}, {&ScaleColumnsAvx2, true}, {nullptr, false}};
+#else
+constexpr VectorKernel kVectorKernels[base::kIsaCount] = {};
+#endif
+
+bool Applies(const VectorKernel& kernel, const Job& job) {
+    return kernel.run != nullptr &&
+           (job.format == PixelFormat::kRgb32 || job.format == PixelFormat::kRgba32) &&
+           (job.xs->adjacentPairs || !kernel.needsAdjacentPairs);
 }
 
 }  // namespace
 
-bool IsKernelAvailable(Kernel kernel) {
-    switch (kernel) {
-        case Kernel::kScalar:
-            return true;
-        case Kernel::kSse2:
-#if defined(__SSE2__)
-            return true;
-#else
-            return false;
-#endif
-        case Kernel::kAvx2:
-            return BestKernel() == Kernel::kAvx2;
-    }
-    return false;
-}
-
-void SelectKernel(Kernel kernel) {
-    if (IsKernelAvailable(kernel)) {
-        Selected().store(kernel);
-    }
-}
-
-void SelectBestKernel() {
-    Selected().store(BestKernel());
-}
-
-Kernel SelectedKernel() {
-    return Selected().load();
-}
-
 void ScaleColumns(const Job& job, int first, int last) {
-    bool done = false;
-    switch (Selected().load(std::memory_order_relaxed)) {
-        case Kernel::kAvx2:
-            done = ScaleColumnsAvx2(job, first, last);
-            break;
-        case Kernel::kSse2:
-            done = ScaleColumnsSse2(job, first, last);
-            break;
-        case Kernel::kScalar:
-            break;
+    if (first >= last || job.rows <= 0) {
+        return;
     }
-    if (!done) {
-        ScaleColumnsScalar(job, first, last);
+    // The active level's kernel, or the widest one below it that applies.
+    for (int level = static_cast<int>(base::ActiveIsa()); level > 0; --level) {
+        if (Applies(kVectorKernels[level], job)) {
+            kVectorKernels[level].run(job, first, last);
+            return;
+        }
     }
+    ScaleColumnsScalar(job, first, last);
 }
 
 }  // namespace smooth

@@ -90,23 +90,18 @@ struct Job {
 };
 
 // Computes output columns [first, last) of rows [0, job.rows) and writes them to the target, with the
-// selected kernel where it applies and the scalar kernel otherwise.
+// widest kernel that applies at the active instruction-set level (base/CpuFeatures.h): a vector kernel
+// for 4-byte pixels, the scalar kernel for everything else.
 void ScaleColumns(const Job& job, int first, int last);
 
-// The kernels. The vector kernels handle 4-byte pixels and return false (nothing done) for anything
-// they do not apply to; the scalar kernel handles everything and is the reference the others are tested
-// against.
+// The kernels, called with first < last and job.rows > 0. The scalar kernel handles every format and is
+// the reference the others are tested against. The vector kernels (x86-64 only, each in a file built
+// for its instruction set) handle what ScaleColumns gives them: 4-byte pixels, and for AVX2 only
+// columns whose tap pairs are neighbours (AxisTaps::adjacentPairs).
+using ColumnsKernel = void (*)(const Job& job, int first, int last);
 void ScaleColumnsScalar(const Job& job, int first, int last);
-bool ScaleColumnsSse2(const Job& job, int first, int last);
-bool ScaleColumnsAvx2(const Job& job, int first, int last);
-
-enum class Kernel { kScalar, kSse2, kAvx2 };
-// Whether this build and processor can run the kernel.
-bool IsKernelAvailable(Kernel kernel);
-// ScaleColumns uses the best available kernel unless a test or benchmark chose another.
-void SelectKernel(Kernel kernel);
-void SelectBestKernel();
-Kernel SelectedKernel();
+void ScaleColumnsSse2(const Job& job, int first, int last);
+void ScaleColumnsAvx2(const Job& job, int first, int last);
 
 }  // namespace smooth
 }  // namespace resample

@@ -2,8 +2,9 @@
 // every source wider than one pixel): both pixels of a pair come in with one load and a byte shuffle.
 // Bilinear taps (one pair per output) are filtered four columns at a time, from one 32-byte load where
 // the four pairs lie close together; area taps as runs of four neighbouring pixels; the vertical pass
-// does eight pixels at a time. Only the functions marked for AVX2 contain AVX2 code, and they run only
-// after the processor check in SmoothScaler.cpp; the results are the scalar kernel's, bit for bit.
+// does eight pixels at a time. The file is built for AVX2 (x86-64 only) and entered only through the
+// kernel table of SmoothScaler.cpp, at a level the processor check has found; the results are the
+// scalar kernel's, bit for bit.
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -11,27 +12,22 @@
 #include "resample/SmoothScaler.h"
 #include "resample/SmoothScalerStrip.h"
 
-#if defined(__x86_64__) || defined(__i386__)
 #include <immintrin.h>
-#define ULO_TARGET_AVX2 __attribute__((target("avx2")))
-#endif
 
 namespace ulogui {
 namespace resample {
 namespace smooth {
 
-#if defined(ULO_TARGET_AVX2)
-
 namespace {
 
 // Pixels k and k + 1 channel by channel as 16-bit lanes: b0 b1 g0 g1 r0 r1 a0 a1.
-ULO_TARGET_AVX2 inline __m128i LoadPair(const unsigned char* p) {
+inline __m128i LoadPair(const unsigned char* p) {
     const __m128i interleave = _mm_setr_epi8(0, -1, 4, -1, 1, -1, 5, -1, 2, -1, 6, -1, 3, -1, 7, -1);
     return _mm_shuffle_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)), interleave);
 }
 
 // Two such pairs, one per 128-bit lane.
-ULO_TARGET_AVX2 inline __m256i LoadTwoPairs(const unsigned char* low, const unsigned char* high) {
+inline __m256i LoadTwoPairs(const unsigned char* low, const unsigned char* high) {
     const __m256i interleave = _mm256_setr_epi8(0, -1, 4, -1, 1, -1, 5, -1, 2, -1, 6, -1, 3, -1, 7, -1, 0, -1,
                                                 4, -1, 1, -1, 5, -1, 2, -1, 6, -1, 3, -1, 7, -1);
     const __m256i both = _mm256_inserti128_si256(
@@ -41,7 +37,7 @@ ULO_TARGET_AVX2 inline __m256i LoadTwoPairs(const unsigned char* low, const unsi
 }
 
 // The horizontal sum of one output column over one source row, shifted to 7 fraction bits.
-ULO_TARGET_AVX2 inline __m128i FilterColumn(const unsigned char* row, const AxisTaps& xs, int column) {
+inline __m128i FilterColumn(const unsigned char* row, const AxisTaps& xs, int column) {
     __m128i sum = _mm_set1_epi32(1 << (kHorizontalShift - 1));
     const int end = xs.start[column + 1];
     for (int t = xs.start[column]; t < end; t += 2) {
@@ -52,7 +48,7 @@ ULO_TARGET_AVX2 inline __m128i FilterColumn(const unsigned char* row, const Axis
 }
 
 // One output column from its run of taps, four neighbouring source pixels per step.
-ULO_TARGET_AVX2 inline __m128i FilterRun(const unsigned char* row, const AxisTaps& xs, int column) {
+inline __m128i FilterRun(const unsigned char* row, const AxisTaps& xs, int column) {
     const __m256i interleave = _mm256_setr_epi8(0, -1, 4, -1, 1, -1, 5, -1, 2, -1, 6, -1, 3, -1, 7, -1, 8, -1,
                                                 12, -1, 9, -1, 13, -1, 10, -1, 14, -1, 11, -1, 15, -1);
     const unsigned char* p = row + static_cast<std::ptrdiff_t>(xs.runStart[column]) * 4;
@@ -72,8 +68,7 @@ ULO_TARGET_AVX2 inline __m128i FilterRun(const unsigned char* row, const AxisTap
     return _mm_srai_epi32(total, kHorizontalShift);
 }
 
-ULO_TARGET_AVX2 void FilterRow(const unsigned char* row, const AxisTaps& xs, int first, int columns,
-                               std::int16_t* out) {
+void FilterRow(const unsigned char* row, const AxisTaps& xs, int first, int columns, std::int16_t* out) {
     int x = 0;
     if (!xs.quadStart.empty() && first % 4 == 0) {
         // Four columns from one 32-byte load: the permute puts each column's pair where the shuffles
@@ -159,7 +154,7 @@ struct RowPair {
 };
 
 // Eight output pixels from the ring rows of the row's tap pairs (count of them).
-ULO_TARGET_AVX2 inline __m256i BlendEight(const RowPair* pairs, int count, int x) {
+inline __m256i BlendEight(const RowPair* pairs, int count, int x) {
     const __m256i round = _mm256_set1_epi32(1 << (kVerticalShift - 1));
     __m256i low0 = round;
     __m256i high0 = round;
@@ -187,7 +182,7 @@ ULO_TARGET_AVX2 inline __m256i BlendEight(const RowPair* pairs, int count, int x
 }
 
 // One output pixel (in the low 4 bytes).
-ULO_TARGET_AVX2 inline __m128i BlendOne(const RowPair* pairs, int count, int x) {
+inline __m128i BlendOne(const RowPair* pairs, int count, int x) {
     __m128i sum = _mm_set1_epi32(1 << (kVerticalShift - 1));
     for (int k = 0; k < count; ++k) {
         const RowPair& p = pairs[k];
@@ -199,7 +194,7 @@ ULO_TARGET_AVX2 inline __m128i BlendOne(const RowPair* pairs, int count, int x) 
     return _mm_packus_epi16(words, words);
 }
 
-ULO_TARGET_AVX2 inline void WriteOne(unsigned char* out, __m128i pixel, std::int32_t keepMask) {
+inline void WriteOne(unsigned char* out, __m128i pixel, std::int32_t keepMask) {
     const std::int32_t value = _mm_cvtsi128_si32(pixel) & keepMask;
     std::memcpy(out, &value, sizeof value);
 }
@@ -207,7 +202,7 @@ ULO_TARGET_AVX2 inline void WriteOne(unsigned char* out, __m128i pixel, std::int
 // One output row of the strip. OnePair: the row has exactly one tap pair (bilinear), which then stays
 // in registers. KeepAlpha: otherwise the alpha byte is cleared.
 template <bool OnePair, bool KeepAlpha>
-ULO_TARGET_AVX2 void BlendRow(const RowPair* pairs, int pairCount, int columns, unsigned char* out) {
+void BlendRow(const RowPair* pairs, int pairCount, int columns, unsigned char* out) {
     const int count = OnePair ? 1 : pairCount;
     const std::int32_t keepMask = KeepAlpha ? -1 : 0x00FFFFFF;
     const __m256i keep = _mm256_set1_epi32(keepMask);
@@ -266,23 +261,9 @@ void ScaleStrip(const Job& job, int first, int last) {
 
 }  // namespace
 
-bool ScaleColumnsAvx2(const Job& job, int first, int last) {
-    if ((job.format != PixelFormat::kRgb32 && job.format != PixelFormat::kRgba32) || !job.xs->adjacentPairs) {
-        return false;
-    }
-    if (first < last && job.rows > 0) {
-        ScaleStrip(job, first, last);
-    }
-    return true;
+void ScaleColumnsAvx2(const Job& job, int first, int last) {
+    ScaleStrip(job, first, last);
 }
-
-#else
-
-bool ScaleColumnsAvx2(const Job&, int, int) {
-    return false;
-}
-
-#endif
 
 }  // namespace smooth
 }  // namespace resample

@@ -109,9 +109,6 @@ void ScaleStrip(const Job& job, int first, int last) {
 }  // namespace
 
 void ScaleColumnsScalar(const Job& job, int first, int last) {
-    if (first >= last || job.rows <= 0) {
-        return;
-    }
     switch (job.format) {
         case PixelFormat::kMask:
             ScaleStrip<MaskPixel>(job, first, last);

@@ -1,7 +1,7 @@
-// The SSE2 kernel of the smooth scaler for 4-byte pixels, the baseline of every x86-64 processor: the
-// four channels of a pixel travel together in one register, and each pmaddwd applies a pair of taps. It
-// computes exactly what the scalar kernel computes (the same integer sums and shifts), which the tests
-// check on random pictures.
+// The SSE2 kernel of the smooth scaler for 4-byte pixels, the baseline of every x86-64 processor (this
+// file is built for x86-64 only): the four channels of a pixel travel together in one register, and
+// each pmaddwd applies a pair of taps. It computes exactly what the scalar kernel computes (the same
+// integer sums and shifts), which the tests check on random pictures.
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -9,15 +9,11 @@
 #include "resample/SmoothScaler.h"
 #include "resample/SmoothScalerStrip.h"
 
-#if defined(__SSE2__)
 #include <emmintrin.h>
-#endif
 
 namespace ulogui {
 namespace resample {
 namespace smooth {
-
-#if defined(__SSE2__)
 
 namespace {
 
@@ -105,23 +101,9 @@ void ScaleStrip(const Job& job, int first, int last) {
 
 }  // namespace
 
-bool ScaleColumnsSse2(const Job& job, int first, int last) {
-    if (job.format != PixelFormat::kRgb32 && job.format != PixelFormat::kRgba32) {
-        return false;
-    }
-    if (first < last && job.rows > 0) {
-        ScaleStrip(job, first, last);
-    }
-    return true;
+void ScaleColumnsSse2(const Job& job, int first, int last) {
+    ScaleStrip(job, first, last);
 }
-
-#else
-
-bool ScaleColumnsSse2(const Job&, int, int) {
-    return false;
-}
-
-#endif
 
 }  // namespace smooth
 }  // namespace resample
