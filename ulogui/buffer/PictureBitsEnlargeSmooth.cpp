@@ -120,12 +120,8 @@ void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* target
     job.xs = &xs;
     job.ys = &ys;
     job.format = FormatOf(bytesPerPixel, flags);
-    job.source = bits;
-    job.sourceHeight = height;
-    job.sourceLineWidth = lineWidth;
-    job.target = target.bits;
-    job.targetHeight = target.height;
-    job.targetLineWidth = target.lineWidth;
+    job.source = source;
+    job.target = destination;
     // Output columns and rows whose window lies wholly outside the picture are left as they are.
     job.rows = ys.usable;
     const int columns = xs.usable;

@@ -16,6 +16,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "raster/RasterView.h"
+
 namespace ulogui {
 namespace resample {
 namespace smooth {
@@ -79,12 +81,9 @@ struct Job {
     const AxisTaps* xs = nullptr;
     const AxisTaps* ys = nullptr;
     PixelFormat format = PixelFormat::kRgba32;
-    const unsigned char* source = nullptr;
-    int sourceHeight = 0;
-    std::ptrdiff_t sourceLineWidth = 0;
-    unsigned char* target = nullptr;
-    int targetHeight = 0;
-    std::ptrdiff_t targetLineWidth = 0;
+    // Read only; a view of the whole picture.
+    raster::RasterView source;
+    raster::RasterView target;
     // Output rows [0, rows) are computed; columns are given per call.
     int rows = 0;
 };

@@ -245,7 +245,7 @@ void ScaleStrip(const Job& job, int first, int last) {
         const int t1 = ys.start[y + 1];
         ring.Prepare(y, [&](std::int32_t r, std::int16_t* out) {
             const unsigned char* row = ring.SourceRow(r);
-            if (r + kPrefetchRows < job.sourceHeight) {
+            if (r + kPrefetchRows < job.source.Height()) {
                 PrefetchRange(ring.SourceRow(r + kPrefetchRows) + stripBegin, stripBytes);
             }
             FilterRow(row, xs, first, columns, out);

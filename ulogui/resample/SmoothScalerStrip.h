@@ -26,13 +26,10 @@ public:
           held_(static_cast<std::size_t>(rows_), -1) {}
 
     // Source row r, y = 0 being the top of the picture.
-    const unsigned char* SourceRow(std::int32_t r) const {
-        return job_.source + (job_.sourceHeight - 1 - static_cast<std::ptrdiff_t>(r)) * job_.sourceLineWidth;
-    }
+    const unsigned char* SourceRow(std::int32_t r) const { return job_.source.Row(r); }
     // Output row y of the target, from the strip's first column.
     unsigned char* TargetRow(int y, int bytesPerPixel) const {
-        return job_.target + (job_.targetHeight - 1 - static_cast<std::ptrdiff_t>(y)) * job_.targetLineWidth +
-               static_cast<std::ptrdiff_t>(first_) * bytesPerPixel;
+        return job_.target.Row(y) + static_cast<std::ptrdiff_t>(first_) * bytesPerPixel;
     }
     // The horizontal pass of source row r; valid for the rows of the current output row's taps.
     const Element* Row(std::int32_t r) const { return &ring_[static_cast<std::size_t>(r % rows_) * stride_]; }
