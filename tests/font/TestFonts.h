@@ -27,6 +27,8 @@ inline std::string ArphicGb() {
 
 // The Latin faces: DejaVu Sans (4 styles), Sans Mono, Serif; Liberation Sans (3 styles), Serif, Mono.
 const std::vector<std::string>& LatinFiles();
+// Whether a font file is installed.
+bool HaveFile(const std::string& path);
 // Whether the Japanese and Chinese faces are installed.
 bool HaveCjkFonts();
 

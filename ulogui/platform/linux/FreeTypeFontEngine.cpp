@@ -124,14 +124,21 @@ public:
         design_.unitsPerEm = face_->units_per_EM;
         const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face_, FT_SFNT_OS2));
         const auto* hhea = static_cast<const TT_HoriHeader*>(FT_Get_Sfnt_Table(face_, FT_SFNT_HHEA));
-        if (os2 && os2->version != 0xFFFF && (os2->usWinAscent != 0 || os2->usWinDescent != 0)) {
+        const bool os2Valid = os2 && os2->version != 0xFFFF;
+        if (os2Valid && (os2->usWinAscent != 0 || os2->usWinDescent != 0)) {
             design_.winAscent = os2->usWinAscent;
             design_.winDescent = os2->usWinDescent;
-            averageWidth_ = os2->xAvgCharWidth;
         } else {
-            design_.winAscent = static_cast<uint32_t>(std::max<FT_Short>(face_->ascender, 0));
-            design_.winDescent = static_cast<uint32_t>(std::max(-face_->descender, 0));
+            // The horizontal header's values (FreeType's own where the face has no such header).
+            const FT_Short ascender = hhea ? hhea->Ascender : face_->ascender;
+            const FT_Short descender = hhea ? hhea->Descender : face_->descender;
+            design_.winAscent = static_cast<uint32_t>(std::max<int32_t>(ascender, 0));
+            design_.winDescent = static_cast<uint32_t>(std::max<int32_t>(-descender, 0));
         }
+        if (os2Valid) {
+            averageWidth_ = os2->xAvgCharWidth;
+        }
+        vdmx_ = ReadVdmx();
         if (hhea) {
             const int64_t hheaCell = static_cast<int64_t>(hhea->Ascender) - hhea->Descender;
             const int64_t winCell = static_cast<int64_t>(design_.winAscent) + design_.winDescent;
@@ -149,6 +156,7 @@ public:
     FT_Face Face() const { return face_; }
     Library& Lib() const { return *library_; }
     const VerticalDesign& Design() const { return design_; }
+    const VdmxGroup& Vdmx() const { return vdmx_; }
     int64_t AverageWidthUnits() const { return averageWidth_; }
     int64_t MaxWidthUnits() const { return maxWidthUnits_; }
     int64_t ExternalLeadingUnits() const { return externalLeadingUnits_; }
@@ -234,6 +242,19 @@ private:
     static constexpr size_t kParallelGlyphs = 2048;
     static constexpr size_t kGlyphsPerChunk = 256;
 
+    // The face's VDMX group for square pixels (FreeType checks the table's length against the file).
+    VdmxGroup ReadVdmx() const {
+        FT_ULong length = 0;
+        if (FT_Load_Sfnt_Table(face_, TTAG_VDMX, 0, nullptr, &length) != 0 || length == 0) {
+            return {};
+        }
+        std::vector<uint8_t> table(length);
+        if (FT_Load_Sfnt_Table(face_, TTAG_VDMX, 0, table.data(), &length) != 0) {
+            return {};
+        }
+        return ParseVdmxTable(table.data(), table.size());
+    }
+
     // Hints each of the distinct glyphs missing and stores its advance in table. Large batches are
     // shared by two threads, each with a face of its own: FreeType faces must not be used by two
     // threads at once, and the engine's face is used only by whichever thread holds it.
@@ -291,6 +312,7 @@ private:
     std::unique_ptr<HelperFace> helper_;  // opened on the first large batch, then kept
     bool symbolMap_ = false;
     VerticalDesign design_;
+    VdmxGroup vdmx_;
     int64_t averageWidth_ = 0;
     int64_t maxWidthUnits_ = 0;
     int64_t externalLeadingUnits_ = 0;
@@ -565,7 +587,8 @@ std::shared_ptr<PlatformFont> FreeTypeFontEngine::CreateFontObject(const FontReq
     }
     FT_Activate_Size(size);
     const VerticalDesign& design = shared->Design();
-    const uint32_t ppem = PixelsPerEmForHeight(request.height, design);
+    const FontSize fontSize = SizeForHeight(request.height, design, shared->Vdmx());
+    const uint32_t ppem = fontSize.pixelsPerEm;
     if (FT_Set_Pixel_Sizes(face, 0, ppem) != 0) {
         FT_Done_Size(size);
         return nullptr;
@@ -577,14 +600,15 @@ std::shared_ptr<PlatformFont> FreeTypeFontEngine::CreateFontObject(const FontReq
     FontMetrics metrics;
     const uint32_t upem = design.unitsPerEm;
     metrics.pixelsPerEm = ppem;
-    metrics.ascent = ScaleRounded(design.winAscent, ppem, upem);
-    metrics.descent = ScaleRounded(design.winDescent, ppem, upem);
+    metrics.ascent = fontSize.ascent;
+    metrics.descent = fontSize.descent;
     metrics.height = metrics.ascent + metrics.descent;
-    metrics.internalLeading =
-        ScaleRounded(static_cast<int64_t>(design.winAscent) + design.winDescent - upem, ppem, upem);
+    metrics.internalLeading = fontSize.internalLeading;
     metrics.externalLeading = ScaleRounded(shared->ExternalLeadingUnits(), ppem, upem);
-    metrics.averageCharWidth = ScaleRounded(shared->AverageWidthUnits(), ppem, upem);
-    metrics.maxCharWidth = ScaleRounded(shared->MaxWidthUnits(), ppem, upem) + (fakeBold ? 1 : 0);
+    // A synthesised bold face is a pixel wider on average as well as at most.
+    const int32_t emboldening = fakeBold ? 1 : 0;
+    metrics.averageCharWidth = ScaleRounded(shared->AverageWidthUnits(), ppem, upem) + emboldening;
+    metrics.maxCharWidth = ScaleRounded(shared->MaxWidthUnits(), ppem, upem) + emboldening;
     metrics.weight = fakeBold ? 700 : file->weightClass;
     metrics.pitchAndFamily = file->pitchAndFamily;
     metrics.charSet = request.charSet;
