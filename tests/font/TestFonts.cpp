@@ -26,9 +26,22 @@ const std::vector<std::string>& LatinFiles() {
     return files;
 }
 
+namespace {
+
 bool HaveFile(const std::string& path) {
     struct stat info {};
     return stat(path.c_str(), &info) == 0;
+}
+
+}  // namespace
+
+std::string MissingLatinFile() {
+    for (const std::string& file : LatinFiles()) {
+        if (!HaveFile(file)) {
+            return file;
+        }
+    }
+    return {};
 }
 
 bool HaveCjkFonts() {

@@ -64,11 +64,6 @@ void ExpectWidths(const ULOFont& font, const std::string& file, unsigned ppem, u
     }
 }
 
-#define REQUIRE_FILE(path)                                                                             \
-    if (!testfonts::HaveFile(path)) {                                                                  \
-        GTEST_SKIP() << (path) << " missing (fonts-dejavu-core, fonts-liberation: scripts/bootstrap)"; \
-    }
-
 #define REQUIRE_CJK()                                                                                 \
     if (!testfonts::HaveCjkFonts()) {                                                                 \
         GTEST_SKIP() << "fonts-ipaexfont-gothic / fonts-arphic-gbsn00lp missing (scripts/bootstrap)"; \
@@ -136,13 +131,7 @@ TEST(FontEngineEnumeration, CharacterSetsComeFromTheCodePageBits) {
 }
 
 TEST(FontEngineFonts, HeightsChooseTheSizeAndVerticalMetricsTheClassicEngineChooses) {
-    for (const char* file : {"DejaVuSans.ttf", "DejaVuSans-Bold.ttf"}) {
-        REQUIRE_FILE(DejaVu(file));
-    }
-    for (const char* file :
-         {"LiberationSans-Regular.ttf", "LiberationSans-Bold.ttf", "LiberationMono-Regular.ttf"}) {
-        REQUIRE_FILE(Liberation(file));
-    }
+    REQUIRE_LATIN_FONTS();
     struct Row {
         const wchar_t* face;
         int request;

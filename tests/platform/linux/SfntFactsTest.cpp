@@ -98,20 +98,11 @@ void PutSubtable(std::vector<uint8_t>& t, unsigned coverage, const std::vector<G
 }  // namespace
 
 TEST(SfntHeights, AVdmxGroupSizesTheHeightsItListsAndTheDesignTheRest) {
-    std::vector<uint8_t> table;
-    for (unsigned v : {1, 3, 3}) {  // version, records, ratio ranges
-        Put16(table, v);
-    }
-    // All glyphs (skipped), 2:1 (not square), 1:1.
-    table.insert(table.end(), {0, 0, 0, 0, 1, 2, 1, 1, 1, 1, 1, 1});
-    for (unsigned offset : {0, 0, 24}) {
-        Put16(table, offset);
-    }
-    Put16(table, 3);
-    table.insert(table.end(), {10, 12});
-    for (int v : {10, 9, -2, 11, 10, -3, 12, 11, -3}) {  // ppem, yMax, yMin
-        Put16(table, static_cast<uint16_t>(v));
-    }
+    // Version 1, 3 records, 3 ratio ranges: all glyphs (skipped), 2:1 (not square), 1:1 with its group
+    // at 24: 3 records for 10..12 pixels per em of yMax/yMin 9/-2, 10/-3, 11/-3.
+    const std::vector<uint8_t> table = {0,   1,   0, 3,  0, 3,  0,   0,   0, 0,  1,  2,  1,   1,  1, 1,
+                                        1,   1,   0, 0,  0, 0,  0,   24,  0, 3,  10, 12, 0,   10, 0, 9,
+                                        255, 254, 0, 11, 0, 10, 255, 253, 0, 12, 0,  11, 255, 253};
     const VdmxGroup group = ParseVdmxTable(table.data(), table.size());
     ASSERT_EQ(3u, group.records.size());
     const VerticalDesign dejaVu{2048, 1901, 483};

@@ -4,6 +4,7 @@
 #include FT_DRIVER_H
 #include FT_FREETYPE_H
 #include FT_MODULE_H
+#include FT_OUTLINE_H
 #include FT_SIZES_H
 #include FT_TRUETYPE_TABLES_H
 #include FT_TRUETYPE_TAGS_H
@@ -13,9 +14,11 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/linux/FaceCatalogue.h"
+#include "platform/linux/NativeOutline.h"
 #include "platform/linux/SfntFacts.h"
 #include "toolslib/MultiProc.h"
 #include "ulolib/Interruptor.h"
@@ -36,6 +39,9 @@ void UseClassicInterpreter(FT_Library ft) {
 // engine cannot do.
 constexpr FT_Int32 kAdvanceLoadFlags =
     FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH;
+
+// Glyphs for outlines and metrics: the same hinting, as outlines.
+constexpr FT_Int32 kGlyphLoadFlags = kAdvanceLoadFlags | FT_LOAD_NO_BITMAP;
 
 // The hinted advance in whole pixels of a glyph at the face's active size; 0 when it cannot be
 // loaded.
@@ -234,6 +240,28 @@ public:
         return kerning_;
     }
 
+    // The unscaled amount of the first pair that kerns first before second (code points); false
+    // when there is none. The index is built on first use. Caller holds the library lock.
+    bool FindKerning(uint32_t first, uint32_t second, int32_t& amount) {
+        if (!kerningIndexed_) {
+            kerningIndexed_ = true;
+            const std::vector<KerningPair>& pairs = UnscaledKerning();
+            kerningIndex_.reserve(pairs.size());
+            for (const KerningPair& pair : pairs) {
+                kerningIndex_.emplace(KerningKey(pair.first, pair.second), pair.amount);  // the first stays
+            }
+        }
+        if (first > 0xFFFF || second > 0xFFFF) {
+            return false;
+        }
+        const auto found = kerningIndex_.find(KerningKey(first, second));
+        if (found == kerningIndex_.end()) {
+            return false;
+        }
+        amount = found->second;
+        return true;
+    }
+
 private:
     static constexpr int32_t kUnknown = -1;
     static constexpr int32_t kPending = -2;
@@ -319,6 +347,9 @@ private:
     std::map<uint32_t, std::vector<int32_t>> advances_;
     bool kerningRead_ = false;
     std::vector<KerningPair> kerning_;
+    static uint32_t KerningKey(uint32_t first, uint32_t second) { return (first << 16) | second; }
+    bool kerningIndexed_ = false;
+    std::unordered_map<uint32_t, int32_t> kerningIndex_;
 };
 
 namespace {
@@ -326,11 +357,12 @@ namespace {
 class FreeTypeFont : public PlatformFont {
 public:
     FreeTypeFont(std::shared_ptr<SharedFace> face, FT_Size size, uint32_t ppem, bool fakeBold,
-                 const FontRequest& request, ULOString faceName, const FontMetrics& metrics)
+                 bool fakeItalic, const FontRequest& request, ULOString faceName, const FontMetrics& metrics)
         : face_(std::move(face)),
           size_(size),
           ppem_(ppem),
           fakeBold_(fakeBold),
+          fakeItalic_(fakeItalic),
           request_(request),
           faceName_(std::move(faceName)),
           metrics_(metrics) {}
@@ -369,11 +401,77 @@ public:
         return pairs;
     }
 
+    int32_t GetKerningAmount(uint32_t first, uint32_t second) const override {
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        int32_t amount = 0;
+        if (!face_->FindKerning(first, second, amount)) {
+            return 0;
+        }
+        return ScaleKerning(amount, ppem_, face_->Design().unitsPerEm);
+    }
+
+    bool GetGlyphOutline(uint32_t codePoint, GlyphOutline& out) const override {
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        out.Clear();
+        const FT_GlyphSlot slot = LoadGlyph(codePoint);
+        if (!slot) {
+            return false;
+        }
+        NativeOutlineRecords(slot->outline, out);
+        return !out.polygons.empty();
+    }
+
+    bool GetGlyphMetrics(uint32_t codePoint, GlyphMetrics& out) const override {
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        out = GlyphMetrics();
+        const FT_GlyphSlot slot = LoadGlyph(codePoint);
+        if (!slot) {
+            return false;
+        }
+        FT_BBox box;
+        FT_Outline_Get_CBox(&slot->outline, &box);
+        const int64_t left = FloorPixels(box.xMin);
+        const int64_t bottom = FloorPixels(box.yMin);
+        const int64_t right = CeilPixels(box.xMax);
+        const int64_t top = CeilPixels(box.yMax);
+        out.blackBoxX = static_cast<uint32_t>(std::clamp<int64_t>(right - left, 1, INT32_MAX));
+        out.blackBoxY = static_cast<uint32_t>(std::clamp<int64_t>(top - bottom, 1, INT32_MAX));
+        out.originX = static_cast<int32_t>(std::clamp<int64_t>(left, INT32_MIN, INT32_MAX));
+        out.originY = static_cast<int32_t>(std::clamp<int64_t>(top, INT32_MIN, INT32_MAX));
+        out.cellIncX = static_cast<int32_t>((slot->metrics.horiAdvance + 63) >> 6) + (fakeBold_ ? 1 : 0);
+        return true;
+    }
+
 private:
+    static int64_t FloorPixels(FT_Pos v) { return v >= 0 ? v / 64 : -((-static_cast<int64_t>(v) + 63) / 64); }
+    static int64_t CeilPixels(FT_Pos v) { return -FloorPixels(-v); }
+
+    // The glyph of codePoint loaded into the face's slot at this font's size, hinted, with the
+    // synthesised styles applied to its outline: a sheared italic (x + y / 4) and an outline
+    // widened by ppem / 24 pixels for bold. Null when it cannot be loaded. Caller holds the lock.
+    FT_GlyphSlot LoadGlyph(uint32_t codePoint) const {
+        FT_Activate_Size(size_);
+        const FT_Face face = face_->Face();
+        if (FT_Load_Glyph(face, face_->GlyphOf(codePoint), kGlyphLoadFlags) != 0 ||
+            face->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
+            return nullptr;
+        }
+        FT_Outline& outline = face->glyph->outline;
+        if (fakeItalic_) {
+            FT_Matrix shear = {0x10000, 0x4000, 0, 0x10000};
+            FT_Outline_Transform(&outline, &shear);
+        }
+        if (fakeBold_) {
+            FT_Outline_Embolden(&outline, static_cast<FT_Pos>(ppem_) * 64 / 24);
+        }
+        return face->glyph;
+    }
+
     std::shared_ptr<SharedFace> face_;
     FT_Size size_;
     uint32_t ppem_;
     bool fakeBold_;
+    bool fakeItalic_;
     FontRequest request_;
     ULOString faceName_;
     FontMetrics metrics_;
@@ -595,6 +693,7 @@ std::shared_ptr<PlatformFont> FreeTypeFontEngine::CreateFontObject(const FontReq
     }
     const int32_t weight = request.weight == 0 ? 400 : request.weight;
     const bool fakeBold = weight > 550 && file->weightClass <= 550;
+    const bool fakeItalic = request.italic && !file->italic;
 
     const FaceFamily* fam = Catalogue().FindFamilyOfFile(file->path, file->index);
     FontMetrics metrics;
@@ -618,7 +717,7 @@ std::shared_ptr<PlatformFont> FreeTypeFontEngine::CreateFontObject(const FontReq
     metrics.italic = request.italic || file->italic;
     metrics.underlined = request.underline;
     metrics.struckOut = request.strikeOut;
-    return std::make_shared<FreeTypeFont>(shared, size, ppem, fakeBold, request,
+    return std::make_shared<FreeTypeFont>(shared, size, ppem, fakeBold, fakeItalic, request,
                                           fam ? fam->name : file->family, metrics);
 }
 
