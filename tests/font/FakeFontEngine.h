@@ -59,6 +59,14 @@ private:
             }
         }
         std::vector<platform::KerningPair> GetKerningPairs() const override { return {}; }
+        bool GetGlyphOutline(uint32_t, platform::GlyphOutline& out) const override {
+            out.Clear();
+            return false;
+        }
+        bool GetGlyphMetrics(uint32_t, platform::GlyphMetrics& out) const override {
+            out = {};
+            return false;
+        }
 
     private:
         platform::FontRequest request_;

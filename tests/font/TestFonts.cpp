@@ -26,10 +26,26 @@ const std::vector<std::string>& LatinFiles() {
     return files;
 }
 
+namespace {
+
+bool HaveFile(const std::string& path) {
+    struct stat info {};
+    return stat(path.c_str(), &info) == 0;
+}
+
+}  // namespace
+
+std::string MissingLatinFile() {
+    for (const std::string& file : LatinFiles()) {
+        if (!HaveFile(file)) {
+            return file;
+        }
+    }
+    return {};
+}
+
 bool HaveCjkFonts() {
-    struct stat ipaex {
-    }, arphic{};
-    return stat(IpaexGothic().c_str(), &ipaex) == 0 && stat(ArphicGb().c_str(), &arphic) == 0;
+    return HaveFile(IpaexGothic()) && HaveFile(ArphicGb());
 }
 
 std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> MakeEngine(const std::vector<std::string>& files) {

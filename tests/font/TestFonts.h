@@ -27,6 +27,13 @@ inline std::string ArphicGb() {
 
 // The Latin faces: DejaVu Sans (4 styles), Sans Mono, Serif; Liberation Sans (3 styles), Serif, Mono.
 const std::vector<std::string>& LatinFiles();
+// The first of LatinFiles() that is not installed, or an empty string.
+std::string MissingLatinFile();
+// Skips a test that needs the Latin faces when one is missing.
+#define REQUIRE_LATIN_FONTS()                                                                           \
+    if (const std::string missing = testfonts::MissingLatinFile(); !missing.empty()) {                  \
+        GTEST_SKIP() << missing << " missing (fonts-dejavu-core, fonts-liberation: scripts/bootstrap)"; \
+    }
 // Whether the Japanese and Chinese faces are installed.
 bool HaveCjkFonts();
 

@@ -8,6 +8,15 @@ namespace ulogui {
 namespace platform {
 
 PlatformFont::~PlatformFont() = default;
+
+int32_t PlatformFont::GetKerningAmount(uint32_t first, uint32_t second) const {
+    for (const KerningPair& pair : GetKerningPairs()) {
+        if (pair.first == first && pair.second == second) {
+            return pair.amount;
+        }
+    }
+    return 0;
+}
 FontEngine::~FontEngine() = default;
 
 namespace {

@@ -105,6 +105,47 @@ struct KerningPair {
     int32_t amount = 0;
 };
 
+// A glyph outline as the platform's native outline records: closed polygons, each a start point
+// followed by curve records, in 16.16 fixed-point pixels with y pointing up, relative to the glyph's
+// origin, hinted for the font's size. The vectors are kept flat so that one outline object can be
+// refilled call after call without allocating.
+enum class CurveKind : uint8_t {
+    kLine = 1,       // every point on the outline (TT_PRIM_LINE)
+    kQuadratic = 2,  // control points, then the on-curve point that ends the run (TT_PRIM_QSPLINE)
+    kCubic = 3,      // two control points and the end point (TT_PRIM_CSPLINE)
+};
+struct GlyphOutline {
+    struct Curve {
+        CurveKind kind = CurveKind::kLine;
+        uint32_t firstPoint = 0;  // into points
+        uint32_t pointCount = 0;
+    };
+    struct Polygon {
+        POINTFX start;
+        uint32_t firstCurve = 0;  // into curves
+        uint32_t curveCount = 0;
+    };
+    std::vector<Polygon> polygons;
+    std::vector<Curve> curves;
+    std::vector<POINTFX> points;
+
+    void Clear() {
+        polygons.clear();
+        curves.clear();
+        points.clear();
+    }
+};
+
+// The metrics of one glyph as the platform's outline call reports them, in pixels.
+struct GlyphMetrics {
+    uint32_t blackBoxX = 0;  // the hinted outline's box, rounded outward, at least 1 x 1
+    uint32_t blackBoxY = 0;
+    int32_t originX = 0;  // the box's upper-left corner from the glyph's origin, y up
+    int32_t originY = 0;
+    int32_t cellIncX = 0;  // the advance (as GetCharAdvances gives it)
+    int32_t cellIncY = 0;
+};
+
 // A font made by the engine. Member calls of one font may come from any thread but not at once
 // with calls that change it; the engine serialises its own shared state.
 class PlatformFont {
@@ -119,6 +160,17 @@ public:
     virtual void GetCharAdvances(uint32_t first, uint32_t last, int32_t* widths) const = 0;
     // The face's kerning pairs scaled to this font's size, in the order the face stores them.
     virtual std::vector<KerningPair> GetKerningPairs() const = 0;
+    // The amount of the first of GetKerningPairs() that kerns first before second, else 0. This
+    // default searches the pairs; engines answer from an index of their own.
+    virtual int32_t GetKerningAmount(uint32_t first, uint32_t second) const;
+
+    // Glyphs, by code point; a code point the face lacks stands for the face's missing-character
+    // glyph. They are the glyphs text output draws: the same size, hinting and synthesised styles.
+    // The outline of a glyph, replacing out's content; false (and out empty) when the glyph has no
+    // outline data, as a space has none.
+    virtual bool GetGlyphOutline(uint32_t codePoint, GlyphOutline& out) const = 0;
+    // False (and out zeroed) when the glyph cannot be loaded at all.
+    virtual bool GetGlyphMetrics(uint32_t codePoint, GlyphMetrics& out) const = 0;
 };
 
 class FontEngine {

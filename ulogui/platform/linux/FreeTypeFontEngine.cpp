@@ -4,6 +4,7 @@
 #include FT_DRIVER_H
 #include FT_FREETYPE_H
 #include FT_MODULE_H
+#include FT_OUTLINE_H
 #include FT_SIZES_H
 #include FT_TRUETYPE_TABLES_H
 #include FT_TRUETYPE_TAGS_H
@@ -13,9 +14,11 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/linux/FaceCatalogue.h"
+#include "platform/linux/NativeOutline.h"
 #include "platform/linux/SfntFacts.h"
 #include "toolslib/MultiProc.h"
 #include "ulolib/Interruptor.h"
@@ -36,6 +39,9 @@ void UseClassicInterpreter(FT_Library ft) {
 // engine cannot do.
 constexpr FT_Int32 kAdvanceLoadFlags =
     FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH;
+
+// Glyphs for outlines and metrics: the same hinting, as outlines.
+constexpr FT_Int32 kGlyphLoadFlags = kAdvanceLoadFlags | FT_LOAD_NO_BITMAP;
 
 // The hinted advance in whole pixels of a glyph at the face's active size; 0 when it cannot be
 // loaded.
@@ -124,14 +130,21 @@ public:
         design_.unitsPerEm = face_->units_per_EM;
         const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face_, FT_SFNT_OS2));
         const auto* hhea = static_cast<const TT_HoriHeader*>(FT_Get_Sfnt_Table(face_, FT_SFNT_HHEA));
-        if (os2 && os2->version != 0xFFFF && (os2->usWinAscent != 0 || os2->usWinDescent != 0)) {
+        const bool os2Valid = os2 && os2->version != 0xFFFF;
+        if (os2Valid && (os2->usWinAscent != 0 || os2->usWinDescent != 0)) {
             design_.winAscent = os2->usWinAscent;
             design_.winDescent = os2->usWinDescent;
-            averageWidth_ = os2->xAvgCharWidth;
         } else {
-            design_.winAscent = static_cast<uint32_t>(std::max<FT_Short>(face_->ascender, 0));
-            design_.winDescent = static_cast<uint32_t>(std::max(-face_->descender, 0));
+            // The horizontal header's values (FreeType's own where the face has no such header).
+            const FT_Short ascender = hhea ? hhea->Ascender : face_->ascender;
+            const FT_Short descender = hhea ? hhea->Descender : face_->descender;
+            design_.winAscent = static_cast<uint32_t>(std::max<int32_t>(ascender, 0));
+            design_.winDescent = static_cast<uint32_t>(std::max<int32_t>(-descender, 0));
         }
+        if (os2Valid) {
+            averageWidth_ = os2->xAvgCharWidth;
+        }
+        vdmx_ = ReadVdmx();
         if (hhea) {
             const int64_t hheaCell = static_cast<int64_t>(hhea->Ascender) - hhea->Descender;
             const int64_t winCell = static_cast<int64_t>(design_.winAscent) + design_.winDescent;
@@ -149,6 +162,7 @@ public:
     FT_Face Face() const { return face_; }
     Library& Lib() const { return *library_; }
     const VerticalDesign& Design() const { return design_; }
+    const VdmxGroup& Vdmx() const { return vdmx_; }
     int64_t AverageWidthUnits() const { return averageWidth_; }
     int64_t MaxWidthUnits() const { return maxWidthUnits_; }
     int64_t ExternalLeadingUnits() const { return externalLeadingUnits_; }
@@ -226,6 +240,28 @@ public:
         return kerning_;
     }
 
+    // The unscaled amount of the first pair that kerns first before second (code points); false
+    // when there is none. The index is built on first use. Caller holds the library lock.
+    bool FindKerning(uint32_t first, uint32_t second, int32_t& amount) {
+        if (!kerningIndexed_) {
+            kerningIndexed_ = true;
+            const std::vector<KerningPair>& pairs = UnscaledKerning();
+            kerningIndex_.reserve(pairs.size());
+            for (const KerningPair& pair : pairs) {
+                kerningIndex_.emplace(KerningKey(pair.first, pair.second), pair.amount);  // the first stays
+            }
+        }
+        if (first > 0xFFFF || second > 0xFFFF) {
+            return false;
+        }
+        const auto found = kerningIndex_.find(KerningKey(first, second));
+        if (found == kerningIndex_.end()) {
+            return false;
+        }
+        amount = found->second;
+        return true;
+    }
+
 private:
     static constexpr int32_t kUnknown = -1;
     static constexpr int32_t kPending = -2;
@@ -233,6 +269,19 @@ private:
     // size hints about 16,000).
     static constexpr size_t kParallelGlyphs = 2048;
     static constexpr size_t kGlyphsPerChunk = 256;
+
+    // The face's VDMX group for square pixels (FreeType checks the table's length against the file).
+    VdmxGroup ReadVdmx() const {
+        FT_ULong length = 0;
+        if (FT_Load_Sfnt_Table(face_, TTAG_VDMX, 0, nullptr, &length) != 0 || length == 0) {
+            return {};
+        }
+        std::vector<uint8_t> table(length);
+        if (FT_Load_Sfnt_Table(face_, TTAG_VDMX, 0, table.data(), &length) != 0) {
+            return {};
+        }
+        return ParseVdmxTable(table.data(), table.size());
+    }
 
     // Hints each of the distinct glyphs missing and stores its advance in table. Large batches are
     // shared by two threads, each with a face of its own: FreeType faces must not be used by two
@@ -291,12 +340,16 @@ private:
     std::unique_ptr<HelperFace> helper_;  // opened on the first large batch, then kept
     bool symbolMap_ = false;
     VerticalDesign design_;
+    VdmxGroup vdmx_;
     int64_t averageWidth_ = 0;
     int64_t maxWidthUnits_ = 0;
     int64_t externalLeadingUnits_ = 0;
     std::map<uint32_t, std::vector<int32_t>> advances_;
     bool kerningRead_ = false;
     std::vector<KerningPair> kerning_;
+    static uint32_t KerningKey(uint32_t first, uint32_t second) { return (first << 16) | second; }
+    bool kerningIndexed_ = false;
+    std::unordered_map<uint32_t, int32_t> kerningIndex_;
 };
 
 namespace {
@@ -304,11 +357,12 @@ namespace {
 class FreeTypeFont : public PlatformFont {
 public:
     FreeTypeFont(std::shared_ptr<SharedFace> face, FT_Size size, uint32_t ppem, bool fakeBold,
-                 const FontRequest& request, ULOString faceName, const FontMetrics& metrics)
+                 bool fakeItalic, const FontRequest& request, ULOString faceName, const FontMetrics& metrics)
         : face_(std::move(face)),
           size_(size),
           ppem_(ppem),
           fakeBold_(fakeBold),
+          fakeItalic_(fakeItalic),
           request_(request),
           faceName_(std::move(faceName)),
           metrics_(metrics) {}
@@ -347,11 +401,77 @@ public:
         return pairs;
     }
 
+    int32_t GetKerningAmount(uint32_t first, uint32_t second) const override {
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        int32_t amount = 0;
+        if (!face_->FindKerning(first, second, amount)) {
+            return 0;
+        }
+        return ScaleKerning(amount, ppem_, face_->Design().unitsPerEm);
+    }
+
+    bool GetGlyphOutline(uint32_t codePoint, GlyphOutline& out) const override {
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        out.Clear();
+        const FT_GlyphSlot slot = LoadGlyph(codePoint);
+        if (!slot) {
+            return false;
+        }
+        NativeOutlineRecords(slot->outline, out);
+        return !out.polygons.empty();
+    }
+
+    bool GetGlyphMetrics(uint32_t codePoint, GlyphMetrics& out) const override {
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        out = GlyphMetrics();
+        const FT_GlyphSlot slot = LoadGlyph(codePoint);
+        if (!slot) {
+            return false;
+        }
+        FT_BBox box;
+        FT_Outline_Get_CBox(&slot->outline, &box);
+        const int64_t left = FloorPixels(box.xMin);
+        const int64_t bottom = FloorPixels(box.yMin);
+        const int64_t right = CeilPixels(box.xMax);
+        const int64_t top = CeilPixels(box.yMax);
+        out.blackBoxX = static_cast<uint32_t>(std::clamp<int64_t>(right - left, 1, INT32_MAX));
+        out.blackBoxY = static_cast<uint32_t>(std::clamp<int64_t>(top - bottom, 1, INT32_MAX));
+        out.originX = static_cast<int32_t>(std::clamp<int64_t>(left, INT32_MIN, INT32_MAX));
+        out.originY = static_cast<int32_t>(std::clamp<int64_t>(top, INT32_MIN, INT32_MAX));
+        out.cellIncX = static_cast<int32_t>((slot->metrics.horiAdvance + 63) >> 6) + (fakeBold_ ? 1 : 0);
+        return true;
+    }
+
 private:
+    static int64_t FloorPixels(FT_Pos v) { return v >= 0 ? v / 64 : -((-static_cast<int64_t>(v) + 63) / 64); }
+    static int64_t CeilPixels(FT_Pos v) { return -FloorPixels(-v); }
+
+    // The glyph of codePoint loaded into the face's slot at this font's size, hinted, with the
+    // synthesised styles applied to its outline: a sheared italic (x + y / 4) and an outline
+    // widened by ppem / 24 pixels for bold. Null when it cannot be loaded. Caller holds the lock.
+    FT_GlyphSlot LoadGlyph(uint32_t codePoint) const {
+        FT_Activate_Size(size_);
+        const FT_Face face = face_->Face();
+        if (FT_Load_Glyph(face, face_->GlyphOf(codePoint), kGlyphLoadFlags) != 0 ||
+            face->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
+            return nullptr;
+        }
+        FT_Outline& outline = face->glyph->outline;
+        if (fakeItalic_) {
+            FT_Matrix shear = {0x10000, 0x4000, 0, 0x10000};
+            FT_Outline_Transform(&outline, &shear);
+        }
+        if (fakeBold_) {
+            FT_Outline_Embolden(&outline, static_cast<FT_Pos>(ppem_) * 64 / 24);
+        }
+        return face->glyph;
+    }
+
     std::shared_ptr<SharedFace> face_;
     FT_Size size_;
     uint32_t ppem_;
     bool fakeBold_;
+    bool fakeItalic_;
     FontRequest request_;
     ULOString faceName_;
     FontMetrics metrics_;
@@ -565,26 +685,29 @@ std::shared_ptr<PlatformFont> FreeTypeFontEngine::CreateFontObject(const FontReq
     }
     FT_Activate_Size(size);
     const VerticalDesign& design = shared->Design();
-    const uint32_t ppem = PixelsPerEmForHeight(request.height, design);
+    const FontSize fontSize = SizeForHeight(request.height, design, shared->Vdmx());
+    const uint32_t ppem = fontSize.pixelsPerEm;
     if (FT_Set_Pixel_Sizes(face, 0, ppem) != 0) {
         FT_Done_Size(size);
         return nullptr;
     }
     const int32_t weight = request.weight == 0 ? 400 : request.weight;
     const bool fakeBold = weight > 550 && file->weightClass <= 550;
+    const bool fakeItalic = request.italic && !file->italic;
 
     const FaceFamily* fam = Catalogue().FindFamilyOfFile(file->path, file->index);
     FontMetrics metrics;
     const uint32_t upem = design.unitsPerEm;
     metrics.pixelsPerEm = ppem;
-    metrics.ascent = ScaleRounded(design.winAscent, ppem, upem);
-    metrics.descent = ScaleRounded(design.winDescent, ppem, upem);
+    metrics.ascent = fontSize.ascent;
+    metrics.descent = fontSize.descent;
     metrics.height = metrics.ascent + metrics.descent;
-    metrics.internalLeading =
-        ScaleRounded(static_cast<int64_t>(design.winAscent) + design.winDescent - upem, ppem, upem);
+    metrics.internalLeading = fontSize.internalLeading;
     metrics.externalLeading = ScaleRounded(shared->ExternalLeadingUnits(), ppem, upem);
-    metrics.averageCharWidth = ScaleRounded(shared->AverageWidthUnits(), ppem, upem);
-    metrics.maxCharWidth = ScaleRounded(shared->MaxWidthUnits(), ppem, upem) + (fakeBold ? 1 : 0);
+    // A synthesised bold face is a pixel wider on average as well as at most.
+    const int32_t emboldening = fakeBold ? 1 : 0;
+    metrics.averageCharWidth = ScaleRounded(shared->AverageWidthUnits(), ppem, upem) + emboldening;
+    metrics.maxCharWidth = ScaleRounded(shared->MaxWidthUnits(), ppem, upem) + emboldening;
     metrics.weight = fakeBold ? 700 : file->weightClass;
     metrics.pitchAndFamily = file->pitchAndFamily;
     metrics.charSet = request.charSet;
@@ -594,7 +717,7 @@ std::shared_ptr<PlatformFont> FreeTypeFontEngine::CreateFontObject(const FontReq
     metrics.italic = request.italic || file->italic;
     metrics.underlined = request.underline;
     metrics.struckOut = request.strikeOut;
-    return std::make_shared<FreeTypeFont>(shared, size, ppem, fakeBold, request,
+    return std::make_shared<FreeTypeFont>(shared, size, ppem, fakeBold, fakeItalic, request,
                                           fam ? fam->name : file->family, metrics);
 }
 

@@ -140,13 +140,104 @@ uint32_t PixelsPerEmForHeight(int32_t height, const VerticalDesign& design) {
     if (cell == 0 || design.unitsPerEm == 0) {
         return Clamp(height);
     }
-    uint32_t ppem = Clamp((static_cast<uint64_t>(height) * design.unitsPerEm * 2 + cell) / (cell * 2));
-    const int64_t scaledCell = static_cast<int64_t>(ScaleRounded(design.winAscent, ppem, design.unitsPerEm)) +
-                               ScaleRounded(design.winDescent, ppem, design.unitsPerEm);
-    if (scaledCell > height && ppem > 1) {
-        --ppem;
+    const int64_t nearest = (static_cast<int64_t>(height) * design.unitsPerEm * 2 + cell) / (cell * 2);
+    if (nearest > kMaxPixelsPerEm) {
+        return kMaxPixelsPerEm;
     }
-    return ppem;
+    const uint32_t ppem = Clamp(nearest);
+    // The whole cell scaled once, not ascent and descent rounded apart: the reported cell may then
+    // be one pixel taller than asked, which never lowers the size.
+    const bool tooTall = ScaleRounded(static_cast<int64_t>(cell), ppem, design.unitsPerEm) > height;
+    return tooTall && ppem > 1 ? ppem - 1 : ppem;
+}
+
+VdmxGroup ParseVdmxTable(const uint8_t* table, size_t size) {
+    VdmxGroup group;
+    constexpr size_t kHeader = 6;
+    constexpr size_t kRatio = 4;
+    if (!table || size < kHeader) {
+        return group;
+    }
+    const size_t ratios = ReadU16(table + 4);
+    const size_t offsets = kHeader + ratios * kRatio;  // the group offsets follow the ratio ranges
+    for (size_t i = 0; i < ratios && offsets + 2 * i + 2 <= size; ++i) {
+        const uint8_t* ratio = table + kHeader + i * kRatio;
+        const uint8_t charSet = ratio[0];
+        const uint8_t x = ratio[1];
+        const uint8_t yStart = ratio[2];
+        const uint8_t yEnd = ratio[3];
+        const bool catchAll = x == 0 && yStart == 0 && yEnd == 0;
+        if (charSet == 0 || !(catchAll || (x == 1 && yStart <= 1 && yEnd >= 1))) {
+            continue;
+        }
+        const size_t at = ReadU16(table + offsets + 2 * i);
+        if (at > size || size - at < 4) {
+            return group;
+        }
+        const size_t declared = ReadU16(table + at);
+        group.firstSize = table[at + 2];
+        group.lastSize = table[at + 3];
+        const size_t count = std::min(declared, (size - at - 4) / 6);
+        group.records.reserve(count);
+        for (const uint8_t* p = table + at + 4; group.records.size() < count; p += 6) {
+            group.records.push_back(
+                {ReadU16(p), static_cast<int16_t>(ReadU16(p + 2)), static_cast<int16_t>(ReadU16(p + 4))});
+        }
+        return group;
+    }
+    return group;
+}
+
+namespace {
+
+// The record of a VDMX group that sizes a requested height, or null (see SizeForHeight).
+const VdmxRecord* FindVdmxRecord(const VdmxGroup& group, int32_t height) {
+    const std::vector<VdmxRecord>& records = group.records;
+    if (height > 0) {
+        for (size_t i = 0; i < records.size(); ++i) {
+            const int32_t cell = static_cast<int32_t>(records[i].yMax) - records[i].yMin;
+            if (cell == height) {
+                return &records[i];
+            }
+            if (cell > height) {
+                return i == 0 ? nullptr : &records[i - 1];
+            }
+        }
+        return nullptr;
+    }
+    if (height < 0 && -static_cast<int64_t>(height) >= group.firstSize &&
+        -static_cast<int64_t>(height) <= group.lastSize) {
+        for (const VdmxRecord& record : records) {
+            if (record.pixelsPerEm > -static_cast<int64_t>(height)) {
+                return nullptr;  // sorted by size: the size is not listed
+            }
+            if (record.pixelsPerEm == -static_cast<int64_t>(height)) {
+                return &record;
+            }
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+FontSize SizeForHeight(int32_t height, const VerticalDesign& design, const VdmxGroup& vdmx) {
+    FontSize size;
+    const VdmxRecord* record = FindVdmxRecord(vdmx, height);
+    if (record && record->pixelsPerEm != 0) {
+        size.pixelsPerEm = std::min<uint32_t>(record->pixelsPerEm, kMaxPixelsPerEm);
+        size.ascent = record->yMax;
+        size.descent = -static_cast<int32_t>(record->yMin);
+        size.internalLeading = size.ascent + size.descent - static_cast<int32_t>(size.pixelsPerEm);
+        return size;
+    }
+    size.pixelsPerEm = PixelsPerEmForHeight(height, design);
+    const uint32_t upem = design.unitsPerEm;
+    size.ascent = ScaleRounded(design.winAscent, size.pixelsPerEm, upem);
+    size.descent = ScaleRounded(design.winDescent, size.pixelsPerEm, upem);
+    size.internalLeading = ScaleRounded(static_cast<int64_t>(design.winAscent) + design.winDescent - upem,
+                                        size.pixelsPerEm, upem);
+    return size;
 }
 
 std::vector<GlyphKerning> ParseKernTable(const uint8_t* table, size_t size) {

@@ -23,18 +23,55 @@ const char* LanguageOfCharSet(uint8_t charSet);
 uint8_t PitchAndFamilyOfFace(bool fixedPitch, uint8_t panoseFamilyType, uint8_t panoseSerifStyle,
                              int16_t familyClass);
 
-// Vertical design values of a face (font units).
+// Vertical design values of a face (font units): the OS/2 usWinAscent and usWinDescent, or the
+// horizontal header's ascender and (negated) descender where both of those are 0.
 struct VerticalDesign {
     uint32_t unitsPerEm = 0;
     uint32_t winAscent = 0;
     uint32_t winDescent = 0;
 };
-// Pixels per em for a requested height: positive is a cell height (ascent + descent), negative a
-// character height (the em), zero a default. The result is at least 1 and at most kMaxPixelsPerEm.
+// Pixels per em for a requested height by the design alone: positive is a cell height (ascent +
+// descent), negative a character height (the em), zero a default. For a cell height h with
+// U = winAscent + winDescent: round(h × unitsPerEm / U), one less only when the cell at that size,
+// rounded once, round(U × ppem / unitsPerEm), exceeds h. The result is at least 1 and at most
+// kMaxPixelsPerEm.
 constexpr uint32_t kMaxPixelsPerEm = 16384;
 uint32_t PixelsPerEmForHeight(int32_t height, const VerticalDesign& design);
 // Font units scaled to pixels, rounded to nearest (halves away from zero).
 int32_t ScaleRounded(int64_t units, uint32_t pixelsPerEm, uint32_t unitsPerEm);
+
+// One entry of a 'VDMX' group: the hinted extent of a size, in pixels.
+struct VdmxRecord {
+    uint16_t pixelsPerEm = 0;
+    int16_t yMax = 0;
+    int16_t yMin = 0;
+};
+// The group of a 'VDMX' table that serves a square-pixel display, as the classic engine picks it:
+// the first ratio range whose character-set byte is not 0 and that is either the catch-all range
+// (0, 0, 0) or holds 1:1. Empty when the table has none. Never reads outside the buffer: records
+// past the end of the table are cut.
+struct VdmxGroup {
+    uint8_t firstSize = 0;  // the group's startsz and endsz: the character heights it lists
+    uint8_t lastSize = 0;
+    std::vector<VdmxRecord> records;
+};
+VdmxGroup ParseVdmxTable(const uint8_t* table, size_t size);
+
+// The size of a font: pixels per em and the vertical metrics that go with it, in pixels.
+struct FontSize {
+    uint32_t pixelsPerEm = 0;
+    int32_t ascent = 0;
+    int32_t descent = 0;
+    int32_t internalLeading = 0;
+};
+// The size for a requested height. The VDMX group is consulted first: a cell height takes the
+// record whose yMax - yMin equals it, else the record before the first that exceeds it; a
+// character height takes the record of exactly that size, if the group covers it. A record gives
+// ascent yMax, descent -yMin and internal leading ascent + descent - ppem. Without a record the
+// size is PixelsPerEmForHeight, and ascent, descent and internal leading (winAscent + winDescent -
+// unitsPerEm) are scaled and rounded each on its own, so the cell may come out one pixel taller
+// than a requested cell height.
+FontSize SizeForHeight(int32_t height, const VerticalDesign& design, const VdmxGroup& vdmx);
 
 // One pair of a format-0 'kern' subtable, in glyph indices and font units.
 struct GlyphKerning {
