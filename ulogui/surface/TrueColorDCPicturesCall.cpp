@@ -8,6 +8,7 @@
 
 #include "base/MagnifyRounding.h"
 #include "buffer/BufferView.h"
+#include "buffer/SmoothScale.h"
 #include "surface/PictureDrawing.h"
 #include "ulogui/Palette.h"
 
@@ -15,6 +16,9 @@ namespace ulogui {
 namespace surface {
 
 namespace {
+
+// Scaled pictures of up to this many pixels (128 x 128) are scaled on the drawing thread.
+constexpr std::int64_t kScaleHereLimit = 128 * 128;
 
 using pixelops::Functor;
 using pixelops::Loop;
@@ -151,13 +155,17 @@ SourcePixels::SourcePixels(const ULOPictureBits& source, bool surfaceMagnified, 
         return;
     }
     CheckResampleSize(size.cx, size.cy, flags_);
-    // Cleared, so that a margin the scaler leaves (when rounding changed the aspect) reads the same every
-    // time.
+    // EnlargeSmooth's scaling. A small picture is scaled at once on this thread (handing it to the
+    // workers would cost more than the scaling), which also clears any margin the picture does not
+    // reach when rounding changed the aspect; a larger one is cleared first, for the same reason.
     ULOPictureBits scaled(size, flags_);
-    std::memset(scaled.GetBits(), 0, static_cast<std::size_t>(scaled.GetLineWidth(true)) * size.cy);
-    const ULOPictureBits raw = source.GetRawPictureBits();
     const ULORect whole(0, 0, size.cx, size.cy);
-    raw.EnlargeSmooth(scaled, &whole);
+    const bool small = static_cast<std::int64_t>(size.cx) * size.cy <= kScaleHereLimit;
+    if (!small) {
+        std::memset(scaled.GetBits(), 0, static_cast<std::size_t>(scaled.GetLineWidth(true)) * size.cy);
+    }
+    buffer::ScaleSmooth(source.GetRawPictureBits(), scaled, &whole,
+                        small ? buffer::ColumnThreads::kCallingThreadAtOnce : buffer::ColumnThreads::kBySize);
     resampled_.Swap(scaled);
     view_ = buffer::ViewOf(resampled_);
 }
