@@ -15,10 +15,6 @@ using namespace surfacetest;
 using ulogui::pixelops::CallConstants;
 using Type = ULOTrueColorDCBase::ECopyPictureType;
 
-Type AsType(int v) {
-    return static_cast<Type>(v);
-}
-
 struct WrapperCase {
     int flags;  // of the 1 x 1 source
     bool surfaceAlpha;
@@ -36,8 +32,7 @@ TEST_F(PictureTest, EachRouteAndWrapperGivesItsHandComputedPixel) {
     const Pixel dst{1, 2, 3, 4};
     const WrapperCase cases[] = {
         {0, false, 1.0f, 0, {10, 20, 30, 77}, dst, {10, 20, 30, 4}},                               // W0
-        {PICTBITS_RGB24 | PICTBITS_ALPHA, false, 1.0f, 0, {10, 20, 30, 0}, dst, {10, 20, 30, 4}},  // no alpha
-                                                                                                   // byte
+        {PICTBITS_RGB24 | PICTBITS_ALPHA, false, 1.0f, 0, {10, 20, 30, 0}, dst, {10, 20, 30, 4}},  // 3 bytes
         {PICTBITS_ALPHA, false, 1.0f, 0, {200, 200, 200, 128}, grey, {149, 149, 149, 9}},          // W1
         {PICTBITS_ALPHA, false, 1.0f, 0, {255, 255, 255, 0}, dst, {254, 254, 254, 4}},
         {PICTBITS_ALPHA, false, 1.0f, 0, {255, 255, 255, 255}, dst, dst},
@@ -66,90 +61,51 @@ TEST_F(PictureTest, EachRouteAndWrapperGivesItsHandComputedPixel) {
         const ULOPicture source = MakePicture(1, 1, c.flags, [&](int, int) { return c.src; });
         ULOTrueColorDCBase dc(ULORect(0, 0, 3, 3), c.surfaceAlpha, false);
         Paint(dc, [&](int, int) { return c.dst; });
-        dc.DrawPicture(source, ULORect(1, 1, 2, 2), ULORect(0, 0, 1, 1), ULORect(0, 0, 3, 3), AsType(c.type),
-                       c.opacity);
+        dc.DrawPicture(source, ULORect(1, 1, 2, 2), ULORect(0, 0, 1, 1), ULORect(0, 0, 3, 3),
+                       static_cast<Type>(c.type), c.opacity);
         ExpectOnly(dc, ULORect(1, 1, 2, 2), c.expected, c.dst);
     }
 }
 
 // Each overload against the master with the rectangles it is meant to build.
 TEST_F(PictureTest, OverloadsDrawWhatTheMasterDrawsWithTheirRectangles) {
-    using Draw = std::function<void(ULOTrueColorDCBase&, const ULOPicture&)>;
-    struct Case {
-        Draw overload;
+    const ULOPicture s = MakePicture(4, 3, PICTBITS_ALPHA, [](int x, int y) { return Tagged(x, y, 60); });
+    const Type n = ULOTrueColorDCBase::eCopyNormal;
+    const ULORect a(1, 0, 3, 2), b(0, 0, 3, 8), c(1, 1, 4, 3), d(2, 1, 4, 3), e(2, 2, 5, 4), f(3, 3, 5, 4);
+    ULOPoint skip(1, 1);
+    const std::function<void(ULOTrueColorDCBase&)> calls[] = {
+        [&](auto& dc) { dc.DrawPicture(s, ULOPoint(2, 1), a, b, n, 1); },
+        [&](auto& dc) { dc.DrawPicture(s, ULOPoint(2, 1), a, n, 1); },
+        [&](auto& dc) { dc.DrawPicture(s, ULOPoint(5, 4), n, 1); },
+        [&](auto& dc) { dc.DrawPicture(s, ULORect(1, 1, 9, 7), ULORect(1, 1, 3, 3), n, 1); },
+        [&](auto& dc) { dc.DrawPicture(s, c, ULOPoint(1, 1), b, n, 1); },
+        [&](auto& dc) { dc.DrawPicture(s, c, ULOPoint(1, 1), n, 1); },
+        [&](auto& dc) { dc.DrawPicture(s, ULORect(2, 2, 9, 9), n, 1); },
+        [&](auto& dc) { dc.DrawPicture(s, n, 1); },
+        [&](auto& dc) { dc.CopyPicture(&s, &e, n); },
+        [&](auto& dc) { dc.CopyPictureAlpha(&s, &e, 0.5f, n, &skip); },
+    };
+    const struct {
         ULORect dst, src, clip;
         float opacity;
-    };
-    const Type n = ULOTrueColorDCBase::eCopyNormal;
-    ULOPoint skip(1, 1);
-    const Case cases[] = {
-        {[&](auto& dc, auto& s) {
-             dc.DrawPicture(s, ULOPoint(2, 1), ULORect(1, 0, 3, 2), ULORect(0, 0, 3, 8), n, 1);
-         },
-         {2, 1, 4, 3},
-         {1, 0, 3, 2},
-         {0, 0, 3, 8},
-         1},
-        {[&](auto& dc, auto& s) { dc.DrawPicture(s, ULOPoint(2, 1), ULORect(1, 0, 3, 2), n, 1); },
-         {2, 1, 4, 3},
-         {1, 0, 3, 2},
-         {2, 1, 4, 3},
-         1},
-        {[&](auto& dc, auto& s) { dc.DrawPicture(s, ULOPoint(5, 4), n, 1); },
-         {5, 4, 9, 7},
-         {0, 0, 4, 3},
-         {5, 4, 9, 7},
-         1},
-        {[&](auto& dc, auto& s) { dc.DrawPicture(s, ULORect(1, 1, 9, 7), ULORect(1, 1, 3, 3), n, 1); },
-         {1, 1, 9, 7},
-         {1, 1, 3, 3},
-         {1, 1, 9, 7},
-         1},
-        {[&](auto& dc, auto& s) {
-             dc.DrawPicture(s, ULORect(1, 1, 4, 3), ULOPoint(1, 1), ULORect(0, 0, 3, 8), n, 1);
-         },
-         {1, 1, 4, 3},
-         {1, 1, 4, 3},
-         {0, 0, 3, 8},
-         1},
-        {[&](auto& dc, auto& s) { dc.DrawPicture(s, ULORect(1, 1, 4, 3), ULOPoint(1, 1), n, 1); },
-         {1, 1, 4, 3},
-         {1, 1, 4, 3},
-         {1, 1, 4, 3},
-         1},
-        {[&](auto& dc, auto& s) { dc.DrawPicture(s, ULORect(2, 2, 9, 9), n, 1); },
-         {2, 2, 9, 9},
-         {0, 0, 4, 3},
-         {2, 2, 9, 9},
-         1},
-        {[&](auto& dc, auto& s) { dc.DrawPicture(s, n, 1); }, {0, 0, 4, 3}, {0, 0, 4, 3}, {0, 0, 4, 3}, 1},
-        {[&](auto& dc, auto& s) {
-             const ULORect r(2, 2, 5, 4);
-             dc.CopyPicture(&s, &r, n);
-         },
-         {2, 2, 5, 4},
-         {0, 0, 3, 2},
-         {2, 2, 5, 4},
-         1},
-        {[&](auto& dc, auto& s) {
-             const ULORect r(2, 2, 5, 4);
-             dc.CopyPictureAlpha(&s, &r, 0.5f, n, &skip);
-         },
-         {3, 3, 5, 4},
-         {1, 1, 3, 2},
-         {3, 3, 5, 4},
-         0.5f},
-    };
-    const ULOPicture source =
-        MakePicture(4, 3, PICTBITS_ALPHA, [](int x, int y) { return Tagged(x, y, 60); });
-    for (const Case& c : cases) {
-        SCOPED_TRACE(::testing::Message() << "case " << (&c - cases));
+    } built[] = {{d, a, b, 1},
+                 {d, a, d, 1},
+                 {{5, 4, 9, 7}, {0, 0, 4, 3}, {5, 4, 9, 7}, 1},
+                 {{1, 1, 9, 7}, {1, 1, 3, 3}, {1, 1, 9, 7}, 1},
+                 {c, c, b, 1},
+                 {c, c, c, 1},
+                 {{2, 2, 9, 9}, {0, 0, 4, 3}, {2, 2, 9, 9}, 1},
+                 {{0, 0, 4, 3}, {0, 0, 4, 3}, {0, 0, 4, 3}, 1},
+                 {e, {0, 0, 3, 2}, e, 1},
+                 {f, {1, 1, 3, 2}, f, 0.5f}};
+    const ULOTrueColorDCBase blank(ULORect(0, 0, 10, 8), false, false);
+    for (int i = 0; i < 10; ++i) {
         ULOTrueColorDCBase viaOverload(ULORect(0, 0, 10, 8), false, false);
         ULOTrueColorDCBase viaMaster(ULORect(0, 0, 10, 8), false, false);
-        c.overload(viaOverload, source);
-        viaMaster.DrawPicture(source, c.dst, c.src, c.clip, n, c.opacity);
-        EXPECT_EQ(Pixels(viaOverload), Pixels(viaMaster));
-        EXPECT_NE(Pixels(viaOverload), Pixels(ULOTrueColorDCBase(ULORect(0, 0, 10, 8), false, false)));
+        calls[i](viaOverload);
+        viaMaster.DrawPicture(s, built[i].dst, built[i].src, built[i].clip, n, built[i].opacity);
+        EXPECT_EQ(Pixels(viaOverload), Pixels(viaMaster)) << "case " << i;
+        EXPECT_NE(Pixels(viaOverload), Pixels(blank)) << "case " << i;
     }
 }
 
@@ -222,6 +178,7 @@ TEST_F(PictureTest, ClippingMatchesAStraightforwardLoopOverTheSameFunctor) {
 
 TEST_F(PictureTest, SourcesAreScaledToTheSurfacesMagnificationBothWays) {
     const Pixel quarter[] = {{10, 0, 0, 0}, {20, 0, 0, 0}, {30, 0, 0, 0}, {40, 0, 0, 0}};
+    const Type n = ULOTrueColorDCBase::eCopyNormal;
     struct Case {
         float m;
         ULORect block, clipped;  // device pixels of the logical (1, 1, 3, 3) and of it within (2, 0, 6, 6)
@@ -234,48 +191,37 @@ TEST_F(PictureTest, SourcesAreScaledToTheSurfacesMagnificationBothWays) {
         // A flat source on a magnified surface covers its device block, cut by the converted clip.
         const ULOPicture flat = MakePicture(2, 2, 0, [](int, int) { return Pixel{1, 2, 3, 0}; });
         ULOTrueColorDCBase magnified(ULORect(0, 0, 6, 6), false, true);
-        magnified.DrawPicture(flat, ULOPoint(1, 1), ULORect(0, 0, 2, 2), ULORect(2, 0, 6, 6),
-                              ULOTrueColorDCBase::eCopyNormal, 1);
+        magnified.DrawPicture(flat, ULOPoint(1, 1), ULORect(0, 0, 2, 2), ULORect(2, 0, 6, 6), n, 1);
         ExpectOnly(magnified, c.clipped, Pixel{1, 2, 3, 0});
-        magnified.DrawPicture(flat, ULOPoint(1, 1), ULOTrueColorDCBase::eCopyNormal, 1);
+        magnified.DrawPicture(flat, ULOPoint(1, 1), n, 1);
         EXPECT_FALSE(magnified.GetWorkingOnScreenSize());
         ExpectOnly(magnified, c.block, Pixel{1, 2, 3, 0});
         // Other pictures are scaled as EnlargeSmooth scales them.
         const ULOPicture tagged =
             MakePicture(3, 2, PICTBITS_ALPHA, [](int x, int y) { return Tagged(x, y, 0); });
-        ULOPicture expected(ULOSize(static_cast<int>(std::floor(3 * c.m + 0.5f)),
-                                    static_cast<int>(std::floor(2 * c.m + 0.5f))),
-                            PICTBITS_ALPHA);
-        tagged.EnlargeSmooth(expected, nullptr);
-        magnified.DrawPicture(tagged, ULOPoint(0, 0), ULOTrueColorDCBase::eCopyNormal, 1);
-        for (int y = 0; y < expected.GetHeight(true); ++y) {
-            for (int x = 0; x < expected.GetWidth(true); ++x) {
-                const unsigned char* p = expected.GetBits(x, y);
-                ASSERT_EQ(PixelAt(magnified, x, y),
-                          Blend<ulogui::pixelops::SourceAlphaWrap>(kClear, Pixel{p[0], p[1], p[2], p[3]}));
-            }
-        }
-        // A magnified source of quarters on a surface that is not: area averaging keeps them exact.
+        const ULOSize size(static_cast<int>(std::floor(3 * c.m + 0.5f)),
+                           static_cast<int>(std::floor(2 * c.m + 0.5f)));
+        ULOPicture scaled(size, PICTBITS_ALPHA);
+        tagged.EnlargeSmooth(scaled, nullptr);
+        ULOTrueColorDCBase fresh(ULORect(0, 0, 6, 6), false, true);
+        fresh.DrawPicture(tagged, ULOPoint(0, 0), n, 1);
+        ExpectPicture(fresh, ULORect(ULOPoint(), size), [&](int x, int y) {
+            const unsigned char* p = scaled.GetBits(x, y);
+            return Blend<ulogui::pixelops::SourceAlphaWrap>(kClear, Pixel{p[0], p[1], p[2], p[3]});
+        });
+        // A magnified source of quarters on a surface that is not: area averaging keeps them exact; on a
+        // magnified surface the stored pixels are drawn as they are, from the converted point on.
         const int k = c.stored / 2;
         const ULOPicture quarters = MakePicture(
             c.stored, c.stored, 0, [&](int x, int y) { return quarter[(y / k) * 2 + x / k]; }, true);
         ULOTrueColorDCBase plain(ULORect(0, 0, 8, 8), false, false);
-        plain.DrawPicture(quarters, ULOPoint(1, 1), ULOTrueColorDCBase::eCopyNormal, 1);
-        for (int y = 0; y < 8; ++y) {
-            for (int x = 0; x < 8; ++x) {
-                const bool in = x >= 1 && y >= 1 && x < 1 + 2 * c.half && y < 1 + 2 * c.half;
-                ASSERT_EQ(PixelAt(plain, x, y),
-                          in ? quarter[((y - 1) / c.half) * 2 + (x - 1) / c.half] : kClear);
-            }
-        }
-        // Both magnified: the stored pixels are drawn as they are, from the converted point on.
+        plain.DrawPicture(quarters, ULOPoint(1, 1), n, 1);
+        ExpectPicture(plain, ULORect(1, 1, 1 + 2 * c.half, 1 + 2 * c.half),
+                      [&](int x, int y) { return quarter[(y / c.half) * 2 + x / c.half]; });
         ULOTrueColorDCBase both(ULORect(0, 0, 8, 8), false, true);
-        both.DrawPicture(quarters, ULOPoint(1, 1), ULOTrueColorDCBase::eCopyNormal, 1);
-        for (int y = 0; y < c.stored; ++y) {
-            for (int x = 0; x < c.stored; ++x) {
-                ASSERT_EQ(PixelAt(both, 2 + x, 2 + y), quarter[(y / k) * 2 + x / k]);
-            }
-        }
+        both.DrawPicture(quarters, ULOPoint(1, 1), n, 1);
+        ExpectPicture(both, ULORect(2, 2, 2 + c.stored, 2 + c.stored),
+                      [&](int x, int y) { return quarter[(y / k) * 2 + x / k]; });
     }
 }
 
@@ -308,8 +254,8 @@ TEST_F(PictureTest, BadInputDrawsNothing) {
         },
         [&](auto& dc) { dc.DrawPicture(good, ULORect(INT_MAX - 1, 0, INT_MAX, 2), r, n, 1); },
         [&](auto& dc) { dc.DrawPicture(good, ULOPoint(INT_MAX, INT_MAX), n, 1); },
-        [&](auto& dc) { dc.DrawPicture(good, AsType(4), 1); },
-        [&](auto& dc) { dc.DrawPicture(good, AsType(INT_MIN), 1); },
+        [&](auto& dc) { dc.DrawPicture(good, static_cast<Type>(4), 1); },
+        [&](auto& dc) { dc.DrawPicture(good, static_cast<Type>(INT_MIN), 1); },
         [&](auto& dc) { dc.CopyPicture(nullptr, &r, n); },
         [&](auto& dc) { dc.CopyPictureAlpha(&good, nullptr, 1, n); },
         [&](auto& dc) { dc.CopyAlphaOnlyColors(nullptr, &r, CLR(), nullptr, 1, false); },

@@ -45,46 +45,40 @@ TEST_F(PictureTest, StretchPointsShareTheExtraLengthAndShrinkingDropsAroundTheFi
             SCOPED_TRACE(::testing::Message()
                          << "case " << (&c - cases) << (horizontal ? " columns" : " rows"));
             SetMagnifier(c.magnifier);
-            const bool magnified = c.magnifier != 1.0f;
-            const int stored = magnified ? 2 * c.width : c.width;
-            const auto along = [&](int x, int y) { return horizontal ? x : y; };
-            const ULOPicture picture = MakePicture(
-                horizontal ? stored : 1, horizontal ? 1 : stored, 0,
-                [&](int x, int y) {
-                    return Pixel{static_cast<unsigned char>(along(x, y) / (magnified ? 2 : 1) + 1), 0, 0, 0};
-                },
-                magnified);
+            const int scale = c.magnifier != 1.0f ? 2 : 1;  // stored pixels per logical one
             const auto rect = [&](int lo, int hi) {
                 return horizontal ? ULORect(lo, 0, hi, 1) : ULORect(0, lo, 1, hi);
             };
-            ULOTrueColorDCBase dc(rect(0, 14), false, magnified);
+            const ULORect picturePixels = rect(0, scale * c.width);
+            const ULOPicture picture = MakePicture(
+                picturePixels.right, picturePixels.bottom, 0,
+                [&](int x, int y) {
+                    return Pixel{static_cast<unsigned char>((x + y) / scale + 1), 0, 0, 0};
+                },
+                scale != 1);
+            ULOTrueColorDCBase dc(rect(0, 14), false, scale != 1);
             const ULORect dst = rect(0, c.length);
             std::vector<int> points = c.points;
             const int count = static_cast<int>(points.size());
-            const ULORect clip = c.clip.IsEmpty() ? dst : rect(c.clip.left, c.clip.right);
+            const ULOPoint origin = horizontal ? c.origin : ULOPoint(c.origin.y, c.origin.x);
             if (!c.clip.IsEmpty() || c.origin != ULOPoint()) {
-                const ULOPoint origin = horizontal ? c.origin : ULOPoint(c.origin.y, c.origin.x);
-                if (horizontal) {
-                    dc.DrawHEnlargedPicture(picture, dst, origin, clip, points.data(), count, 1.0f);
-                } else {
-                    dc.DrawVEnlargedPicture(picture, dst, origin, clip, points[0], 1.0f);
-                }
+                const ULORect clip = c.clip.IsEmpty() ? dst : rect(c.clip.left, c.clip.right);
+                horizontal ? dc.DrawHEnlargedPicture(picture, dst, origin, clip, points.data(), count, 1.0f)
+                           : dc.DrawVEnlargedPicture(picture, dst, origin, clip, points[0], 1.0f);
             } else if (count == 1 && points[0] != -1) {
                 horizontal ? dc.DrawHEnlargedPicture(picture, dst, points[0], 1.0f)
-                           : dc.DrawVEnlargedPicture(picture, dst, ULOPoint(), points[0], 1.0f);
+                           : dc.DrawVEnlargedPicture(picture, dst, origin, points[0], 1.0f);
             } else {
                 horizontal ? dc.DrawHEnlargedPicture(picture, dst, points.data(), count, 1.0f)
-                           : dc.DrawVEnlargedPicture(picture, dst, ULOPoint(), points.data(), count, 1.0f);
+                           : dc.DrawVEnlargedPicture(picture, dst, origin, points.data(), count, 1.0f);
             }
             std::string drawn;
-            for (size_t i = 0; i < c.expected.size(); ++i) {
+            for (int i = 0; i < static_cast<int>(c.expected.size()); ++i) {
                 const int v = PixelAt(dc, horizontal ? i : 0, horizontal ? 0 : i)[0];
                 drawn += v == 0 ? '.' : static_cast<char>('0' + v);
             }
             EXPECT_EQ(drawn, c.expected);
-            if (c.points == std::vector<int>{-1}) {
-                EXPECT_EQ(points[0], 2);
-            }
+            EXPECT_EQ(points, c.points == std::vector<int>{-1} ? std::vector<int>{2} : c.points);
         }
     }
 }
@@ -93,42 +87,29 @@ TEST_F(PictureTest, ExtrusionRepeatsOneColumnOrRowAcrossTheRectangle) {
     const ULOPicture picture = MakePicture(3, 2, 0, [](int x, int y) { return Tagged(x, y, 0); });
     const ULORect rect(1, 1, 5, 4);
     ULOPoint skip(1, 0);
-    ULOTrueColorDCBase dc(ULORect(0, 0, 6, 5), false, false);
-    dc.ExtrudePictureHorizontally(&picture, &rect, kNormal, &skip);
-    for (int y = 0; y < 5; ++y) {
-        for (int x = 0; x < 6; ++x) {
-            const bool in = x >= 1 && x < 5 && y >= 1 && y < 3;  // picture rows 0 and 1 only
-            EXPECT_EQ(PixelAt(dc, x, y), in ? Tagged(1, y - 1, 0) : kClear) << x << "," << y;
-        }
-    }
+    ULOTrueColorDCBase columns(ULORect(0, 0, 6, 5), false, false);
+    columns.ExtrudePictureHorizontally(&picture, &rect, kNormal, &skip);
+    // Column 1 across the rectangle, its rows 0 and 1 only.
+    ExpectPicture(columns, ULORect(1, 1, 5, 3), [](int, int y) { return Tagged(1, y, 0); });
     skip = ULOPoint(0, 1);
     ULOTrueColorDCBase rows(ULORect(0, 0, 6, 5), false, false);
     rows.ExtrudePictureVerticallyAlpha(&picture, &rect, 1.0f, kNormal, &skip);
-    for (int y = 0; y < 5; ++y) {
-        for (int x = 0; x < 6; ++x) {
-            const bool in = x >= 1 && x < 4 && y >= 1 && y < 4;  // picture columns 0 to 2 only
-            EXPECT_EQ(PixelAt(rows, x, y), in ? Tagged(x - 1, 1, 0) : kClear) << x << "," << y;
-        }
-    }
+    // Row 1 down the rectangle, its columns 0 to 2 only.
+    ExpectPicture(rows, ULORect(1, 1, 4, 4), [](int x, int) { return Tagged(x, 1, 0); });
 }
 
 // A row of three pixels on grey, painted with (blue 50, green 100, red 200).
 TEST_F(PictureTest, ColoursThroughAlphaMasksAndPlainCopies) {
     const CLR colour(200, 100, 50);
     const Pixel grey{100, 100, 100, 9}, full{49, 99, 199, 9}, half{74, 99, 149, 9};
-    const ULOPicture mask = MakePicture(3, 1, PICTBITS_MASK8, [](int x, int) {
-        return Pixel{0, 0, 0, std::array<unsigned char, 3>{0, 255, 128}[x]};
-    });
-    const ULOPicture alpha = MakePicture(3, 1, PICTBITS_ALPHA, [](int x, int) {
-        return Pixel{9, 9, 9, std::array<unsigned char, 3>{0, 255, 128}[x]};
-    });
-    const ULOPicture opaque = MakePicture(3, 1, 0, [](int, int) { return Pixel{9, 9, 9, 255}; });
-    const ULOPicture picture = MakePicture(3, 1, PICTBITS_ALPHA, [](int x, int) {
-        return Pixel{10, 20, 30, static_cast<unsigned char>(x == 1 ? 255 : 0)};
-    });
-    const ULOPicture cut = MakePicture(3, 1, PICTBITS_MASK8, [](int x, int) {
-        return Pixel{0, 0, 0, static_cast<unsigned char>(x == 2 ? 255 : 0)};
-    });
+    const auto row3 = [](int flags, std::array<Pixel, 3> p) {
+        return MakePicture(3, 1, flags, [=](int x, int) { return p[x]; });
+    };
+    const ULOPicture mask = row3(PICTBITS_MASK8, {{{0, 0, 0, 0}, {0, 0, 0, 255}, {0, 0, 0, 128}}});
+    const ULOPicture alpha = row3(PICTBITS_ALPHA, {{{9, 9, 9, 0}, {9, 9, 9, 255}, {9, 9, 9, 128}}});
+    const ULOPicture opaque = row3(0, {{{9, 9, 9, 255}, {9, 9, 9, 255}, {9, 9, 9, 255}}});
+    const ULOPicture picture = row3(PICTBITS_ALPHA, {{{10, 20, 30, 0}, {10, 20, 30, 255}, {10, 20, 30, 0}}});
+    const ULOPicture cut = row3(PICTBITS_MASK8, {{{0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 255}}});
     const ULORect row(0, 0, 3, 1);
     ULOPoint skip(1, 0);
     struct Case {

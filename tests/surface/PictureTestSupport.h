@@ -48,13 +48,25 @@ inline std::vector<Pixel> Pixels(const ULOTrueColorDCBase& dc) {
     return pixels;
 }
 
+// Expects device pixel (area.left + x, area.top + y) to be inside(x, y), and every pixel outside the area
+// `outside`.
+inline void ExpectPicture(const ULOTrueColorDCBase& dc, const ULORect& area, const PixelOf& inside,
+                          const Pixel& outside = kClear) {
+    for (int y = 0; y < dc.GetHeight(true); ++y) {
+        for (int x = 0; x < dc.GetWidth(true); ++x) {
+            ASSERT_EQ(PixelAt(dc, x, y),
+                      area.Contains(ULOPoint(x, y)) ? inside(x - area.left, y - area.top) : outside)
+                << "at (" << x << ", " << y << ")";
+        }
+    }
+}
+
 // A pixel that tells where it came from.
 inline Pixel Tagged(int x, int y, unsigned char alpha) {
     return Pixel{static_cast<unsigned char>(10 + x), static_cast<unsigned char>(40 + y), 90, alpha};
 }
 
-// The magnifier at 1.0, and the effect tables, CLR_LABEL_TEXT and CLR_GRADATION_TOP_LEFT as the library
-// loads them, after each test.
+// The magnifier at 1.0, the highlight table cleared and CLR_LABEL_TEXT as it was, after each test.
 class PictureTest : public MagnifierTest {
 protected:
     void TearDown() override {
