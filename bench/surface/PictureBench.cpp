@@ -2,7 +2,8 @@
 //   icon      a 64 x 64 picture with alpha drawn at many positions (some cut by the edges) on a 256 x 256
 //             surface without alpha, per call, beside pixman_image_composite32 OVER a8r8g8b8 ->
 //             x8r8g8b8 of the same icon: with the images made once, with both images made and released
-//             in every call, and the making and releasing alone;
+//             in every call, and the making and releasing alone; and the transfer rows alone for the
+//             same positions;
 //   overhead  DrawPicture of a whole 256 x 256 and 1024 x 1024 source under each wrapper beside the
 //             transfer loop's own walk (Loop::Run) over the same buffers: what the master adds;
 //   magnified a 32 x 32 picture with alpha drawn onto a surface magnified 1.5 times (scaled to 48 x 48
@@ -73,6 +74,26 @@ void BM_IconDraw(benchmark::State& state) {
     size_t next = 0;
     for (auto _ : state) {
         dc.DrawPicture(icon, positions[next], ULOTrueColorDCBase::eCopyNormal, 1.0f);
+        next = next + 1 < positions.size() ? next + 1 : 0;
+        benchmark::ClobberMemory();
+    }
+    SetRate(state, 1.0);
+}
+
+// The transfer rows alone for the same icon and positions (Loop::Run clips them): what the draws cost
+// without the master around them.
+void BM_IconRows(benchmark::State& state) {
+    std::vector<uint32_t> pixels = RandomPixels(kIcon * kIcon, 1);
+    const ULOPictureBits icon(Bytes(pixels), kIcon, kIcon, 4 * kIcon, PICTBITS_ALPHA);
+    ULOTrueColorDCBase dc(ULORect(0, 0, kSurface, kSurface), false, false);
+    const std::vector<ULOPoint> positions = Positions(kSurface, kIcon);
+    const Loop loop = SelectLoop(Functor::kCopy, true, false, 1.0f);
+    const ulogui::raster::RasterView canvas = ulogui::buffer::ViewOf(dc);
+    const ulogui::raster::RasterView from = ulogui::buffer::ViewOf(icon);
+    size_t next = 0;
+    for (auto _ : state) {
+        const ULOPoint p = positions[next];
+        loop.Run(canvas, ULORect(p.x, p.y, p.x + kIcon, p.y + kIcon), from, ULOPoint(0, 0));
         next = next + 1 < positions.size() ? next + 1 : 0;
         benchmark::ClobberMemory();
     }
@@ -205,6 +226,7 @@ void BM_PixmanScaled(benchmark::State& state) {
 void Register() {
     benchmark::RegisterBenchmark("icon/DrawPicture", BM_IconDraw);
     benchmark::RegisterBenchmark("icon/pixman", BM_PixmanIcon, PixmanSetup::kOnce);
+    benchmark::RegisterBenchmark("icon/rows", BM_IconRows);
     benchmark::RegisterBenchmark("icon/pixman+setup", BM_PixmanIcon, PixmanSetup::kEveryCall);
     benchmark::RegisterBenchmark("icon/pixman_setup_alone", BM_PixmanIcon, PixmanSetup::kAlone);
     for (const WrapperCase& c : kWrappers) {
@@ -230,12 +252,13 @@ int main(int argc, char** argv) {
     auto& r = collector.rates;
     const auto ratio = [](double a, double b) { return b > 0.0 ? a / b : 0.0; };
     std::printf("\nicon 64x64 with alpha onto 256x256, draws/s (millions)\n");
-    std::printf("  DrawPicture %.3f  pixman %.3f  pixman+setup %.3f  setup alone %.3f\n",
-                r["icon/DrawPicture"], r["icon/pixman"], r["icon/pixman+setup"],
+    std::printf("  DrawPicture %.3f  rows alone %.3f  pixman %.3f  pixman+setup %.3f  setup alone %.3f\n",
+                r["icon/DrawPicture"], r["icon/rows"], r["icon/pixman"], r["icon/pixman+setup"],
                 r["icon/pixman_setup_alone"]);
     std::printf(
         "  DrawPicture / pixman: %.2f per composite, %.2f per call with its image set-up (target >= 2)\n",
         ratio(r["icon/DrawPicture"], r["icon/pixman"]), ratio(r["icon/DrawPicture"], r["icon/pixman+setup"]));
+    std::printf("  rows alone / pixman: %.2f per composite\n", ratio(r["icon/rows"], r["icon/pixman"]));
     std::printf(
         "\nmaster overhead: DrawPicture of a whole source vs the transfer rows alone (target <= 5 %% at "
         "256)\n");
