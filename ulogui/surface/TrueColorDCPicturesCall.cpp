@@ -59,6 +59,11 @@ void CheckResampleSize(int width, int height, int flags) {
     }
 }
 
+const ULOPictureBits& NoPicture() {
+    static const ULOPictureBits none;
+    return none;
+}
+
 }  // namespace
 
 int BytesPerPixelOf(int flags) {
@@ -173,7 +178,9 @@ SourcePixels::SourcePixels(const ULOPictureBits& source, bool surfaceMagnified, 
 PictureCall::PictureCall(ULOTrueColorDCBase& dc, const ULOPictureBits& source)
     : frame_(dc),
       convert_(frame_.Conversion().IsActive() && frame_.Conversion().Magnifier() != 1.0f),
-      source_(source, dc.IsMagnified(), frame_.Conversion().Magnifier()) {}
+      // Nothing is read, let alone scaled, for a surface that cannot be drawn on.
+      source_(frame_.Canvas().IsEmpty() ? NoPicture() : source, dc.IsMagnified(),
+              frame_.Conversion().Magnifier()) {}
 
 int PictureCall::ToDevice(int v) const {
     return convert_ ? base::ToDevice(v, frame_.Conversion().Magnifier()) : v;
