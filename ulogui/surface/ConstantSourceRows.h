@@ -1,0 +1,58 @@
+#pragma once
+// A transfer loop of the pixel transfer layer run with one source pixel for every destination pixel:
+// the solid fills mixed by an opacity or added as offsets, and the rows of the vertical gradation.
+// The source is a short row of that pixel, reused along longer rows.
+#include <algorithm>
+#include <cstring>
+
+#include "pixelops/PixelTransferLoops.h"
+#include "raster/RasterView.h"
+#include "ulogui/Geometry.h"
+
+namespace ulogui {
+namespace surface {
+
+class ConstantSourceRows {
+public:
+    // Pixels of the source row: long enough that the loop's start-up is paid rarely, short enough for
+    // the stack and the first-level cache.
+    static constexpr int kSourcePixels = 256;
+
+    // `functor` under `wrapper` on the current path, for rows of up to `rowLength` pixels (only that
+    // much of the source row is ever written).
+    ConstantSourceRows(pixelops::Functor functor, pixelops::Wrapper wrapper, const pixelops::CallConstants& c,
+                       int rowLength)
+        : row_(pixelops::FindRow(pixelops::GetPath(), functor, wrapper)),
+          constants_(c),
+          length_(std::max(1, std::min(rowLength, kSourcePixels))) {}
+
+    void SetPixel(const unsigned char (&pixel)[4]) {
+        for (int x = 0; x < length_; ++x) {
+            std::memcpy(source_ + 4 * x, pixel, 4);
+        }
+    }
+    // The integer opacity weight k of the opacity wrappers.
+    void SetWeight(int k) { constants_.k = k; }
+
+    void RunRow(unsigned char* dst, int count) const {
+        for (int done = 0; done < count; done += length_) {
+            row_(dst + 4 * static_cast<std::ptrdiff_t>(done), source_, std::min(length_, count - done),
+                 constants_);
+        }
+    }
+    // Every row of `area`, which lies inside `view`, bottom row first (the order of a bottom-up buffer).
+    void Run(const raster::RasterView& view, const ULORect& area) const {
+        for (int y = area.bottom - 1; y >= area.top; --y) {
+            RunRow(view.Pixel(area.left, y), area.right - area.left);
+        }
+    }
+
+private:
+    pixelops::RowRoutine row_;
+    pixelops::CallConstants constants_;
+    int length_;
+    unsigned char source_[kSourcePixels * 4];
+};
+
+}  // namespace surface
+}  // namespace ulogui
