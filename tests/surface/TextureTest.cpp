@@ -52,20 +52,16 @@ TEST_F(TextureTest, TilesRepeatFromTheOriginAndAreMixedByTheOpacity) {
         const ULOPicture picture = Picture(2, 2, flags, tile);
         for (const Case& c : cases) {
             ULOTrueColorDCBase dc(ULORect(0, 0, 5, 3), false, false);
-            if (c.origin) {
-                dc.FillRectWithTexture(picture, c.rect, ULOPoint(0, 1), c.opacity);
-            } else {
-                dc.FillRectWithTexture(picture, c.rect);
-            }
-            for (int y = 0; y < 3; ++y) {
-                for (int x = 0; x < 5; ++x) {
-                    const Pixel t = tile((x - c.start.x + 2) % 2, (y - c.start.y + 2) % 2);
-                    const auto mix = [&](int i) { return static_cast<unsigned char>(t[i] * c.k / 255); };
-                    const Pixel want =
-                        c.rect.Contains(ULOPoint(x, y)) ? Pixel{mix(0), mix(1), mix(2), 0} : kClear;
-                    EXPECT_EQ(PixelAt(dc, x, y), want)
-                        << "flags " << flags << " case " << (&c - cases) << " at " << x << ", " << y;
-                }
+            c.origin ? dc.FillRectWithTexture(picture, c.rect, ULOPoint(0, 1), c.opacity)
+                     : dc.FillRectWithTexture(picture, c.rect);
+            for (int i = 0; i < 15; ++i) {
+                const int x = i % 5, y = i / 5;
+                const Pixel t = tile((x - c.start.x + 2) % 2, (y - c.start.y + 2) % 2);
+                const auto mix = [&](int b) { return static_cast<unsigned char>(t[b] * c.k / 255); };
+                const Pixel want =
+                    c.rect.Contains(ULOPoint(x, y)) ? Pixel{mix(0), mix(1), mix(2), 0} : kClear;
+                EXPECT_EQ(PixelAt(dc, x, y), want)
+                    << "flags " << flags << " case " << (&c - cases) << " " << i;
             }
         }
     }
@@ -73,25 +69,20 @@ TEST_F(TextureTest, TilesRepeatFromTheOriginAndAreMixedByTheOpacity) {
 
 TEST_F(TextureTest, PictureOfTheOtherMagnificationIsScaledSmoothlyOnce) {
     SetMagnifier(2.0f);
-    // Columns of 0 and 200 become 0, 50, 150, 200 at twice the size, and repeat every 4 device pixels.
-    ULOTrueColorDCBase magnified(ULORect(0, 0, 4, 1), false, true);
-    magnified.FillWithTexture(Picture(2, 2, 0, [](int x, int) {
-        return Pixel{static_cast<unsigned char>(200 * x), 0, 0};
-    }));
-    magnified.SetWorkingOnScreenSize(true);
-    const unsigned char enlarged[8] = {0, 50, 150, 200, 0, 50, 150, 200};
-    for (int x = 0; x < 8; ++x) {
-        EXPECT_EQ(PixelAt(magnified, x, 1), (Pixel{enlarged[x], 0, 0, 0})) << x;
-    }
-    // A magnified picture of 0, 0, 200, 200 is 0, 200 in logical pixels.
-    ULOPicture devicePixels = Picture(4, 1, 0, [](int x, int) {
-        return Pixel{static_cast<unsigned char>(x < 2 ? 0 : 200), 0, 0};
-    });
+    // Columns of 0 and 200 become 0, 50, 150, 200 at twice the size, repeating every 4 device pixels; a
+    // magnified picture of 0, 0, 200, 200 is 0, 200 in logical pixels.
+    const unsigned char logical[16] = {0, 0, 0, 0, 200, 0, 0, 0, 0, 0, 0, 0, 200, 0, 0, 0};
+    const unsigned char device[16] = {0, 0, 0, 0, 0, 0, 0, 0, 200, 0, 0, 0, 200, 0, 0, 0};
+    ULOPicture devicePixels(device, 4, 1, 0);
     devicePixels.SetbIsMagnified(true);
+    ULOTrueColorDCBase magnified(ULORect(0, 0, 4, 1), false, true);
     ULOTrueColorDCBase plain(ULORect(0, 0, 4, 1), false, false);
+    magnified.FillWithTexture(ULOPicture(logical, 2, 2, 0));
     plain.FillWithTexture(devicePixels);
-    for (int x = 0; x < 4; ++x) {
-        EXPECT_EQ(PixelAt(plain, x, 0)[0], x % 2 ? 200 : 0) << x;
+    const int enlarged[8] = {0, 50, 150, 200, 0, 50, 150, 200};
+    for (int x = 0; x < 8; ++x) {
+        EXPECT_EQ(PixelAt(magnified, x, 1)[0], enlarged[x]) << x;
+        EXPECT_EQ(PixelAt(plain, x / 2, 0)[0], x / 2 % 2 ? 200 : 0) << x;
     }
 }
 
