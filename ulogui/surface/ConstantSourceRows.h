@@ -3,6 +3,8 @@
 // the solid fills mixed by an opacity or added as offsets, and the rows of the vertical gradation.
 // The source is a short row of that pixel, reused along longer rows.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "pixelops/PixelTransferLoops.h"
@@ -40,10 +42,18 @@ public:
                  constants_);
         }
     }
-    // Every row of `area`, which lies inside `view`, bottom row first (the order of a bottom-up buffer).
+    // Every pixel of `area`, which lies inside `view`, bottom row first (the order of a bottom-up buffer).
+    // Whole rows of an unpadded buffer lie end to end and run as one.
     void Run(const raster::RasterView& view, const ULORect& area) const {
+        const int count = area.right - area.left;
+        const std::int64_t pixels = static_cast<std::int64_t>(count) * (area.bottom - area.top);
+        if (count == view.Width() && view.Stride() == -4 * static_cast<std::ptrdiff_t>(count) &&
+            pixels <= INT32_MAX) {
+            RunRow(view.Pixel(area.left, area.bottom - 1), static_cast<int>(pixels));
+            return;
+        }
         for (int y = area.bottom - 1; y >= area.top; --y) {
-            RunRow(view.Pixel(area.left, y), area.right - area.left);
+            RunRow(view.Pixel(area.left, y), count);
         }
     }
 

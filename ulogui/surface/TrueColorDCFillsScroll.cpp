@@ -9,6 +9,13 @@
 
 using ulogui::surface::AreaFrame;
 
+namespace {
+
+// Pixels kept aside when whole rows move as one block (8 KB of stack).
+constexpr std::int64_t kKeptPixels = 2048;
+
+}  // namespace
+
 void ULOTrueColorDCBase::ScrollArea(const ULOSize& offset) {
     ScrollArea(offset, ULORect(0, 0, GetWidth(false), GetHeight(false)));
 }
@@ -36,16 +43,39 @@ void ULOTrueColorDCBase::ScrollArea(const ULOSize& offset, const ULORect& area) 
     if (bottom <= top || right <= left) {
         return;
     }
+    const int width = canvas.Width();
+    const std::int64_t rows = bottom - top;
+    const std::int64_t wrapped = dx < 0 ? -dx : dx;  // pixels at one end of each row that keep their values
+    if (bounds.left == 0 && bounds.right == width &&
+        -canvas.Stride() == static_cast<std::ptrdiff_t>(width) * 4 && wrapped * (rows - 1) <= kKeptPixels) {
+        // Whole rows of an unpadded buffer lie end to end from the bottom one, so the row moves amount
+        // to one block move, except that the pixels at one end of each row would take those at the other
+        // end of the next row in memory: they are kept aside and put back.
+        std::uint32_t kept[kKeptPixels];
+        const std::int64_t keptLeft = dx > 0 ? width - dx : 0;
+        const std::int64_t keptTop = dx > 0 ? top + 1 : top;  // the rows whose end the block reaches
+        const std::int64_t keptBottom = dx > 0 ? bottom : bottom - 1;
+        // Column by column down the rows: one or two pixels a row, where a call per row would cost more.
+        const auto keep = [&](bool back) {
+            std::uint32_t* k = kept;
+            for (std::int64_t x = keptLeft; x < keptLeft + wrapped; ++x) {
+                for (std::int64_t y = keptTop; y < keptBottom; ++y, ++k) {
+                    unsigned char* p = canvas.Pixel(x, y);
+                    back ? std::memcpy(p, k, 4) : std::memcpy(k, p, 4);
+                }
+            }
+        };
+        keep(false);
+        std::memmove(canvas.Pixel(left, bottom - 1), canvas.Pixel(left + dx, bottom - 1 + dy),
+                     static_cast<std::size_t>(rows * width - wrapped) * 4);
+        keep(true);
+        return;
+    }
     const std::size_t bytes = static_cast<std::size_t>(right - left) * 4;
     const auto move = [&](std::int64_t y) {
         std::memmove(canvas.Pixel(left, y), canvas.Pixel(left + dx, y + dy), bytes);
     };
-    if (dx == 0 && dy != 0 && right - left == canvas.Width() && -canvas.Stride() == canvas.Width() * 4) {
-        // Whole rows of an unpadded buffer lie end to end: all of them move as one block, which is
-        // what the row moves in either order amount to.
-        const std::int64_t last = bottom - 1;
-        std::memmove(canvas.Pixel(0, last), canvas.Pixel(0, last + dy), bytes * (bottom - top));
-    } else if (dy > 0) {
+    if (dy > 0) {
         // Sources lie below their destinations: top to bottom.
         for (std::int64_t y = top; y < bottom; ++y) {
             move(y);
