@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
+#include <vector>
 
 #include "surface/AreaFrame.h"
 #include "ulogui/TrueColorDC.h"
@@ -34,15 +36,18 @@ int Weight(std::int64_t i, std::int64_t j, float size, float strength) {
 }
 
 void Darken(unsigned char* p, int w) {
-    p[0] = static_cast<unsigned char>((p[0] * w) >> 8);
-    p[1] = static_cast<unsigned char>((p[1] * w) >> 8);
-    p[2] = static_cast<unsigned char>((p[2] * w) >> 8);
+    unsigned char v[3];
+    std::memcpy(v, p, 3);
+    for (unsigned char& c : v) {
+        c = static_cast<unsigned char>((c * w) >> 8);
+    }
+    std::memcpy(p, v, 3);
 }
 
 // Walks one band: each line across, from the last back to the first, first its corner (from the
 // corner's start to its end) and then its straight part with the weight of the corner's last pixel, or
 // 0 when the corner has no pixels. `transposed` runs the band's lines along rows instead of columns.
-// Only what lies on the canvas is visited.
+// Only what lies on the canvas is visited. Every pixel is visited once, so the order is free.
 void WalkBand(const ulogui::raster::RasterView& canvas, const Band& band, bool transposed, int size,
               float strength) {
     const std::int64_t acrossLimit = transposed ? canvas.Height() : canvas.Width();
@@ -56,7 +61,12 @@ void WalkBand(const ulogui::raster::RasterView& canvas, const Band& band, bool t
     const std::int64_t cornerLast = std::min(band.cornerEnd, alongLimit - 1);
     const std::int64_t straightFirst = std::max<std::int64_t>(band.cornerEnd + 1, 0);
     const std::int64_t straightLast = std::min(band.cornerEnd + band.straight, alongLimit - 1);
-    for (std::int64_t line = std::min(band.acrossEnd, acrossLimit) - 1; line >= firstLine; --line) {
+    const std::int64_t lastLine = std::min(band.acrossEnd, acrossLimit) - 1;
+    if (lastLine < firstLine) {
+        return;
+    }
+    std::vector<int> straightWeights(static_cast<std::size_t>(lastLine - firstLine + 1));
+    for (std::int64_t line = lastLine; line >= firstLine; --line) {
         // Deliberately measured from the band's (clipped) first line.
         const std::int64_t i = line - band.acrossStart;
         for (std::int64_t along = cornerFirst; along <= cornerLast; ++along) {
@@ -65,10 +75,27 @@ void WalkBand(const ulogui::raster::RasterView& canvas, const Band& band, bool t
                 Darken(pixel(line, along), w);
             }
         }
-        const int w = band.cornerEnd >= band.cornerStart ? Weight(i, 0, fsize, strength) : 0;
-        if (w < 256) {
-            for (std::int64_t along = straightFirst; along <= straightLast; ++along) {
-                Darken(pixel(line, along), w);
+        straightWeights[line - firstLine] =
+            band.cornerEnd >= band.cornerStart ? Weight(i, 0, fsize, strength) : 0;
+    }
+    // The straight parts are walked in the order of memory, along rows, through pointers held in
+    // locals (the pixel stores could otherwise alias the view and the weights).
+    const int* weights = straightWeights.data() - firstLine;
+    if (transposed) {
+        for (std::int64_t line = firstLine; line <= lastLine; ++line) {
+            const int w = weights[line];
+            unsigned char* p = canvas.Pixel(straightFirst, line);
+            for (std::int64_t along = straightFirst; w < 256 && along <= straightLast; ++along, p += 4) {
+                Darken(p, w);
+            }
+        }
+    } else {
+        for (std::int64_t along = straightFirst; along <= straightLast; ++along) {
+            unsigned char* p = canvas.Pixel(firstLine, along);
+            for (std::int64_t line = firstLine; line <= lastLine; ++line, p += 4) {
+                if (weights[line] < 256) {
+                    Darken(p, weights[line]);
+                }
             }
         }
     }
