@@ -61,6 +61,16 @@ TEST_F(FillsTest, SolidFillsWriteTheirArithmeticInsideTheClippedRectangleOnly) {
     }
 }
 
+// Rows longer than the transfer loops' source run, and whole rows run as one.
+TEST_F(FillsTest, LongRowsAndWholeBuffersFillEveryPixel) {
+    ULOTrueColorDCBase wide(ULORect(0, 0, 300, 2), false, false);
+    const ULORect band(1, 0, 300, 2);
+    const ULORect all(0, 0, 300, 2);
+    wide.FillRectAlpha(&band, CLR(200, 100, 0), 0.5f);
+    wide.FillRectRelative(&all, CLR(0, 0, 1));
+    ExpectOnly(wide, band, Pixel{1, 49, 99, 0}, Pixel{1, 0, 0, 0});
+}
+
 TEST_F(FillsTest, AlphaFillAndGradationsConvertWheneverTheGuardIsDownEvenUnmagnified) {
     SetMagnifier(2.0f);
     ULOTrueColorDCBase dc(ULORect(0, 0, 10, 3), true, false);

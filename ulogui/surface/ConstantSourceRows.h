@@ -20,13 +20,14 @@ public:
     // the stack and the first-level cache.
     static constexpr int kSourcePixels = 256;
 
-    // `functor` under `wrapper` on the current path, for rows of up to `rowLength` pixels (only that
+    // `functor` under `wrapper` on the current path, for runs of up to `longestRun` pixels (only that
     // much of the source row is ever written).
     ConstantSourceRows(pixelops::Functor functor, pixelops::Wrapper wrapper, const pixelops::CallConstants& c,
-                       int rowLength)
+                       std::int64_t longestRun)
         : row_(pixelops::FindRow(pixelops::GetPath(), functor, wrapper)),
           constants_(c),
-          length_(std::max(1, std::min(rowLength, kSourcePixels))) {}
+          length_(static_cast<int>(
+              std::max<std::int64_t>(1, std::min<std::int64_t>(longestRun, kSourcePixels)))) {}
 
     void SetPixel(const unsigned char (&pixel)[4]) {
         for (int x = 0; x < length_; ++x) {

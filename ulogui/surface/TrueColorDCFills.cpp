@@ -1,5 +1,7 @@
 // The solid fills beside FillRect: mixed by an opacity, relative (signed offsets), relative scaled by
 // an opacity, on the transparent part only, and the alpha-only fill.
+#include <cstdint>
+
 #include "pixelops/PixelTransferLoops.h"
 #include "surface/AreaFrame.h"
 #include "surface/ConstantSourceRows.h"
@@ -34,7 +36,8 @@ void FillThroughTransfer(ULOTrueColorDCBase& dc, const ULORect* rect, const CLR&
     if (!frame.Canvas().Clip(area)) {
         return;
     }
-    ConstantSourceRows rows(functor, wrapper, constants, area.right - area.left);
+    ConstantSourceRows rows(functor, wrapper, constants,
+                            static_cast<std::int64_t>(area.right - area.left) * (area.bottom - area.top));
     rows.SetPixel({colour.blue, colour.green, colour.red, 0});
     rows.Run(frame.Canvas(), area);
 }
