@@ -44,10 +44,11 @@ void Darken(unsigned char* p, int w) {
     std::memcpy(p, v, 3);
 }
 
-// Walks one band: each line across, from the last back to the first, first its corner (from the
-// corner's start to its end) and then its straight part with the weight of the corner's last pixel, or
-// 0 when the corner has no pixels. `transposed` runs the band's lines along rows instead of columns.
-// Only what lies on the canvas is visited. Every pixel is visited once, so the order is free.
+// Walks one band: each line across has its corner (from the corner's start to its end) and then its
+// straight part with the weight of the corner's last pixel, or 0 when the corner has no pixels.
+// `transposed` runs the band's lines along rows instead of columns. Only what lies on the canvas is
+// visited. Every pixel is visited once, so the order is free: the corners line by line from the last,
+// then the straight parts in the order of memory.
 void WalkBand(const ulogui::raster::RasterView& canvas, const Band& band, bool transposed, int size,
               float strength) {
     const std::int64_t acrossLimit = transposed ? canvas.Height() : canvas.Width();
@@ -80,21 +81,25 @@ void WalkBand(const ulogui::raster::RasterView& canvas, const Band& band, bool t
     }
     // The straight parts are walked in the order of memory, along rows, through pointers held in
     // locals (the pixel stores could otherwise alias the view and the weights).
-    const int* weights = straightWeights.data() - firstLine;
+    if (straightFirst > straightLast) {
+        return;
+    }
+    const int* weights = straightWeights.data();
+    const std::int64_t lines = lastLine - firstLine + 1;
     if (transposed) {
-        for (std::int64_t line = firstLine; line <= lastLine; ++line) {
-            const int w = weights[line];
-            unsigned char* p = canvas.Pixel(straightFirst, line);
-            for (std::int64_t along = straightFirst; w < 256 && along <= straightLast; ++along, p += 4) {
-                Darken(p, w);
+        for (std::int64_t k = 0; k < lines; ++k) {
+            unsigned char* p = canvas.Pixel(straightFirst, firstLine + k);
+            for (std::int64_t along = straightFirst; weights[k] < 256 && along <= straightLast;
+                 ++along, p += 4) {
+                Darken(p, weights[k]);
             }
         }
     } else {
         for (std::int64_t along = straightFirst; along <= straightLast; ++along) {
             unsigned char* p = canvas.Pixel(firstLine, along);
-            for (std::int64_t line = firstLine; line <= lastLine; ++line, p += 4) {
-                if (weights[line] < 256) {
-                    Darken(p, weights[line]);
+            for (std::int64_t k = 0; k < lines; ++k, p += 4) {
+                if (weights[k] < 256) {
+                    Darken(p, weights[k]);
                 }
             }
         }
