@@ -98,6 +98,7 @@ TEST_F(ScrollTest, PixelsTakeTheirSourceInsideTheAreaAndTheRestKeepsItsValue) {
         {1, {4, 0}, nullptr, {4, 0}, {0, 0, 4, 4}},  {1, {INT_MIN, INT_MAX}, &beyond, {INT_MIN, INT_MAX}, {0, 0, 4, 4}},
         {2, {1, 0}, &small, {2, 0}, {0, 0, 4, 4}},   {0.5f, {0, 2}, nullptr, {0, 1}, {0, 0, 2, 2}},
         {1, {1, -2}, nullptr, {1, -2}, {0, 0, 4, 4}}, {1, {-3, 1}, &beyond, {-3, 1}, {0, 0, 4, 4}},
+        {1, {3, 0}, nullptr, {3, 0}, {0, 0, 4, 4}},
     };
     // clang-format on
     const auto old = [](long long x, long long y) {

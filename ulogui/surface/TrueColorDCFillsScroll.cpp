@@ -65,10 +65,23 @@ void ULOTrueColorDCBase::ScrollArea(const ULOSize& offset, const ULORect& area) 
                 }
             }
         };
-        keep(false);
+        // Scrolling sideways only, the old values of those pixels are moved within their own row too,
+        // dx pixels away, unless the offset exceeds half the row: they are taken back from there.
+        const bool movedInRow = dy == 0 && 2 * wrapped <= width;
+        if (!movedInRow) {
+            keep(false);
+        }
         std::memmove(canvas.Pixel(left, bottom - 1), canvas.Pixel(left + dx, bottom - 1 + dy),
                      static_cast<std::size_t>(rows * width - wrapped) * 4);
-        keep(true);
+        if (!movedInRow) {
+            keep(true);
+            return;
+        }
+        for (std::int64_t x = keptLeft; x < keptLeft + wrapped; ++x) {
+            for (std::int64_t y = keptTop; y < keptBottom; ++y) {
+                std::memcpy(canvas.Pixel(x, y), canvas.Pixel(x - dx, y), 4);
+            }
+        }
         return;
     }
     const std::size_t bytes = static_cast<std::size_t>(right - left) * 4;
