@@ -105,6 +105,57 @@ public:
     // ---- Pixels, lines, rectangle outlines, frames, arcs and curves (TrueColorDCLines*.cpp) ----
 
     // ---- Fills, gradations, textures, shadows and scrolling (TrueColorDCFills*.cpp) ----
+    // docs/fills-and-scrolling.md gives the arithmetic and the geometry of each member. Opacities are
+    // held to 0..1 (outside acts as the nearer bound, NaN as 0). A null or empty rectangle draws nothing.
+
+    // The alpha colour write over the rectangle: (c * a + dst * (255 - a)) / 255, a = trunc(opacity * 255).
+    void FillRectAlpha(const ULORect* rect, const CLR& colour, float opacity);
+    // The colour's bytes are signed offsets added to every pixel, clamped to 0..255.
+    void FillRectRelative(const ULORect* rect, const CLR& colour);
+    // The offsets scaled by the opacity first: clamp(trunc(s * opacity + dst), 0, 255) in float.
+    void FillRectRelativeAlpha(const ULORect* rect, const CLR& colour, float opacity);
+    // Colours only the pixels whose alpha byte (transparency) is at least `threshold`; alpha unchanged.
+    void FillRectOnTransparentPart(const ULORect* rect, const CLR& colour, unsigned char threshold);
+    // Writes `alpha` into byte 3 of every pixel, colour unchanged. Converts the rectangle whenever the
+    // guard is down, on a surface that is not magnified too.
+    void FillAlphaRect(const ULORect* rect, unsigned char alpha);
+
+    // Two-colour ramps over `area` (clipped to the surface) with an alpha ramp, t running from 0 at
+    // the gradient rectangle's left/top edge to 1 at its right/bottom edge. Both rectangles convert
+    // whenever the guard is down, on a surface that is not magnified too. The horizontal one writes
+    // colour and alpha; the vertical one blends the colour with the alpha write and keeps byte 3; the
+    // diagonal one writes, along t = ((x - left) + (y - top)) / (width + height).
+    void FillRectHorizontalGradation(const ULORect* gradient, const ULORect* area, const CLR& from,
+                                     const CLR& to, float alphaFrom, float alphaTo);
+    void FillRectVerticalGradation(const ULORect* gradient, const ULORect* area, const CLR& from,
+                                   const CLR& to, float alphaFrom, float alphaTo);
+    void FillRectTopLeftToBottomRightGradation(const ULORect* gradient, const ULORect* area, const CLR& from,
+                                               const CLR& to, float alphaFrom, float alphaTo);
+
+    // Tiles a picture over the rectangle, drawn as picture drawing draws it with eCopyNormal (its alpha
+    // and the opacity respected). Tiles start at `origin` (a point on the surface), or at the
+    // rectangle's top-left. A picture whose magnification differs from the surface's is scaled once per
+    // call. The ID forms take the picture from the catalogue; an ID it does not hold draws nothing.
+    void FillRectWithTexture(const ULOPicture& picture, const ULORect& rect);
+    void FillRectWithTexture(const ULOPicture& picture, const ULORect& rect, const ULOPoint& origin,
+                             float opacity);
+    void FillRectWithTexture(int pictureId, const ULORect& rect);
+    void FillRectWithTexture(int pictureId, const ULORect& rect, const ULOPoint& origin);
+    // The same over the whole surface, tiles starting at its top-left pixel.
+    void FillWithTexture(const ULOPicture& picture);
+    void FillWithTexture(int pictureId);
+
+    // Darkens two bands of width `size` (device pixels) beside `rect`, one to its right and one below
+    // it, fading from a factor of 1 - strength next to the rectangle to nothing at distance `size`;
+    // multiplies the colour bytes, alpha unchanged. `clip` (may be null) bounds the bands; what falls
+    // outside the surface is skipped.
+    void DrawShadow(const ULORect* rect, const ULORect* clip, int size, float strength);
+
+    // Every pixel (x, y) of the area takes the value of (x + offset.cx, y + offset.cy) when that lies in
+    // the area too; the others keep theirs. A positive offset moves the contents up and to the left.
+    // The first form scrolls the whole surface.
+    void ScrollArea(const ULOSize& offset);
+    void ScrollArea(const ULOSize& offset, const ULORect& area);
 
     // ---- Picture drawing (TrueColorDCPictures*.cpp) ----
     // docs/picture-drawing.md gives the rectangles of every member, the clipping and the arithmetic.
