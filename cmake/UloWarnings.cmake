@@ -1,6 +1,10 @@
 # Warning flags shared by every target of the project.
 add_library(ulo_warnings INTERFACE)
-target_compile_options(ulo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor)
+target_compile_options(ulo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wnon-virtual-dtor)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC only: clang has no local-only variant of -Wshadow.
+  target_compile_options(ulo_warnings INTERFACE -Wshadow=local)
+endif()
 if(ULO_WERROR)
   target_compile_options(ulo_warnings INTERFACE -Werror)
 endif()

@@ -1,11 +1,7 @@
-// Feeds arbitrary bytes to the language catalogue as "languages.xml": parsed from memory, then
-// loaded from a real file by the language manager, whose lookups must all stay in bounds.
-#include <stdlib.h>
-#include <unistd.h>
-
+// Feeds arbitrary bytes to the language catalogue as "languages.xml", read from memory as the
+// language manager reads the file; every lookup of the resulting catalogue must stay in bounds.
 #include <cstdint>
-#include <cstdio>
-#include <string>
+#include <cstdlib>
 
 #include "l10n/LanguageManagerXml.h"
 #include "ulogui/LanguageManager.h"
@@ -13,29 +9,6 @@
 namespace {
 
 using ulo::gui::LanguageManager;
-
-// One folder for the whole run; the file in it is rewritten for every input.
-class WorkFolder {
-public:
-    static const std::string& Path() {
-        static WorkFolder folder;
-        return folder.path_;
-    }
-
-private:
-    WorkFolder() {
-        const char* tmp = getenv("TMPDIR");
-        path_ = std::string(tmp && *tmp ? tmp : "/tmp") + "/ulo-fuzz-languages-XXXXXX";
-        if (!mkdtemp(path_.data())) {
-            abort();
-        }
-    }
-    ~WorkFolder() {
-        unlink((path_ + "/languages.xml").c_str());
-        rmdir(path_.c_str());
-    }
-    std::string path_;
-};
 
 void ExerciseLookups(LanguageManager& lm) {
     const int count = lm.LanguageCount();
@@ -66,28 +39,11 @@ void ExerciseLookups(LanguageManager& lm) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const std::string text(reinterpret_cast<const char*>(data), size);
-
-    TiXmlDocument document;
-    document.Parse(text.c_str());
-    ulogui::l10n::ReadLanguages(document);
-
-    const std::string file = WorkFolder::Path() + "/languages.xml";
-    FILE* out = std::fopen(file.c_str(), "wb");
-    if (!out) {
-        abort();
-    }
-    if (size != 0 && std::fwrite(data, 1, size, out) != size) {
-        abort();
-    }
-    std::fclose(out);
-
-    LanguageManager::InitInstance(ULOPath::FromNative(WorkFolder::Path()));
-    LanguageManager& lm = LanguageManager::Instance();
+    LanguageManager lm =
+        ulogui::l10n::LanguageManagerFromMemory::Make(reinterpret_cast<const char*>(data), size);
     if (lm.LanguageCount() == 0) {
         abort();  // the built-in catalogue stands in for a file without languages
     }
     ExerciseLookups(lm);
-    LanguageManager::ReleaseInstance();
     return 0;
 }

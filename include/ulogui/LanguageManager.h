@@ -12,6 +12,12 @@
 #include "ulolib/Path.h"
 #include "ulolib/String.h"
 
+namespace ulogui {
+namespace l10n {
+class LanguageManagerFromMemory;
+}  // namespace l10n
+}  // namespace ulogui
+
 namespace ulo {
 namespace gui {
 
@@ -79,8 +85,12 @@ public:
     const std::vector<Language>& GetLanguages() const { return languages_; }
 
 private:
+    friend class ulogui::l10n::LanguageManagerFromMemory;
+
     LanguageManager() = default;
     void InitFromFile();
+    // The catalogue of these records, or the built-in one when there are none; all active.
+    void InitFromRecords_(std::vector<Language> languages);
     const Language* Find_(int id, bool onlyActive) const;
     ULOString FolderOf_(int id) const;
 

@@ -15,8 +15,9 @@
 namespace ulogui {
 
 // The copy types of picture drawing (values are fixed); the drawing surface offers them as
-// ULOTrueColorDCBase::ECopyPictureType. Any other value draws nothing.
-enum ECopyPictureType {
+// ULOTrueColorDCBase::ECopyPictureType. The underlying type is fixed, so a host may pass any int: any
+// other value draws nothing.
+enum ECopyPictureType : int {
     eCopyNormal = 0,     // PixelCopy
     eCopyHighlight = 1,  // PixelCopyHighlight
     eCopyDisabled = 2,   // PixelCopyDisabled

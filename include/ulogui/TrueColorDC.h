@@ -109,8 +109,172 @@ public:
     // ---- Pixels, lines, rectangle outlines, frames, arcs and curves (TrueColorDCLines*.cpp) ----
 
     // ---- Fills, gradations, textures, shadows and scrolling (TrueColorDCFills*.cpp) ----
+    // docs/fills-and-scrolling.md gives the arithmetic and the geometry of each member. Opacities are
+    // held to 0..1 (outside acts as the nearer bound, NaN as 0). A null or empty rectangle draws nothing.
+
+    // The alpha colour write over the rectangle: (c * a + dst * (255 - a)) / 255, a = trunc(opacity * 255).
+    void FillRectAlpha(const ULORect* rect, const CLR& colour, float opacity);
+    // The colour's bytes are signed offsets added to every pixel, clamped to 0..255.
+    void FillRectRelative(const ULORect* rect, const CLR& colour);
+    // The offsets scaled by the opacity first: clamp(trunc(s * opacity + dst), 0, 255) in float.
+    void FillRectRelativeAlpha(const ULORect* rect, const CLR& colour, float opacity);
+    // Colours only the pixels whose alpha byte (transparency) is at least `threshold`; alpha unchanged.
+    void FillRectOnTransparentPart(const ULORect* rect, const CLR& colour, unsigned char threshold);
+    // Writes `alpha` into byte 3 of every pixel, colour unchanged. Converts the rectangle whenever the
+    // guard is down, on a surface that is not magnified too.
+    void FillAlphaRect(const ULORect* rect, unsigned char alpha);
+
+    // Two-colour ramps over `area` (clipped to the surface) with an alpha ramp, t running from 0 at
+    // the gradient rectangle's left/top edge to 1 at its right/bottom edge. Both rectangles convert
+    // whenever the guard is down, on a surface that is not magnified too. The horizontal one writes
+    // colour and alpha; the vertical one blends the colour with the alpha write and keeps byte 3; the
+    // diagonal one writes, along t = ((x - left) + (y - top)) / (width + height).
+    void FillRectHorizontalGradation(const ULORect* gradient, const ULORect* area, const CLR& from,
+                                     const CLR& to, float alphaFrom, float alphaTo);
+    void FillRectVerticalGradation(const ULORect* gradient, const ULORect* area, const CLR& from,
+                                   const CLR& to, float alphaFrom, float alphaTo);
+    void FillRectTopLeftToBottomRightGradation(const ULORect* gradient, const ULORect* area, const CLR& from,
+                                               const CLR& to, float alphaFrom, float alphaTo);
+
+    // Tiles a picture over the rectangle, drawn as picture drawing draws it with eCopyNormal (its alpha
+    // and the opacity respected). Tiles start at `origin` (a point on the surface), or at the
+    // rectangle's top-left. A picture whose magnification differs from the surface's is scaled once per
+    // call. The ID forms take the picture from the catalogue; an ID it does not hold draws nothing.
+    void FillRectWithTexture(const ULOPicture& picture, const ULORect& rect);
+    void FillRectWithTexture(const ULOPicture& picture, const ULORect& rect, const ULOPoint& origin,
+                             float opacity);
+    void FillRectWithTexture(int pictureId, const ULORect& rect);
+    void FillRectWithTexture(int pictureId, const ULORect& rect, const ULOPoint& origin);
+    // The same over the whole surface, tiles starting at its top-left pixel.
+    void FillWithTexture(const ULOPicture& picture);
+    void FillWithTexture(int pictureId);
+
+    // Darkens two bands of width `size` (device pixels) beside `rect`, one to its right and one below
+    // it, fading from a factor of 1 - strength next to the rectangle to nothing at distance `size`;
+    // multiplies the colour bytes, alpha unchanged. `clip` (may be null) bounds the bands; what falls
+    // outside the surface is skipped.
+    void DrawShadow(const ULORect* rect, const ULORect* clip, int size, float strength);
+
+    // Every pixel (x, y) of the area takes the value of (x + offset.cx, y + offset.cy) when that lies in
+    // the area too; the others keep theirs. A positive offset moves the contents up and to the left.
+    // The first form scrolls the whole surface.
+    void ScrollArea(const ULOSize& offset);
+    void ScrollArea(const ULOSize& offset, const ULORect& area);
 
     // ---- Picture drawing (TrueColorDCPictures*.cpp) ----
+    // docs/picture-drawing.md gives the rectangles of every member, the clipping and the arithmetic.
+    // Rectangles and points are logical, like every drawing member's; the source may be any pixel buffer
+    // or picture of 1, 3 or 4 bytes per pixel. A source that is not magnified is scaled smoothly to
+    // device pixels for a magnified surface (and a magnified source to logical pixels for a surface that
+    // is not) before it is drawn. A copy type outside 0..3 draws nothing; an opacity outside 0..1 acts as
+    // the nearer bound, a NaN as 0. Nothing is drawn for a source without pixels.
+
+    // The master: the part `src` of the source is drawn unscaled with its top-left pixel at dst's
+    // top-left, where dst, src (moved onto dst), the picture (moved the same way), clip and the surface
+    // overlap. Flag 0x2 of the source copies all four bytes of its pixels, a mask (PICTBITS_MASK8) is
+    // painted in CLR_LABEL_TEXT at opacity 1.0; otherwise the copy type's transfer runs under the
+    // blending of the source's alpha, the surface's alpha and the opacity.
+    void DrawPicture(const ULOPictureBits& source, const ULORect& dst, const ULORect& src,
+                     const ULORect& clip, ECopyPictureType type, float opacity);
+    // At `point`, the part src of the source, within clip / within the rectangle it is drawn on.
+    void DrawPicture(const ULOPictureBits& source, const ULOPoint& point, const ULORect& src,
+                     const ULORect& clip, ECopyPictureType type, float opacity);
+    void DrawPicture(const ULOPictureBits& source, const ULOPoint& point, const ULORect& src,
+                     ECopyPictureType type, float opacity);
+    // The whole source (its logical size) at `point`.
+    void DrawPicture(const ULOPictureBits& source, const ULOPoint& point, ECopyPictureType type,
+                     float opacity);
+    // The part src at dst's top-left, within dst.
+    void DrawPicture(const ULOPictureBits& source, const ULORect& dst, const ULORect& src,
+                     ECopyPictureType type, float opacity);
+    // dst filled from the source pixel `srcOrigin` on, within clip / within dst.
+    void DrawPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                     const ULORect& clip, ECopyPictureType type, float opacity);
+    void DrawPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                     ECopyPictureType type, float opacity);
+    // The whole source at dst's top-left, within dst.
+    void DrawPicture(const ULOPictureBits& source, const ULORect& dst, ECopyPictureType type, float opacity);
+    // The whole source at the surface's top-left.
+    void DrawPicture(const ULOPictureBits& source, ECopyPictureType type, float opacity);
+
+    // The source anchored at rect's top-left and drawn within rect, opacity 1.0 / `opacity`. With
+    // `skip`, its first skip->x columns and skip->y rows are left out (not drawn, not shifted). A null
+    // source or rectangle draws nothing.
+    void CopyPicture(const ULOPictureBits* source, const ULORect* rect, ECopyPictureType type,
+                     ULOPoint* skip = nullptr);
+    void CopyPictureAlpha(const ULOPictureBits* source, const ULORect* rect, float opacity,
+                          ECopyPictureType type, ULOPoint* skip = nullptr);
+
+    // The source drawn into dst, wider or narrower than the source, by repeating single source columns
+    // (rows) at the stretch points, so that what lies between the points keeps its size. `points` are
+    // source columns (rows) counted from srcOrigin, in increasing order; a single point -1 means the
+    // middle column (row) and is replaced by it in the caller's array. A destination narrower (shorter)
+    // than the source drops the source columns (rows) centred on the first point. Every piece is drawn as
+    // the master draws the source with eCopyNormal. The shorter forms draw from the source's top-left
+    // pixel and within dst, and take a single point as an array of one.
+    void DrawHEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                              const ULORect& clip, int* points, int count, float opacity);
+    void DrawHEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                              const ULORect& clip, int point, float opacity);
+    void DrawHEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                              int* points, int count, float opacity);
+    void DrawHEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                              int point, float opacity);
+    void DrawHEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, int* points, int count,
+                              float opacity);
+    void DrawHEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, int point, float opacity);
+    void DrawVEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                              const ULORect& clip, int* points, int count, float opacity);
+    void DrawVEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                              const ULORect& clip, int point, float opacity);
+    void DrawVEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                              int* points, int count, float opacity);
+    void DrawVEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, const ULOPoint& srcOrigin,
+                              int point, float opacity);
+    void DrawVEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, int* points, int count,
+                              float opacity);
+    void DrawVEnlargedPicture(const ULOPictureBits& source, const ULORect& dst, int point, float opacity);
+
+    // One column of the source (skip->x, or 0) repeated across the whole width of rect, its rows from
+    // skip->y (or 0) on, unscaled, from rect's top; vertically, one row (skip->y) repeated down rect's
+    // height, its columns from skip->x on. Drawn as the master draws the source, within rect.
+    void ExtrudePictureHorizontally(const ULOPictureBits* source, const ULORect* rect, ECopyPictureType type,
+                                    ULOPoint* skip = nullptr);
+    void ExtrudePictureVertically(const ULOPictureBits* source, const ULORect* rect, ECopyPictureType type,
+                                  ULOPoint* skip = nullptr);
+    void ExtrudePictureHorizontallyAlpha(const ULOPictureBits* source, const ULORect* rect, float opacity,
+                                         ECopyPictureType type, ULOPoint* skip = nullptr);
+    void ExtrudePictureVerticallyAlpha(const ULOPictureBits* source, const ULORect* rect, float opacity,
+                                       ECopyPictureType type, ULOPoint* skip = nullptr);
+
+    // `colour` painted through the alpha of the source: its transparency (255 lets the background
+    // through) decides how much of the colour each pixel gets, the source's colours are ignored. Alpha
+    // is the mask byte, byte 3 of a 4-byte source with PICTBITS_ALPHA, and opaque for other sources.
+    // Anchored at rect's top-left within rect, skipping skip->x columns and skip->y rows like
+    // CopyPicture. With `alphaIsCoverage` the alpha is read the other way round (255 the full colour),
+    // as glyph masks are stored.
+    void CopyAlphaOnlyColors(const ULOPictureBits* source, const ULORect* rect, const CLR& colour,
+                             const ULOPoint* skip, float opacity, bool alphaIsCoverage);
+    // `colour` painted through the mask's alpha (as CopyAlphaOnlyColors) with the mask's top-left at
+    // `point`, within clip.
+    void DrawMask(const ULOPicture& mask, const CLR& colour, const ULOPoint& point, const ULORect& clip,
+                  float opacity);
+    // The picture on a ground of `colour`, both cut out by the mask: where the mask is opaque the picture
+    // shows over the colour, where it is transparent the surface stays. The picture's and the mask's
+    // top-left pixels are at `point`; within clip.
+    void DrawMaskedPicture(const ULOPicture& picture, const ULOPicture& mask, const CLR& colour,
+                           const ULOPoint& point, const ULORect& clip);
+    // The pixels replaced by the source's, alpha included, with the master's rectangles: no copy type,
+    // no opacity, no blending. Byte 3 comes from sources with PICTBITS_ALPHA or flag 0x2; other sources
+    // write 0 (opaque); a mask writes black with its byte as alpha.
+    void CopyOnlyPicture(const ULOPictureBits& source, const ULORect& dst, const ULORect& src,
+                         const ULORect& clip);
+    // This surface drawn onto `target` by the target's master at opacity 1.0: the part sourceRect of this
+    // surface (logical here) into targetRect (logical there), within targetRect. A null targetRect is the
+    // target's whole rectangle, a null sourceRect the part of targetRect's size at this surface's
+    // top-left. A null target draws nothing.
+    void BlitToTrueColor(ULOTrueColorDCBase* target, const ULORect* targetRect, const ULORect* sourceRect,
+                         ECopyPictureType type) const;
 
     // ---- Text output (TrueColorDCText*.cpp) ----
     // The text members share their last arguments:

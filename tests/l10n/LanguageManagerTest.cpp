@@ -5,7 +5,9 @@
 #include <boost/optional/optional_io.hpp>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
+#include "l10n/LanguageManagerXml.h"
 #include "ulolib/TempDir.h"
 
 namespace {
@@ -30,6 +32,14 @@ std::string Describe(const LanguageManager::Language& l) {
     return s + "]" + (l.active ? " active" : "");
 }
 
+std::vector<std::string> DescribeAll(const LanguageManager& lm) {
+    std::vector<std::string> all;
+    for (const LanguageManager::Language& l : lm.GetLanguages()) {
+        all.push_back(Describe(l));
+    }
+    return all;
+}
+
 class LanguageManagerTest : public ::testing::Test {
 protected:
     void SetUp() override { LanguageManager::ReleaseInstance(); }
@@ -37,7 +47,12 @@ protected:
 
     LanguageManager& Load(const std::string& xml) {
         dir_.Write("languages.xml", xml);
-        return LoadWithoutFile();
+        LanguageManager& lm = LoadWithoutFile();
+        // The same bytes read from memory make the same catalogue.
+        const LanguageManager fromMemory =
+            ulogui::l10n::LanguageManagerFromMemory::Make(xml.data(), xml.size());
+        EXPECT_EQ(DescribeAll(fromMemory), DescribeAll(lm));
+        return lm;
     }
     LanguageManager& LoadWithoutFile() {
         LanguageManager::ReleaseInstance();

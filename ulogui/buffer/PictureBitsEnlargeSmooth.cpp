@@ -1,9 +1,12 @@
 // EnlargeSmooth: the scale, the centring offsets and the choice of mode; the columns are then computed
 // serially for small outputs and on the tools library's worker threads otherwise.
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
+#include "buffer/SmoothScale.h"
 #include "resample/ResampleBlock.h"
 #include "resample/SmoothScaler.h"
 #include "toolslib/MultiProc.h"
@@ -76,24 +79,39 @@ bool Overlap(const ulogui::raster::RasterView& a, const ulogui::raster::RasterVi
 
 }  // namespace
 
-void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* targetRect) const {
+namespace ulogui {
+namespace buffer {
+
+void ScaleSmooth(const ULOPictureBits& from, ULOPictureBits& to, const ULORect* targetRect,
+                 ColumnThreads threads) {
+    // The stored geometry of both, as the buffer's own fields hold it.
+    const ULOPictureBits self = from.GetRawPictureBits();
+    ULOPictureBits target = to.GetRawPictureBits();
+    const unsigned char* const bits = self.GetBits();
+    const int width = self.GetWidth(true);
+    const int height = self.GetHeight(true);
+    const int lineWidth = self.GetLineWidth(true);
+    const int bytesPerPixel = self.GetBytesPerPixel();
+    const int flags = self.GetFlags();
     const int dw = targetRect != nullptr
                        ? WrapToInt(static_cast<std::int64_t>(targetRect->right) - targetRect->left)
-                       : target.GetWidth(false);
+                       : to.GetWidth(false);
     const int dh = targetRect != nullptr
                        ? WrapToInt(static_cast<std::int64_t>(targetRect->bottom) - targetRect->top)
-                       : target.GetHeight(false);
-    if (dw <= 0 || dh <= 0 || width <= 0 || height <= 0 || target.bytesPerPixel != bytesPerPixel) {
+                       : to.GetHeight(false);
+    if (dw <= 0 || dh <= 0 || width <= 0 || height <= 0 || target.GetBytesPerPixel() != bytesPerPixel) {
         return;
     }
     if (!IsWellFormed(bits, width, height, lineWidth, bytesPerPixel, flags) ||
-        !IsWellFormed(target.bits, target.width, target.height, target.lineWidth, target.bytesPerPixel,
-                      target.flags)) {
+        !IsWellFormed(target.GetBits(), target.GetWidth(true), target.GetHeight(true),
+                      target.GetLineWidth(true), target.GetBytesPerPixel(), target.GetFlags())) {
         return;
     }
-    const ulogui::raster::RasterView source = ViewOf(bits, width, height, lineWidth, bytesPerPixel);
+    const ulogui::raster::RasterView source =
+        ViewOf(const_cast<unsigned char*>(bits), width, height, lineWidth, bytesPerPixel);
     const ulogui::raster::RasterView destination =
-        ViewOf(target.bits, target.width, target.height, target.lineWidth, target.bytesPerPixel);
+        ViewOf(target.GetBits(), target.GetWidth(true), target.GetHeight(true), target.GetLineWidth(true),
+               target.GetBytesPerPixel());
     // Reading and writing the same memory would make the result depend on the order of the columns.
     if (!destination.RowsHoldPixels() || Overlap(source, destination)) {
         return;
@@ -108,13 +126,17 @@ void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* target
         static_cast<double>(static_cast<float>(dh) - static_cast<float>(height) / scale) * 0.5);
 
     // Output pixels beyond the target are neither computed nor written.
-    const int outputColumns = std::min(dw, target.width);
-    const int outputRows = std::min(dh, target.height);
+    const int outputColumns = std::min(dw, target.GetWidth(true));
+    const int outputRows = std::min(dh, target.GetHeight(true));
     const bool bilinear = dw > width && dh > height;
     const smooth::AxisTaps xs = bilinear ? smooth::BilinearTaps(width, outputColumns, scale, offsetX)
                                          : smooth::AreaTaps(width, outputColumns, scale, offsetX);
-    const smooth::AxisTaps ys = bilinear ? smooth::BilinearTaps(height, outputRows, scale, offsetY)
-                                         : smooth::AreaTaps(height, outputRows, scale, offsetY);
+    // A square picture scaled into a square has the same taps on both axes (icons mostly are).
+    const bool sameTaps = height == width && outputRows == outputColumns && offsetY == offsetX;
+    const smooth::AxisTaps ownYs = sameTaps   ? smooth::AxisTaps()
+                                   : bilinear ? smooth::BilinearTaps(height, outputRows, scale, offsetY)
+                                              : smooth::AreaTaps(height, outputRows, scale, offsetY);
+    const smooth::AxisTaps& ys = sameTaps ? xs : ownYs;
 
     smooth::Job job;
     job.xs = &xs;
@@ -126,6 +148,20 @@ void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* target
     job.rows = ys.usable;
     const int columns = xs.usable;
 
+    if (threads == ColumnThreads::kCallingThreadAtOnce) {
+        if (columns > 0) {
+            smooth::ScaleColumns(job, 0, columns);
+        }
+        // What the picture does not reach is cleared, so that the target needs no clearing first.
+        for (int y = 0; y < outputRows; ++y) {
+            const int first = y < job.rows ? columns : 0;
+            if (first < outputColumns) {
+                std::memset(destination.Pixel(first, y), 0,
+                            static_cast<std::size_t>(outputColumns - first) * bytesPerPixel);
+            }
+        }
+        return;
+    }
     const ULONullInterruptor never;
     PIMProgress progress;
     progress.SetSteps(outputColumns);
@@ -143,14 +179,21 @@ void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* target
     }
     // One loop index per output column; the first column of each group computes the group, the others
     // only count.
-    const int threads = tools::multiproc::GetOptimizedMaxJobThreadAllowed();
+    const int workers = tools::multiproc::GetOptimizedMaxJobThreadAllowed();
     const std::vector<int> groupEnds =
-        GroupEnds(columns, threads, LineColumns(bytesPerPixel), LinePhase(target.bits, bytesPerPixel));
+        GroupEnds(columns, workers, LineColumns(bytesPerPixel), LinePhase(target.GetBits(), bytesPerPixel));
     tools::multiproc::InterruptibleProgressingLoopIter columnLoop(outputColumns, never, &progress);
     tools::multiproc::ParallelSection section(columnLoop, [&job, &groupEnds, columns](int x) {
         if (x < columns && groupEnds[x] != 0) {
             smooth::ScaleColumns(job, x, groupEnds[x]);
         }
     });
-    tools::multiproc::RunParallelSection(section, threads);
+    tools::multiproc::RunParallelSection(section, workers);
+}
+
+}  // namespace buffer
+}  // namespace ulogui
+
+void ULOPictureBits::EnlargeSmooth(ULOPictureBits& target, const ULORect* targetRect) const {
+    ulogui::buffer::ScaleSmooth(*this, target, targetRect, ulogui::buffer::ColumnThreads::kBySize);
 }

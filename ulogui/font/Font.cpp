@@ -15,6 +15,8 @@ namespace {
 constexpr int kLanguageJapanese = 3;
 constexpr int kLanguageChinese = 7;
 constexpr int kOutTrueTypePrecision = 4;  // OUT_TT_PRECIS
+// Characters without a width of their own are measured as the question mark.
+constexpr uint32_t kFallbackChar = '?';
 
 // Truncation toward zero, limited to the int range (a wild magnifier must not overflow).
 int TruncateToInt(float v) {
@@ -176,13 +178,13 @@ float ULOFont::GetCharWidthW(wchar_t c, bool magnified) const {
     if (code < 0x100) {
         width = charWidths[code];
     } else if (!cjkWidths) {
-        width = charWidths['?'];
+        width = charWidths[kFallbackChar];
     } else if (code >= kCjkFirst && code < kCjkFirst + kCjkCount) {
         width = cjkWidths[code - kCjkFirst];
     } else if (code >= kCompatFirst && code < kCompatFirst + kCompatCount && compatWidths) {
         width = compatWidths[code - kCompatFirst];
     } else {
-        width = charWidths['?'];
+        width = charWidths[kFallbackChar];
     }
     if (!magnified && magnifier != 0.0f) {
         width /= magnifier;

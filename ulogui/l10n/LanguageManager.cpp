@@ -1,6 +1,7 @@
 #include "ulogui/LanguageManager.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "l10n/LanguageManagerXml.h"
 
@@ -51,7 +52,11 @@ const ULOPath& LanguageManager::GetParentFolderPath() {
 }
 
 void LanguageManager::InitFromFile() {
-    languages_ = ulogui::l10n::LoadLanguagesXml(parentFolderPath_ / ULOString(L"languages.xml"));
+    InitFromRecords_(ulogui::l10n::LoadLanguagesXml(parentFolderPath_ / ULOString(L"languages.xml")));
+}
+
+void LanguageManager::InitFromRecords_(std::vector<Language> languages) {
+    languages_ = std::move(languages);
     if (languages_.empty()) {
         languages_ = ulogui::l10n::BuiltInLanguages();
     }

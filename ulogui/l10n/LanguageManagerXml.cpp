@@ -99,6 +99,23 @@ std::vector<ulo::gui::LanguageManager::Language> LoadLanguagesXml(const ULOPath&
     return ReadLanguages(document);
 }
 
+std::vector<ulo::gui::LanguageManager::Language> ParseLanguagesXml(const char* bytes, size_t size) {
+    if (size > static_cast<uint64_t>(kMaxLanguagesXmlBytes)) {
+        return {};
+    }
+    TiXmlDocument document;
+    if (!ULOParseXml(document, bytes, size)) {
+        return {};
+    }
+    return ReadLanguages(document);
+}
+
+ulo::gui::LanguageManager LanguageManagerFromMemory::Make(const char* bytes, size_t size) {
+    ulo::gui::LanguageManager manager;
+    manager.InitFromRecords_(ParseLanguagesXml(bytes, size));
+    return manager;
+}
+
 std::vector<ulo::gui::LanguageManager::Language> BuiltInLanguages() {
     // The Windows identifiers are LANG_ENGLISH, LANG_FRENCH, LANG_GERMAN, LANG_JAPANESE and
     // LANG_ITALIAN. Japanese has the short code "jp" but the macOS name "ja": both are what the

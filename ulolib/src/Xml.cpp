@@ -25,6 +25,13 @@ bool ReadWholeFile(const ULOPath& path, std::string& bytes) {
     }
 }
 
+// The parse shared by both entries: bytes holds the whole document.
+bool ParseBytes(TiXmlDocument& document, const std::string& bytes) {
+    // TinyXML stops at the first zero byte; such a file is not XML anyway.
+    document.Parse(bytes.c_str(), nullptr, TIXML_ENCODING_UNKNOWN);
+    return !document.Error();
+}
+
 }  // namespace
 
 bool ULOOpenXml(TiXmlDocument& document, const ULOPath& path) {
@@ -39,7 +46,19 @@ bool ULOOpenXml(TiXmlDocument& document, const ULOPath& path) {
     } catch (const std::bad_alloc&) {
         return false;
     }
-    // TinyXML stops at the first zero byte; such a file is not XML anyway.
-    document.Parse(bytes.c_str(), nullptr, TIXML_ENCODING_UNKNOWN);
-    return !document.Error();
+    return ParseBytes(document, bytes);
+}
+
+bool ULOParseXml(TiXmlDocument& document, const char* bytes, size_t size) {
+    document.Clear();
+    document.ClearError();
+    std::string text;
+    try {
+        if (size != 0) {
+            text.assign(bytes, size);
+        }
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return ParseBytes(document, text);
 }
