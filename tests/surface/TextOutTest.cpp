@@ -13,6 +13,7 @@
 
 #include "SurfaceTestSupport.h"
 #include "font/TestFonts.h"
+#include "surface/TextLines.h"
 #include "ulogui/Font.h"
 #include "ulogui/Palette.h"
 #include "ulogui/TrueColorDC.h"
@@ -355,6 +356,63 @@ TEST_F(TextOutTest, MultiLineTextOut) {
         }
         EXPECT_EQ(total, sum);
         EXPECT_TRUE(Pixels(dc) == Pixels(lines)) << highlight;
+    }
+}
+
+// Through a temporary surface: inside rect and clip as TextOutW draws, elsewhere nothing changes.
+TEST_F(TextOutTest, TextOutClippedPutsBackOnlyWhatTheClipAllows) {
+    REQUIRE_FONTS();
+    const FontPtr font = Font(L"DejaVu Sans", 15);
+    const ULORect rect(10, 5, 70, 25), clip(20, 0, 50, 30);
+    for (const float m : {1.0f, 2.0f}) {
+        SetMagnifier(m);
+        for (const bool alpha : {false, true}) {
+            ULOTrueColorDCBase dc(ULORect(0, 0, 80, 30), alpha, m != 1.0f),
+                twin(ULORect(0, 0, 80, 30), alpha, m != 1.0f);
+            for (ULOTrueColorDCBase* s : {&dc, &twin}) {
+                // Alpha bytes of a surface without alpha come back 0 (opaque) from the copies.
+                Fill(*s, CLR(40, 90, 140), alpha ? 100 : 0);
+                const ULORect stripe(0, 0, 80, 10);
+                s->FillRect(&stripe, CLR(250, 250, 0), alpha ? 255 : 0);
+            }
+            const std::vector<Pixel> before = Pixels(dc);
+            EXPECT_EQ(dc.TextOutClipped(font, &rect, &clip, L"Hello", 0x2, kBlack, 0.7f, 0, kWhite),
+                      twin.TextOutW(font, &rect, L"Hello", 0x2, kBlack, 0.7f, 0, kWhite));
+            const std::vector<Pixel> drawn = Pixels(twin), after = Pixels(dc);
+            const ULORect inside(20 * int(m), 5 * int(m), 50 * int(m), 25 * int(m));
+            for (size_t i = 0; i < after.size(); ++i) {
+                const ULOPoint p(int(i % size_t(80 * m)), int(i / size_t(80 * m)));
+                ASSERT_EQ(after[i], inside.Contains(p) ? drawn[i] : before[i])
+                    << p.x << ", " << p.y << " m " << m;
+            }
+            EXPECT_NE(after, before);
+        }
+    }
+    ULOTrueColorDCBase dc(ULORect(0, 0, 80, 30), false, false);
+    EXPECT_EQ(dc.TextOutClipped(font, &rect, nullptr, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
+    const ULORect huge(INT32_MIN, 0, INT32_MAX, 30);
+    EXPECT_EQ(dc.TextOutClipped(font, &huge, &clip, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
+}
+
+// The wrap of a window of the text is the wrap of the whole rest, wherever the window ends.
+TEST_F(TextOutTest, WrappingReadsWindowsOfLongTexts) {
+    REQUIRE_FONTS();
+    const FontPtr font = Font(L"DejaVu Sans", 15);
+    std::srand(17);
+    const wchar_t pieces[] = L"  \t\r\n-abcdefghij";
+    for (int round = 0; round < 60; ++round) {
+        ULOString text;
+        const size_t length = 900 + size_t(std::rand() % 4000);
+        const int spread = 1 + std::rand() % 1000;  // how rare the breaks are
+        while (text.size() < length) {
+            text += std::rand() % spread == 0 ? pieces[std::rand() % 6] : pieces[6 + std::rand() % 11];
+        }
+        const int width = std::rand() % 3 == 0 ? 100000 : 20 + std::rand() % 400;
+        for (size_t pos : {size_t(0), size_t(std::rand()) % text.size()}) {
+            ASSERT_EQ(ulogui::surface::FirstLineLength(*font, width, text, pos),
+                      font->GetMaxWordOffset(width, text.substr(pos), 0))
+                << round << " at " << pos;
+        }
     }
 }
 
