@@ -9,6 +9,7 @@
 #include "font/TestFonts.h"
 #include "platform/TextCanvas.h"
 #include "platform/linux/GlyphCache.h"
+#include "platform/linux/LevelBlend.h"
 #include "platform/linux/SectionText.h"
 #include "platform/linux/TextLines.h"
 
@@ -225,6 +226,26 @@ TEST(SectionText, CoverageLevelsBlackOnWhite) {
                   (std::vector<int>{expected[k], expected[k], expected[k], 0}))
             << "level " << k + 1;
         pen += (0x100 + k) % 4 + 3;
+    }
+}
+
+TEST(LevelBlend, RowsMatchTheScalarReference) {
+    std::srand(5);
+    for (int round = 0; round < 300; ++round) {
+        const ft::LevelBlend blend(CLR(std::rand() % 256, std::rand() % 256, std::rand() % 256));
+        const int count = std::rand() % 40;
+        std::vector<unsigned char> pixels(static_cast<size_t>(count) * 4);
+        std::vector<uint8_t> levels(static_cast<size_t>(count));
+        for (unsigned char& byte : pixels) {
+            byte = static_cast<unsigned char>(std::rand());
+        }
+        for (uint8_t& level : levels) {
+            level = static_cast<uint8_t>(std::rand() % 2 == 0 ? 0 : std::rand() % 17);
+        }
+        std::vector<unsigned char> reference = pixels;
+        blend.Row(pixels.data(), levels.data(), count);
+        blend.RowScalar(reference.data(), levels.data(), count);
+        ASSERT_EQ(pixels, reference) << round;
     }
 }
 

@@ -4,17 +4,12 @@
 #include <cstring>
 #include <vector>
 
+#include "platform/linux/LevelBlend.h"
 #include "platform/linux/TextLines.h"
 
 namespace ulogui {
 namespace platform {
 namespace ft {
-
-// Black text on white gives 255 - weight: 0, 77, 104, 124, 140, 154, 167, 178, 189, 199, 208, 217,
-// 225, 233, 240 for levels 16 down to 2 as measured, and 248 for level 1, where the measured curve
-// (the background's share is about (1 - level / 16) ^ 0.43) leads.
-const uint8_t kLevelWeights[GlyphImage::kFullCoverage + 1] = {0,  7,  15,  22,  30,  38,  47,  56, 66,
-                                                              77, 88, 101, 115, 131, 151, 178, 255};
 
 namespace {
 
@@ -34,21 +29,13 @@ ULORect ClipTo(const Span64& r, const ULORect& clip) {
     return out;
 }
 
-// Pixels of the section that text touches: the colour of a coverage level over what is there, and
-// alpha 0.
+// Pixels of the section that lines and boxes cover: the colour, and alpha 0.
 class CoverageWrite {
 public:
     explicit CoverageWrite(const CLR& c) : colour_{c.blue, c.green, c.red} {}
 
     void Solid(unsigned char* p) const {
         std::memcpy(p, colour_, 3);
-        p[3] = 0;
-    }
-    void Level(unsigned char* p, uint8_t level) const {
-        const int w = kLevelWeights[level];
-        for (int i = 0; i < 3; ++i) {
-            p[i] = static_cast<unsigned char>((colour_[i] * w + p[i] * (255 - w)) / 255);
-        }
         p[3] = 0;
     }
 
@@ -65,18 +52,13 @@ void FillSolid(const raster::RasterView& section, const ULORect& area, const Cov
     }
 }
 
-// Blends the levels of a box whose top-left pixel lies at (boxLeft, boxTop), stride levels a row,
-// over `area`, which lies inside both the box and the section.
+// Blends the levels of a box whose top-left pixel lies at (boxLeft, boxTop), stride levels a row, over
+// `area`, which lies inside both the box and the section.
 void BlendLevels(const raster::RasterView& section, const ULORect& area, const uint8_t* levels,
-                 int64_t stride, int64_t boxLeft, int64_t boxTop, const CoverageWrite& write) {
+                 int64_t stride, int64_t boxLeft, int64_t boxTop, const LevelBlend& blend) {
     for (int y = area.top; y < area.bottom; ++y) {
-        const uint8_t* row = levels + (y - boxTop) * stride + (area.left - boxLeft);
-        unsigned char* p = section.Pixel(area.left, y);
-        for (int x = area.left; x < area.right; ++x, p += 4, ++row) {
-            if (*row != 0) {
-                write.Level(p, *row);
-            }
-        }
+        blend.Row(section.Pixel(area.left, y), levels + (y - boxTop) * stride + (area.left - boxLeft),
+                  area.right - area.left);
     }
 }
 
@@ -90,7 +72,8 @@ public:
           clip_(clip),
           metrics_(font.GetMetrics()),
           text_(paint.text),
-          background_(paint.background) {}
+          background_(paint.background),
+          blend_(paint.text) {}
 
     const FontMetrics& Metrics() const { return metrics_; }
 
@@ -146,7 +129,7 @@ private:
         }
         if (image.kept) {
             if (image.levels.size() == static_cast<size_t>(image.width) * static_cast<size_t>(image.height)) {
-                BlendLevels(section_, area, image.levels.data(), image.width, boxLeft, boxTop, text_);
+                BlendLevels(section_, area, image.levels.data(), image.width, boxLeft, boxTop, blend_);
             }
             return;
         }
@@ -156,7 +139,7 @@ private:
                              static_cast<int32_t>(area.bottom - baseline));
         if (font_.RenderGlyphWindow(code, window, window_) &&
             window_.size() == static_cast<size_t>(window.Width()) * static_cast<size_t>(window.Height())) {
-            BlendLevels(section_, area, window_.data(), window.Width(), area.left, area.top, text_);
+            BlendLevels(section_, area, window_.data(), window.Width(), area.left, area.top, blend_);
         }
     }
 
@@ -174,6 +157,7 @@ private:
     FontMetrics metrics_;
     CoverageWrite text_;
     CoverageWrite background_;
+    LevelBlend blend_;
     std::vector<GlyphImagePtr> images_;
     std::vector<uint8_t> window_;
 };

@@ -21,10 +21,6 @@ struct TextPaint {
     CLR text = CLR(0, 0, 0);
 };
 
-// The weight (0..255) of the text colour in a pixel of each coverage level: the platform's
-// gamma-shaped blend for dark text on a light background, measured, used for every colour pair.
-extern const uint8_t kLevelWeights[GlyphImage::kFullCoverage + 1];
-
 // Draws length characters of text into rect (clipped to the section) with format's alignment and
 // prefix bits. Returns the height of the lines laid out (lines x the font's height).
 int DrawTextOnSection(const raster::RasterView& section, const PlatformFont& font, const TextPaint& paint,
