@@ -186,7 +186,7 @@ struct ArcCall {
 
 // One circle of the ring: the segments from point k - 1 to point k for the candidate k, equal points
 // skipped, each admitted by the angle test on both its ends and by the clip and surface test, drawn as
-// the solid line of the line members.
+// the solid anti-aliased line (every segment from its start pixel up to, not including, its end).
 template <typename Paint>
 void DrawCircle(const ArcCall& call, const SampledCircle& circle, const std::vector<IndexRange>& indices,
                 const Paint& paint) {
@@ -203,7 +203,7 @@ void DrawCircle(const ArcCall& call, const SampledCircle& circle, const std::vec
             }
             const ULOPoint point = circle.Point(k);
             if (point != previous && call.Admits(previous, point)) {
-                ulogui::surface::DrawDeviceLine(call.canvas, previous, point, paint, solid);
+                ulogui::surface::DrawAntiAliasedLine(call.canvas, previous, point, paint, solid);
             }
             previous = point;
             known = k;

@@ -102,7 +102,7 @@ void TraceCurve(ULOTrueColorDCBase& dc, bool alongX, int count, const ULOArray_N
         ULOPoint point;
         const bool have = pointOf(i, point);
         if (have && havePrevious && onSurface(previous, point)) {
-            ulogui::surface::DrawDeviceLine(canvas, previous, point, paint, solid);
+            ulogui::surface::DrawAntiAliasedLine(canvas, previous, point, paint, solid);
         }
         // The line leaves out its end point: the last sample of a run, or a lone one, is drawn on its own
         // when it lies on the surface.
