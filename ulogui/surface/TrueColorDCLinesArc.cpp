@@ -9,22 +9,24 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <vector>
+#include <utility>
 
 #include "base/MagnifyRounding.h"
+#include "surface/CircleSamples.h"
 #include "surface/DrawingFrame.h"
 #include "surface/LinePaint.h"
 #include "surface/LineRaster.h"
 #include "ulogui/TrueColorDC.h"
 
 using ulogui::surface::AlphaPaint;
+using ulogui::surface::CircleSamples;
 using ulogui::surface::Dashes;
 using ulogui::surface::DrawingFrame;
 using ulogui::surface::PlainPaint;
 
 namespace {
 
-constexpr float kTwoPi = 6.2831855f;  // single precision, as every angle here
+constexpr float kTwoPi = ulogui::surface::kArcTwoPi;  // single precision, as every angle here
 constexpr float kOffsetStep = 0.125f;
 constexpr double kMargin = 4.0;  // device pixels around the visible area that a point may land in
 
@@ -35,6 +37,10 @@ struct AngleRange {
     float endClamped;
     float wrap;
     bool Holds(float a) const { return (start < a && a < endClamped) || (0.0f < a && a < wrap); }
+    // Whether every angle from `first` to `last` (rising) is held.
+    bool HoldsAll(float first, float last) const {
+        return (start < first && last < endClamped) || (0.0f < first && last < wrap);
+    }
 };
 
 // Inclusive ranges of point indices k in 1 .. n (the segment k joins points k - 1 and k).
@@ -42,35 +48,19 @@ struct IndexRange {
     std::int64_t first;
     std::int64_t last;
 };
+// A few ranges, kept in place: two of angle, three of area, and their pairs.
+struct IndexRanges {
+    IndexRange items[6];
+    int count = 0;
 
-// The points of index k along a circle of radius r sampled at n points: index 0 is the start on the +x
-// axis, index k lies at the angle k / n * 2pi; coordinates round as floor(v + 0.5).
-class SampledCircle {
-public:
-    SampledCircle(ULOPoint centre, float r, std::int64_t n)
-        : cx_(static_cast<float>(centre.x)),
-          cy_(static_cast<float>(centre.y)),
-          cy0_(centre.y),
-          r_(r),
-          n_(n) {}
-
-    std::int64_t Count() const { return n_; }
-    float Angle(std::int64_t k) const { return static_cast<float>(k) / static_cast<float>(n_) * kTwoPi; }
-    ULOPoint Point(std::int64_t k) const {
-        using ulogui::base::RoundToPixel;
-        if (k == 0) {
-            return ULOPoint(RoundToPixel(cx_ + r_), cy0_);
+    const IndexRange* begin() const { return items; }
+    const IndexRange* end() const { return items + count; }
+    bool empty() const { return count == 0; }
+    void Add(IndexRange r) {
+        if (r.first <= r.last && count < 6) {
+            items[count++] = r;
         }
-        const float a = Angle(k);
-        return ULOPoint(RoundToPixel(std::cos(a) * r_ + cx_), RoundToPixel(std::sin(a) * r_ + cy_));
     }
-
-private:
-    float cx_;
-    float cy_;
-    int cy0_;
-    float r_;
-    std::int64_t n_;
 };
 
 // The area where points can matter, in device pixels as doubles (pixel centres, widened by the margin).
@@ -95,20 +85,18 @@ double IndexOf(double a, std::int64_t n) {
     return std::min(std::max(k, -1.0), static_cast<double>(n) + 1.0);
 }
 
-void AddRange(std::vector<IndexRange>& ranges, double first, double last, std::int64_t n) {
+void AddRange(IndexRanges& ranges, double first, double last, std::int64_t n) {
     const std::int64_t f = std::max<std::int64_t>(1, static_cast<std::int64_t>(std::floor(first)));
     const std::int64_t l = std::min<std::int64_t>(n, static_cast<std::int64_t>(std::ceil(last)));
-    if (f <= l) {
-        ranges.push_back(IndexRange{f, l});
-    }
+    ranges.Add(IndexRange{f, l});
 }
 
 // The indices of a circle whose segments can pass the angle test and reach the area: the angle range as
 // index ranges, cut to the area's angular extent seen from the centre, sorted and merged so that no
 // index is visited twice. Each range is widened by two indices for the rounding of the float angles.
-std::vector<IndexRange> CandidateIndices(const AngleRange& angles, const Area& area, double cx, double cy,
-                                         std::int64_t n) {
-    std::vector<IndexRange> byAngle;
+IndexRanges CandidateIndices(const AngleRange& angles, const Area& area, double cx, double cy,
+                             std::int64_t n) {
+    IndexRanges byAngle;
     if (angles.start < angles.endClamped) {
         AddRange(byAngle, IndexOf(angles.start, n) - 2.0, IndexOf(angles.endClamped, n) + 2.0, n);
     }
@@ -116,9 +104,9 @@ std::vector<IndexRange> CandidateIndices(const AngleRange& angles, const Area& a
         AddRange(byAngle, 1.0, IndexOf(angles.wrap, n) + 2.0, n);
     }
 
-    std::vector<IndexRange> byArea;
+    IndexRanges byArea;
     if (area.Contains(cx, cy)) {
-        byArea.push_back(IndexRange{1, n});
+        byArea.Add(IndexRange{1, n});
     } else {
         // Outside a rectangle its corners span less than a half turn around the direction to its centre.
         const double twoPi = 6.283185307179586;
@@ -143,23 +131,23 @@ std::vector<IndexRange> CandidateIndices(const AngleRange& angles, const Area& a
         AddRange(byArea, kFrom + nd, kTo + nd, n);  // the part before it, near the start
     }
 
-    std::vector<IndexRange> ranges;
+    IndexRanges ranges;
     for (const IndexRange& a : byAngle) {
         for (const IndexRange& b : byArea) {
-            const IndexRange both{std::max(a.first, b.first), std::min(a.last, b.last)};
-            if (both.first <= both.last) {
-                ranges.push_back(both);
-            }
+            ranges.Add(IndexRange{std::max(a.first, b.first), std::min(a.last, b.last)});
         }
     }
-    std::sort(ranges.begin(), ranges.end(),
-              [](const IndexRange& a, const IndexRange& b) { return a.first < b.first; });
-    std::vector<IndexRange> merged;
+    for (int i = 1; i < ranges.count; ++i) {  // by first index; a handful of items
+        for (int j = i; j > 0 && ranges.items[j].first < ranges.items[j - 1].first; --j) {
+            std::swap(ranges.items[j], ranges.items[j - 1]);
+        }
+    }
+    IndexRanges merged;
     for (const IndexRange& r : ranges) {
-        if (!merged.empty() && r.first <= merged.back().last + 1) {
-            merged.back().last = std::max(merged.back().last, r.last);
+        if (merged.count > 0 && r.first <= merged.items[merged.count - 1].last + 1) {
+            merged.items[merged.count - 1].last = std::max(merged.items[merged.count - 1].last, r.last);
         } else {
-            merged.push_back(r);
+            merged.Add(r);
         }
     }
     return merged;
@@ -172,6 +160,13 @@ struct ArcCall {
     bool clipped;
     ULORect clip;  // device pixels; used when clipped
     ULOPoint centre;
+    ULORect admitted;  // the surface, cut to the clip: segments with both ends inside pass every test
+
+    bool HoldsAll(float first, float last) const { return angles.HoldsAll(first, last); }
+    bool Inside(const ULORect& points) const {
+        return points.left >= admitted.left && points.right <= admitted.right && points.top >= admitted.top &&
+               points.bottom <= admitted.bottom;
+    }
 
     // A segment is drawn when both its ends lie inside the clip (if any) and its bounding box meets the
     // surface: one wholly beside the surface would only be clamped onto its border.
@@ -185,28 +180,48 @@ struct ArcCall {
 };
 
 // One circle of the ring: the segments from point k - 1 to point k for the candidate k, equal points
-// skipped, each admitted by the angle test on both its ends and by the clip and surface test, drawn as
-// the solid anti-aliased line (every segment from its start pixel up to, not including, its end).
+// skipped, each admitted by the angle test on both its ends and by the clip and surface test, drawn with
+// the solid anti-aliased line (every segment from its start pixel up to, not including, its end). Most
+// segments join neighbouring pixels on the surface; such a line is its start pixel alone.
 template <typename Paint>
-void DrawCircle(const ArcCall& call, const SampledCircle& circle, const std::vector<IndexRange>& indices,
-                const Paint& paint) {
-    const Dashes solid(0, 0);
+void DrawSegment(const ArcCall& call, ULOPoint from, ULOPoint to, const Paint& paint) {
+    if (std::abs(to.x - from.x) <= 1 && std::abs(to.y - from.y) <= 1 && call.canvas.Bounds().Contains(from) &&
+        call.canvas.Bounds().Contains(to)) {
+        paint(call.canvas.Pixel(from.x, from.y));
+    } else {
+        ulogui::surface::DrawAntiAliasedLine(call.canvas, from, to, paint, Dashes(0, 0));
+    }
+}
+
+template <typename Paint>
+void DrawCircle(const ArcCall& call, CircleSamples& circle, const IndexRanges& indices, const Paint& paint) {
     for (const IndexRange& range : indices) {
-        std::int64_t known = -1;  // the index whose point `previous` holds
-        ULOPoint previous;
-        for (std::int64_t k = range.first; k <= range.last; ++k) {
-            if (!call.angles.Holds(circle.Angle(k - 1)) || !call.angles.Holds(circle.Angle(k))) {
+        for (std::int64_t first = range.first - 1; first < range.last; first += CircleSamples::kRun) {
+            const int count =
+                static_cast<int>(std::min<std::int64_t>(CircleSamples::kRun, range.last - first));
+            circle.Sample(first, count + 1);
+            if (call.HoldsAll(circle.angle[0], circle.angle[count]) &&
+                call.Inside(circle.Bounds(count + 1))) {
+                // Every segment of the run passes every test.
+                for (int j = 1; j <= count; ++j) {
+                    const ULOPoint from(circle.x[j - 1], circle.y[j - 1]);
+                    const ULOPoint to(circle.x[j], circle.y[j]);
+                    if (from != to) {
+                        DrawSegment(call, from, to, paint);
+                    }
+                }
                 continue;
             }
-            if (known != k - 1) {
-                previous = circle.Point(k - 1);
+            bool heldBefore = call.angles.Holds(circle.angle[0]);
+            for (int j = 1; j <= count; ++j) {
+                const bool held = call.angles.Holds(circle.angle[j]);
+                const ULOPoint from(circle.x[j - 1], circle.y[j - 1]);
+                const ULOPoint to(circle.x[j], circle.y[j]);
+                if (held && heldBefore && from != to && call.Admits(from, to)) {
+                    DrawSegment(call, from, to, paint);
+                }
+                heldBefore = held;
             }
-            const ULOPoint point = circle.Point(k);
-            if (point != previous && call.Admits(previous, point)) {
-                ulogui::surface::DrawAntiAliasedLine(call.canvas, previous, point, paint, solid);
-            }
-            previous = point;
-            known = k;
         }
     }
 }
@@ -297,7 +312,7 @@ void ULOTrueColorDCBase::DrawArc(CLR colour, ULORect clip, ULOPoint centre, floa
     const std::int64_t iFirst = static_cast<std::int64_t>(std::min(std::max(firstStep, 0.0), kCountLimit));
     const std::int64_t iLast = static_cast<std::int64_t>(std::min({steps, lastStep, kCountLimit}));
 
-    const ArcCall call{canvas, angles, clipped, clip, centre};
+    const ArcCall call{canvas, angles, clipped, clip, centre, visible};
     for (std::int64_t i = iFirst; i <= iLast; ++i) {
         const float o = lower + static_cast<float>(i) * kOffsetStep;
         if (!(o <= last)) {
@@ -307,11 +322,11 @@ void ULOTrueColorDCBase::DrawArc(CLR colour, ULORect clip, ULOPoint centre, floa
         const float around = std::floor(r * kTwoPi);
         const std::int64_t n = around >= 1.0f ? static_cast<std::int64_t>(std::min(around, 1e15f)) : 1;
         const int weight = ulogui::pixelops::OpacityWeight(smooth ? SmoothWeight(o, lower, upper) : 1.0f);
-        const std::vector<IndexRange> indices = CandidateIndices(angles, area, cx, cy, n);
+        const IndexRanges indices = CandidateIndices(angles, area, cx, cy, n);
         if (weight == 0 || indices.empty()) {
             continue;
         }
-        const SampledCircle circle(centre, r, n);
+        CircleSamples circle(centre, r, n);
         if (weight == 255) {
             DrawCircle(call, circle, indices, PlainPaint(colour));  // the alpha write at full weight
         } else {
