@@ -7,6 +7,8 @@
 #include <climits>
 #include <cmath>
 #include <functional>
+#include <initializer_list>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <random>

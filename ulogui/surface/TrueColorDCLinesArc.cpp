@@ -124,8 +124,9 @@ IndexRanges CandidateIndices(const AngleRange& angles, const Area& area, double 
         from -= twoPi * std::floor(from / twoPi);  // 0 .. 2pi
         const double to = from + (hi - lo);
         const double nd = static_cast<double>(n);
-        const double kFrom = from / twoPi * nd - 2.0;
-        const double kTo = to / twoPi * nd + 3.0;
+        // Point k lies at the angle k / n times the single-precision 2pi.
+        const double kFrom = from / kTwoPi * nd - 2.0;
+        const double kTo = to / kTwoPi * nd + 3.0;
         AddRange(byArea, kFrom, kTo, n);
         AddRange(byArea, kFrom - nd, kTo - nd, n);  // the part past a full turn
         AddRange(byArea, kFrom + nd, kTo + nd, n);  // the part before it, near the start
