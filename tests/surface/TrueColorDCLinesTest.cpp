@@ -194,6 +194,13 @@ TEST_F(LinesTest, AntiAliasedLinesAndOutlines) {
          [](DC& dc) { dc.DrawRecessedFrame({0, 0, 6, 5}); }, {".FFF..", "FCDDD.", "FE...G", ".E...G", "..HHHG"},
          {{'F', Pixel{92, 89, 90, 0}}, {'C', Pixel{87, 82, 83, 0}}, {'D', Pixel{75, 65, 65, 0}},
           {'E', Pixel{74, 65, 65, 0}}, {'G', Pixel{115, 126, 129, 0}}, {'H', Pixel{115, 127, 129, 0}}}},
+        {"the same frame inside the guard at 2.0: device pixels", 2, true, true, 3, 3, Grey(100),
+         [](DC& dc) { dc.DrawRecessedFrame({0, 0, 6, 5}); }, {".FFF..", "FCDDD.", "FE...G", ".E...G", "..HHHG", "......"},
+         {{'F', Pixel{92, 89, 90, 0}}, {'C', Pixel{87, 82, 83, 0}}, {'D', Pixel{75, 65, 65, 0}},
+          {'E', Pixel{74, 65, 65, 0}}, {'G', Pixel{115, 126, 129, 0}}, {'H', Pixel{115, 127, 129, 0}}}},
+        {"2.0: a raised bevel of two-pixel edges", 2, true, false, 3, 3, Grey(100),
+         [](DC& dc) { dc.Draw3DRect({0, 0, 2, 2}, true); }, {"WWWW..", "WWWW..", "BBBB..", "BBBB..", "......", "......"},
+         {{'W', white}, {'B', kBlack}}},
     });
     // clang-format on
 }
@@ -222,6 +229,9 @@ TEST_F(LinesTest, Arcs) {
         {"2.0: centre, radius and thickness to device pixels", 2, true, false, 4, 4, kBlack,
          [middle](DC& dc) { dc.DrawArc(kWhite, {}, {2, 2}, 1.0f, 0.0f, 7.0f, 0.0f, middle, false); },
          {"........", "........", "...###..", "..#.....", "..#.....", "..#...#.", "...###..", "........"}, ink},
+        {"1.5: radius 4/3 around (2, 2) is radius 2 around (3, 3)", 1.5f, true, false, 5, 5, kBlack,
+         [middle](DC& dc) { dc.DrawArc(kWhite, {}, {2, 2}, 4.0f / 3, 0.0f, 2 * kPi, 0.0f, middle, false); },
+         {"........", "..###...", ".#......", ".#......", ".#...#..", "..###...", "........", "........"}, ink},
         {"1.5, guard raised", 1.5f, true, true, 5, 5, kBlack, arc(ULORect(), 0.0f, 2 * kPi),
          {"........", "..###...", ".#......", ".#......", ".#...#..", "..###...", "........", "........"}, ink},
         {"nothing: radius 0, negative or NaN, NaN thickness or angle, empty sweep, clip off the surface", 1, false,
