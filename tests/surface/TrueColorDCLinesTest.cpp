@@ -102,8 +102,8 @@ TEST_F(LinesTest, PixelsAndAxisLines) {
         {"line from a point to itself at 2.0, guard raised", 2, true, true, 2, 2, bg,
          [&](DC& dc) { dc.DrawLine({1, 1}, {1, 1}, ink); }, {"....", ".i..", "....", "...."}, {{'i', Bgra(ink, 7)}}},
         {"a span past the right edge stops one short of it; negative lengths end before the start", 1, false,
-         false, 8, 2, kBlack, [](DC& dc) { dc.DrawHorizontalLine({3, 0}, 10, kWhite); dc.DrawLine({5, 1}, {2, 1}, kWhite); },
-         {"...####.", "..###..."}, {{'#', white}}},
+         false, 8, 2, Grey(0, 9), [](DC& dc) { dc.DrawHorizontalLine({3, 0}, 10, kWhite); dc.DrawLine({5, 1}, {2, 1}, kWhite); },
+         {"...####.", "..###..."}, {{'#', Grey(255, 9)}}},
         {"start clamped, length kept; dashes from the clamped start; rows outside skipped", 1, false, false, 9, 2,
          kBlack, [](DC& dc) {
              dc.DrawHorizontalLine({-3, 0}, 4, kWhite); dc.DrawHorizontalLine({-2, 1}, 9, kWhite, 3, 0);
@@ -111,10 +111,10 @@ TEST_F(LinesTest, PixelsAndAxisLines) {
          {"####.....", "###...###"}, {{'#', white}}},
         {"whole int range: saturated length, one short of the edge", 1, false, false, 5, 1, kBlack,
          [](DC& dc) { dc.DrawLine({INT_MIN, 0}, {INT_MAX, 0}, kWhite, -5, INT_MAX); }, {"####."}, {{'#', white}}},
-        {"vertical dashes 1 on 2 off; wild counts; zero length", 1, false, false, 3, 7, kBlack, [](DC& dc) {
+        {"vertical dashes 1 on 2 off; wild counts; zero length", 1, false, false, 3, 7, Grey(0, 9), [](DC& dc) {
              dc.DrawVerticalLine({0, 0}, 7, kWhite, 1, 2); dc.DrawVerticalLine({2, 0}, 6, kWhite, INT_MAX, INT_MAX);
              dc.DrawVerticalLine({1, 0}, 0, kWhite); },
-         {"#.#", "..#", "..#", "#.#", "..#", "..#", "#.."}, {{'#', white}}},
+         {"#.#", "..#", "..#", "#.#", "..#", "..#", "#.."}, {{'#', Grey(255, 9)}}},
         {"1.5: y 1.5 and thickness 1.5 cover row 1 by half (127) and row 2 whole", 1.5f, true, false, 6, 3, kBlack,
          [](DC& dc) { dc.DrawHorizontalLine({1, 1}, 4, kWhite); },
          {".........", ".hhhhhh..", ".######..", ".........", "........."}, {{'h', Grey(127)}, {'#', white}}},

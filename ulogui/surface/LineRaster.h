@@ -80,9 +80,7 @@ void DrawAxisLine(const raster::RasterView& canvas, Axis axis, float along, floa
         dashes.ForEachRun(count, [&](std::int64_t run, std::int64_t runCount) {
             unsigned char* p = base + run * alongStep;
             if (weight == 255) {
-                for (std::int64_t i = 0; i < runCount; ++i, p += alongStep) {
-                    paint(p);
-                }
+                PaintRun(paint, p, runCount, alongStep);
             } else {
                 for (std::int64_t i = 0; i < runCount; ++i, p += alongStep) {
                     paint.Cover(p, weight);
