@@ -159,8 +159,7 @@ struct ArcCall {
     const ulogui::raster::RasterView& canvas;
     AngleRange angles;
     bool clipped;
-    ULORect clip;  // device pixels; used when clipped
-    ULOPoint centre;
+    ULORect clip;      // device pixels; used when clipped
     ULORect admitted;  // the surface, cut to the clip: segments with both ends inside pass every test
 
     bool HoldsAll(float first, float last) const { return angles.HoldsAll(first, last); }
@@ -180,10 +179,8 @@ struct ArcCall {
     }
 };
 
-// One circle of the ring: the segments from point k - 1 to point k for the candidate k, equal points
-// skipped, each admitted by the angle test on both its ends and by the clip and surface test, drawn with
-// the solid anti-aliased line (every segment from its start pixel up to, not including, its end). Most
-// segments join neighbouring pixels on the surface; such a line is its start pixel alone.
+// A segment, drawn with the solid anti-aliased line: from its start pixel up to, not including, its
+// end. Most segments join neighbouring pixels on the surface, and such a line is its start pixel alone.
 template <typename Paint>
 void DrawSegment(const ArcCall& call, ULOPoint from, ULOPoint to, const Paint& paint) {
     if (std::abs(to.x - from.x) <= 1 && std::abs(to.y - from.y) <= 1 && call.canvas.Bounds().Contains(from) &&
@@ -194,6 +191,8 @@ void DrawSegment(const ArcCall& call, ULOPoint from, ULOPoint to, const Paint& p
     }
 }
 
+// One circle of the ring: the segments from point k - 1 to point k for the candidate k, equal points
+// skipped, each admitted by the angle test on both its ends and by the clip and surface test.
 template <typename Paint>
 void DrawCircle(const ArcCall& call, CircleSamples& circle, const IndexRanges& indices, const Paint& paint) {
     for (const IndexRange& range : indices) {
@@ -313,7 +312,7 @@ void ULOTrueColorDCBase::DrawArc(CLR colour, ULORect clip, ULOPoint centre, floa
     const std::int64_t iFirst = static_cast<std::int64_t>(std::min(std::max(firstStep, 0.0), kCountLimit));
     const std::int64_t iLast = static_cast<std::int64_t>(std::min({steps, lastStep, kCountLimit}));
 
-    const ArcCall call{canvas, angles, clipped, clip, centre, visible};
+    const ArcCall call{canvas, angles, clipped, clip, visible};
     for (std::int64_t i = iFirst; i <= iLast; ++i) {
         const float o = lower + static_cast<float>(i) * kOffsetStep;
         if (!(o <= last)) {
