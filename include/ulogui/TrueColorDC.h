@@ -11,12 +11,14 @@
 // Drawing reports no errors: rectangles are clipped to the buffer, points are clamped onto its border,
 // empty rectangles draw nothing.
 #include <boost/shared_ptr.hpp>
+#include <utility>
 
 #include "ulogui/Color.h"
 #include "ulogui/Export.h"
 #include "ulogui/Geometry.h"
 #include "ulogui/Picture.h"
 #include "ulogui/PixelTransfer.h"
+#include "ulolib/ArrayNoStl.h"
 #include "ulolib/CriticalSection.h"
 
 namespace ulogui {
@@ -107,6 +109,87 @@ public:
     void DrawPixel(const ULOPoint& point, const CLR& colour);
 
     // ---- Pixels, lines, rectangle outlines, frames, arcs and curves (TrueColorDCLines*.cpp) ----
+    //
+    // Plain forms replace the colour bytes, Alpha forms mix the colour with the background by an
+    // opacity (0..1, held to that range; NaN draws nothing), Relative forms add the colour's bytes to
+    // the background as signed offsets, clamped. None of them writes the alpha byte, except
+    // DrawLineOnAlpha. Dashes: dashOn pixels drawn, then dashOff skipped (dashOff below 1: as many as
+    // drawn); dashOn 0 or below is solid. docs/lines-and-arcs.md has the rules in full.
+
+    // Where the nominal radius of DrawArc lies in its ring (values are fixed; any other value acts as
+    // the first).
+    enum ERadiusThicknessRelation {
+        eRadiusIsMiddle = 0,  // the ring runs from radius - thickness / 2 to radius + thickness / 2
+        eRadiusIsInner = 1,   // the ring grows outward from the radius
+        eRadiusIsOuter = 2,   // the ring grows inward from the radius
+    };
+
+    // One pixel, clamped onto the border when outside; on a magnified surface outside the guard the
+    // logical pixel's whole device block, clipped.
+    void DrawPixelAlpha(const ULOPoint& point, const CLR& colour, float opacity);
+    void DrawPixelRelative(const ULOPoint& point, const CLR& colour);
+
+    // A line from `from` toward `to`, the end point not drawn: anti-aliased when diagonal, crisp (and
+    // as thick as the magnifier) when horizontal or vertical. Each end is clamped onto the surface.
+    void DrawLine(const ULOPoint& from, const ULOPoint& to, const CLR& colour, int dashOn = 0,
+                  int dashOff = 0);
+    void DrawLineRelative(const ULOPoint& from, const ULOPoint& to, const CLR& colour, int dashOn = 0,
+                          int dashOff = 0);
+    void DrawLineAlpha(const ULOPoint& from, const ULOPoint& to, const CLR& colour, float opacity,
+                       int dashOn = 0, int dashOff = 0);
+    // As DrawLineAlpha, for surfaces whose alpha byte matters: each pixel is composited onto the
+    // background with its transparency, and the alpha byte becomes the combined transparency, so a line
+    // drawn on a transparent surface is visible where it is drawn.
+    void DrawLineOnAlpha(const ULOPoint& from, const ULOPoint& to, const CLR& colour, float opacity,
+                         int dashOn = 0, int dashOff = 0);
+
+    // `length` pixels right of (below) `start`, or left of (above) it when negative; one logical pixel
+    // thick. A span that would run past the right (bottom) edge stops one pixel short of it.
+    void DrawHorizontalLine(const ULOPoint& start, int length, const CLR& colour, int dashOn = 0,
+                            int dashOff = 0);
+    void DrawHorizontalLineRelative(const ULOPoint& start, int length, const CLR& colour, int dashOn = 0,
+                                    int dashOff = 0);
+    void DrawHorizontalLineAlpha(const ULOPoint& start, int length, const CLR& colour, float opacity,
+                                 int dashOn = 0, int dashOff = 0);
+    void DrawVerticalLine(const ULOPoint& start, int length, const CLR& colour, int dashOn = 0,
+                          int dashOff = 0);
+    void DrawVerticalLineRelative(const ULOPoint& start, int length, const CLR& colour, int dashOn = 0,
+                                  int dashOff = 0);
+    void DrawVerticalLineAlpha(const ULOPoint& start, int length, const CLR& colour, float opacity,
+                               int dashOn = 0, int dashOff = 0);
+
+    // The outline of `rect` (its right and bottom edges inside it), each edge dashed on its own. An
+    // empty rectangle draws nothing.
+    void DrawRect(const ULORect& rect, const CLR& colour, int dashOn = 0, int dashOff = 0);
+    void DrawRectRelative(const ULORect& rect, const CLR& colour, int dashOn = 0, int dashOff = 0);
+    void DrawRectAlpha(const ULORect& rect, const CLR& colour, float opacity, int dashOn = 0,
+                       int dashOff = 0);
+    // A bevel: white top and left edges and black bottom and right ones when raised, the other way
+    // round when not.
+    void Draw3DRect(const ULORect& rect, bool raised);
+    // A sunken frame that darkens and lightens what lies beneath (relative colours only).
+    void DrawRecessedFrame(const ULORect& rect);
+
+    // A ring segment around `centre`: angles in radians, clockwise on screen from the +x axis, `sweep`
+    // of either sign. `thickness` is placed by `relation`; `smooth` fades the ring's edges. When `clip`
+    // is not empty only segments inside it are drawn; parts off the surface are never drawn.
+    void DrawArc(CLR colour, ULORect clip, ULOPoint centre, float radius, float startAngle, float sweep,
+                 float thickness, ERadiusThicknessRelation relation, bool smooth);
+
+    // A chart curve through the first `count` samples: sample i at (i, values[i]) (TraceCurvefX) or
+    // (values[i], i) (TraceCurvefY), in logical units, joined by anti-aliased lines at `opacity`.
+    // `range`, when given, limits the samples to the indices [first, second). A NaN sample is a gap.
+    void TraceCurvefX(int count, const ULOArray_NOSTL<double>& values, const CLR& colour, float opacity,
+                      const std::pair<int, int>* range = nullptr);
+    void TraceCurvefY(int count, const ULOArray_NOSTL<double>& values, const CLR& colour, float opacity,
+                      const std::pair<int, int>* range = nullptr);
+    // The area between the curve of TraceCurvefX and a baseline: sample i fills column origin.x + i
+    // from values[i] to the baseline row origin.y, in `above` where the curve lies above the baseline
+    // and `below` where it lies below, anti-aliased at the curve; then the baseline itself in
+    // `baseline` across the columns of the samples drawn. All at `opacity`; `range` as for the curves.
+    void FillBackGroundfX(int count, const ULOArray_NOSTL<double>& values, const ULOPoint& origin,
+                          const CLR& above, const CLR& below, const CLR& baseline, float opacity = 1.0f,
+                          const std::pair<int, int>* range = nullptr);
 
     // ---- Fills, gradations, textures, shadows and scrolling (TrueColorDCFills*.cpp) ----
     // docs/fills-and-scrolling.md gives the arithmetic and the geometry of each member. Opacities are

@@ -1,0 +1,400 @@
+// The outline members on hand-computed pixels: one table of drawings on plain and magnified surfaces
+// (m = 1.5 and 2.0, guard down and raised), each checked against a map of the whole device buffer; the
+// smooth ring against the exact coverage of the ring; and one sweep of bad inputs, which must finish
+// without touching memory outside the buffer (the sanitizer build sees every write).
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <functional>
+#include <initializer_list>
+#include <iterator>
+#include <limits>
+#include <map>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "SurfaceTestSupport.h"
+#include "ulogui/TrueColorDC.h"
+
+namespace {
+
+using namespace surfacetest;
+using DC = ULOTrueColorDCBase;
+
+const float kNaN = std::numeric_limits<float>::quiet_NaN();
+const float kInf = std::numeric_limits<float>::infinity();
+const float kPi = 3.1415927f;
+const CLR kWhite(255, 255, 255);
+const Pixel kBlack{0, 0, 0, 0};
+
+Pixel Grey(int v, int alpha = 0) {
+    return Pixel{static_cast<unsigned char>(v), static_cast<unsigned char>(v), static_cast<unsigned char>(v),
+                 static_cast<unsigned char>(alpha)};
+}
+
+// A drawing on a surface of w x h logical units whose every device pixel starts as `background`, and the
+// expected device buffer: one string per row, one character per pixel, read through `legend` ('.' is
+// the background).
+struct Drawing {
+    const char* what;
+    float m;
+    bool magnified, guard;
+    int w, h;
+    Pixel background;
+    std::function<void(DC&)> draw;
+    std::vector<std::string> rows;
+    std::map<char, Pixel> legend;
+};
+
+void Check(const Drawing& d) {
+    SCOPED_TRACE(d.what);
+    magnify::GetMagnifier() = d.m;
+    DC dc(ULORect(0, 0, d.w, d.h), true, d.magnified);
+    dc.SetWorkingOnScreenSize(true);
+    const ULORect all = dc.GetRect(true);
+    dc.FillRect(&all, CLR(d.background[2], d.background[1], d.background[0]), d.background[3]);
+    dc.SetWorkingOnScreenSize(d.guard);
+    d.draw(dc);
+    EXPECT_EQ(dc.GetWorkingOnScreenSize(), d.guard);
+    ASSERT_EQ(static_cast<int>(d.rows.size()), dc.GetHeight(true));
+    for (int y = 0; y < dc.GetHeight(true); ++y) {
+        ASSERT_EQ(static_cast<int>(d.rows[y].size()), dc.GetWidth(true));
+        for (int x = 0; x < dc.GetWidth(true); ++x) {
+            const char key = d.rows[y][x];
+            const Pixel expected = key == '.' ? d.background : d.legend.at(key);
+            ASSERT_EQ(PixelAt(dc, x, y), expected) << "at (" << x << ", " << y << ")";
+        }
+    }
+}
+
+using LinesTest = MagnifierTest;
+
+void CheckAll(const std::vector<Drawing>& drawings) {
+    for (const Drawing& d : drawings) {
+        Check(d);
+    }
+}
+
+TEST_F(LinesTest, PixelsAndAxisLines) {
+    const Pixel bg = Grey(100, 7), white = Grey(255);
+    const CLR ink(200, 50, 0);          // bytes 0, 50, 200
+    const Pixel mixed{50, 75, 149, 7};  // (c * 127 + 100 * 128) / 255 per byte
+    const CLR offset(-10, 20, 127);     // red -10, green +20, blue +127
+    const Pixel moved{227, 120, 90, 7};
+    // clang-format off
+    CheckAll({
+        {"alpha pixel, clamped", 1, false, false, 3, 2, bg, [&](DC& dc) { dc.DrawPixelAlpha({-4, 9}, ink, 0.5f); },
+         {"...", "m.."}, {{'m', mixed}}},
+        {"relative pixel", 1, false, false, 3, 2, bg, [&](DC& dc) { dc.DrawPixelRelative({2, 0}, offset); },
+         {"..o", "..."}, {{'o', moved}}},
+        {"opacity NaN, negative, above 1, infinite", 1, false, false, 3, 1, bg, [&](DC& dc) {
+             dc.DrawPixelAlpha({0, 0}, ink, kNaN); dc.DrawPixelAlpha({0, 0}, ink, -1.0f);
+             dc.DrawPixelAlpha({1, 0}, ink, 7.0f); dc.DrawPixelAlpha({2, 0}, ink, kInf); },
+         {".cc"}, {{'c', Bgra(ink, 7)}}},
+        {"alpha pixel block at 2.0, alpha byte kept", 2, true, false, 2, 2, bg,
+         [&](DC& dc) { dc.DrawPixelAlpha({1, 0}, ink, 0.5f); }, {"..mm", "..mm", "....", "...."}, {{'m', mixed}}},
+        {"relative pixel at 1.5 is the block (2, 2, 4, 4)", 1.5f, true, false, 3, 3, bg,
+         [&](DC& dc) { dc.DrawPixelRelative({1, 1}, offset); }, {".....", ".....", "..oo.", "..oo.", "....."},
+         {{'o', moved}}},
+        {"line from a point to itself at 2.0, guard raised", 2, true, true, 2, 2, bg,
+         [&](DC& dc) { dc.DrawLine({1, 1}, {1, 1}, ink); }, {"....", ".i..", "....", "...."}, {{'i', Bgra(ink, 7)}}},
+        {"a span past the right edge stops one short of it; negative lengths end before the start", 1, false,
+         false, 8, 2, Grey(0, 9), [](DC& dc) { dc.DrawHorizontalLine({3, 0}, 10, kWhite); dc.DrawLine({5, 1}, {2, 1}, kWhite); },
+         {"...####.", "..###..."}, {{'#', Grey(255, 9)}}},
+        {"start clamped, length kept; dashes from the clamped start; rows outside skipped", 1, false, false, 9, 2,
+         kBlack, [](DC& dc) {
+             dc.DrawHorizontalLine({-3, 0}, 4, kWhite); dc.DrawHorizontalLine({-2, 1}, 9, kWhite, 3, 0);
+             dc.DrawHorizontalLine({0, 2}, 4, kWhite); dc.DrawHorizontalLine({0, -1}, 4, kWhite); },
+         {"####.....", "###...###"}, {{'#', white}}},
+        {"whole int range: saturated length, one short of the edge", 1, false, false, 5, 1, kBlack,
+         [](DC& dc) { dc.DrawLine({INT_MIN, 0}, {INT_MAX, 0}, kWhite, -5, INT_MAX); }, {"####."}, {{'#', white}}},
+        {"vertical dashes 1 on 2 off; wild counts; zero length", 1, false, false, 3, 7, Grey(0, 9), [](DC& dc) {
+             dc.DrawVerticalLine({0, 0}, 7, kWhite, 1, 2); dc.DrawVerticalLine({2, 0}, 6, kWhite, INT_MAX, INT_MAX);
+             dc.DrawVerticalLine({1, 0}, 0, kWhite); },
+         {"#.#", "..#", "..#", "#.#", "..#", "..#", "#.."}, {{'#', Grey(255, 9)}}},
+        {"1.5: y 1.5 and thickness 1.5 cover row 1 by half (127) and row 2 whole", 1.5f, true, false, 6, 3, kBlack,
+         [](DC& dc) { dc.DrawHorizontalLine({1, 1}, 4, kWhite); },
+         {".........", ".hhhhhh..", ".######..", ".........", "........."}, {{'h', Grey(127)}, {'#', white}}},
+        {"2.0: two whole columns; then with the guard raised, device pixels", 2, true, false, 3, 3, kBlack, [](DC& dc) {
+             dc.DrawVerticalLine({1, 0}, 2, kWhite); dc.SetWorkingOnScreenSize(true);
+             dc.DrawVerticalLine({5, 5}, -2, kWhite); dc.SetWorkingOnScreenSize(false); },
+         {"..##..", "..##..", "..##..", "..##.#", ".....#", "......"}, {{'#', white}}},
+        // t = (255 * 127 + 100 * 128) / 255 = 177; at half coverage (177 * 127 + 100 * 128) / 255 = 138
+        {"1.5: alpha then coverage, relative then coverage", 1.5f, true, false, 2, 2, Grey(100), [](DC& dc) {
+             dc.DrawVerticalLineAlpha({0, 0}, 1, kWhite, 0.5f); dc.DrawHorizontalLineRelative({1, 0}, 1, CLR(-1, 5, 0)); },
+         {"tR.", ".h.", "..."}, {{'t', Grey(177)}, {'R', Pixel{138, 143, 137, 0}}, {'h', Pixel{100, 102, 99, 0}}}},
+    });
+    // clang-format on
+}
+
+TEST_F(LinesTest, AntiAliasedLinesAndOutlines) {
+    const Pixel white = Grey(255), clear = Grey(0, 255);
+    // (0, 0) to (4, 2): g = 127, so the weights run 255/0, 128/127, 1/254, then carry: 130/125.
+    const std::vector<std::string> shallow = {"#pq...", ".rsu..", "...v..", "......"};
+    const std::map<char, Pixel> shallowInk = {{'#', white},     {'p', Grey(128)}, {'q', Grey(1)},
+                                              {'r', Grey(127)}, {'s', Grey(254)}, {'u', Grey(130)},
+                                              {'v', Grey(125)}};
+    // (0, 0) to (4, 4): g = 255, neighbour weights 0, 255, then 254/1, 253/2 after each carry.
+    const std::vector<std::string> diagonal = {"#.....", ".#....", ".ab...", "..cd..", "......", "......"};
+    // clang-format off
+    CheckAll({
+        {"shallow", 1, false, false, 6, 4, kBlack, [](DC& dc) { dc.DrawLine({0, 0}, {4, 2}, kWhite); }, shallow,
+         shallowInk},
+        {"ends clamped separately (the slope changes)", 1, false, false, 6, 4, kBlack,
+         [](DC& dc) { dc.DrawLine({-3, 0}, {4, 2}, kWhite); }, shallow, shallowInk},
+        {"backwards: neighbours above, the other end left out", 1, false, false, 6, 4, kBlack,
+         [](DC& dc) { dc.DrawLine({4, 2}, {0, 0}, kWhite); }, {".v....", ".usr..", "..qp#.", "......"}, shallowInk},
+        {"dashes 1 on 1 off by step", 1, false, false, 6, 4, kBlack,
+         [](DC& dc) { dc.DrawLine({0, 0}, {4, 2}, kWhite, 1, 1); }, {"#.q...", "..s...", "......", "......"},
+         shallowInk},
+        {"2.0: ends rounded, then device pixels", 2, true, false, 3, 2, kBlack,
+         [](DC& dc) { dc.DrawLine({0, 0}, {2, 1}, kWhite); }, shallow, shallowInk},
+        {"1.5: (0, 0) to (5, 2), g = 102", 1.5f, true, false, 4, 2, kBlack,
+         [](DC& dc) { dc.DrawLine({0, 0}, {3, 1}, kWhite); }, {"#AB...", ".CDEF.", "...GH."},
+         {{'#', white}, {'A', Grey(153)}, {'B', Grey(51)}, {'C', Grey(102)}, {'D', Grey(204)}, {'E', Grey(205)},
+          {'F', Grey(103)}, {'G', Grey(50)}, {'H', Grey(152)}}},
+        {"1.5, guard raised: device pixels", 1.5f, true, true, 4, 3, kBlack,
+         [](DC& dc) { dc.DrawLine({0, 0}, {4, 2}, kWhite); }, {"#pq...", ".rsu..", "...v..", "......", "......"},
+         shallowInk},
+        {"diagonal", 1, false, false, 6, 6, kBlack, [](DC& dc) { dc.DrawLine({0, 0}, {4, 4}, kWhite); }, diagonal,
+         {{'#', white}, {'a', Grey(1)}, {'b', Grey(254)}, {'c', Grey(2)}, {'d', Grey(253)}}},
+        {"alpha: t = 177, then the coverage", 1, false, false, 6, 6, Grey(100),
+         [](DC& dc) { dc.DrawLineAlpha({0, 0}, {4, 4}, kWhite, 0.5f); }, diagonal,
+         {{'#', Grey(177)}, {'a', Grey(100)}, {'b', Grey(176)}, {'c', Grey(100)}, {'d', Grey(176)}}},
+        {"relative: t = 110, then the coverage", 1, false, false, 6, 6, Grey(100),
+         [](DC& dc) { dc.DrawLineRelative({0, 0}, {4, 4}, CLR(10, 10, 10)); }, diagonal,
+         {{'#', Grey(110)}, {'a', Grey(100)}, {'b', Grey(109)}, {'c', Grey(100)}, {'d', Grey(109)}}},
+        {"onto alpha: a transparent surface takes the colour and the coverage as opaqueness", 1, false, false, 6, 6,
+         clear, [](DC& dc) { dc.DrawLineOnAlpha({0, 0}, {4, 4}, kWhite, 1.0f); dc.DrawLineOnAlpha({2, 5}, {5, 5}, kWhite, 1.0f); },
+         {"#.....", ".#....", ".ab...", "..cd..", "......", "..###."},
+         {{'#', Grey(255, 0)}, {'a', Grey(255, 254)}, {'b', Grey(255, 1)}, {'c', Grey(255, 253)}, {'d', Grey(255, 2)}}},
+        {"onto alpha, half opacity: c = (100 * 128) >> 8, colour 255 * 127 / (255 - c)", 1, false, false, 1, 1,
+         Grey(0, 100), [](DC& dc) { dc.DrawLineOnAlpha({0, 0}, {0, 0}, kWhite, 0.5f); }, {"o"}, {{'o', Grey(157, 50)}}},
+        {"rectangle: side edges leave out the corners", 1, false, false, 6, 5, kBlack,
+         [](DC& dc) { dc.DrawRect({1, 1, 5, 4}, kWhite); }, {"......", ".####.", ".#..#.", ".####.", "......"},
+         {{'#', white}}},
+        {"one-pixel rectangle: four relative writes on one pixel; empty ones draw nothing", 1, false, false, 2, 1,
+         Grey(100), [](DC& dc) {
+             dc.DrawRectRelative({0, 0, 1, 1}, CLR(10, 10, 10)); dc.DrawRectRelative({1, 0, 1, 1}, CLR(10, 10, 10));
+             dc.DrawRect({INT_MIN, INT_MIN, INT_MAX, INT_MIN}, kWhite); },
+         {"x."}, {{'x', Grey(140)}}},
+        {"dashed alpha rectangle, each edge dashed from its start", 1, false, false, 6, 4, kBlack,
+         [](DC& dc) { dc.DrawRectAlpha({0, 0, 6, 4}, kWhite, 1.0f, 2, 1); }, {"##.##.", "#....#", "#....#", "##.##."},
+         {{'#', white}}},
+        {"1.5: edges 1.5 thick, the far rows and columns half covered", 1.5f, true, false, 4, 4, kBlack,
+         [](DC& dc) { dc.DrawRect({0, 0, 3, 3}, kWhite); }, {"####..", "#xh#h.", "......", "####..", "hhhh..", "......"},
+         {{'#', white}, {'h', Grey(127)}, {'x', Grey(190)}}},
+        {"raised and sunken bevels", 1, false, false, 4, 6, Grey(100),
+         [](DC& dc) { dc.Draw3DRect({0, 0, 4, 3}, true); dc.Draw3DRect({0, 3, 4, 6}, false); },
+         {"WWWW", "W..B", "BBBB", "BBBB", "B..W", "WWWW"}, {{'W', white}, {'B', kBlack}}},
+        {"recessed frame: the seven relative strokes", 1, false, false, 6, 5, Grey(100),
+         [](DC& dc) { dc.DrawRecessedFrame({0, 0, 6, 5}); }, {".FFF..", "FCDDD.", "FE...G", ".E...G", "..HHHG"},
+         {{'F', Pixel{92, 89, 90, 0}}, {'C', Pixel{87, 82, 83, 0}}, {'D', Pixel{75, 65, 65, 0}},
+          {'E', Pixel{74, 65, 65, 0}}, {'G', Pixel{115, 126, 129, 0}}, {'H', Pixel{115, 127, 129, 0}}}},
+        {"the same frame inside the guard at 2.0: device pixels", 2, true, true, 3, 3, Grey(100),
+         [](DC& dc) { dc.DrawRecessedFrame({0, 0, 6, 5}); }, {".FFF..", "FCDDD.", "FE...G", ".E...G", "..HHHG", "......"},
+         {{'F', Pixel{92, 89, 90, 0}}, {'C', Pixel{87, 82, 83, 0}}, {'D', Pixel{75, 65, 65, 0}},
+          {'E', Pixel{74, 65, 65, 0}}, {'G', Pixel{115, 126, 129, 0}}, {'H', Pixel{115, 127, 129, 0}}}},
+        {"2.0: a raised bevel of two-pixel edges", 2, true, false, 3, 3, Grey(100),
+         [](DC& dc) { dc.Draw3DRect({0, 0, 2, 2}, true); }, {"WWWW..", "WWWW..", "BBBB..", "BBBB..", "......", "......"},
+         {{'W', white}, {'B', kBlack}}},
+    });
+    // clang-format on
+}
+
+// Radius 2 around (3, 3): 12 points, k at k / 12 * 2pi. Each segment draws its start pixel; the angle
+// test is strict, so a full turn from 0 leaves out the segments ending at 0 and at 2pi, (5, 2) and (5, 3).
+TEST_F(LinesTest, Arcs) {
+    const DC::ERadiusThicknessRelation middle = DC::eRadiusIsMiddle;
+    const auto arc = [middle](ULORect clip, float start, float sweep) {
+        return [=](DC& dc) { dc.DrawArc(kWhite, clip, {3, 3}, 2.0f, start, sweep, 0.0f, middle, false); };
+    };
+    const std::vector<std::string> none(7, ".......");
+    const std::map<char, Pixel> ink = {{'#', Grey(255)}};
+    // clang-format off
+    CheckAll({
+        {"full turn", 1, false, false, 7, 7, kBlack, arc(ULORect(), 0.0f, 2 * kPi),
+         {".......", "..###..", ".#.....", ".#.....", ".#...#.", "..###..", "......."}, ink},
+        {"a quarter from pi/2 holds one segment whole", 1, false, false, 7, 7, kBlack, arc(ULORect(), kPi / 2, kPi / 2),
+         {".......", ".......", ".......", ".......", ".......", "..#....", "......."}, ink},
+        {"the same quarter swept backwards from pi", 1, false, false, 7, 7, kBlack, arc(ULORect(), kPi, -kPi / 2),
+         {".......", ".......", ".......", ".......", ".......", "..#....", "......."}, ink},
+        {"past a full turn the range wraps to 7.5 - 2pi", 1, false, false, 7, 7, kBlack, arc(ULORect(), 5.0f, 2.5f),
+         {".......", "....#..", ".......", ".......", ".....#.", ".......", "......."}, ink},
+        {"both ends inside the clip", 1, false, false, 7, 7, kBlack, arc(ULORect(0, 0, 3, 7), 0.0f, 7.0f),
+         {".......", ".......", ".#.....", ".#.....", ".#.....", "..#....", "......."}, ink},
+        {"2.0: centre, radius and thickness to device pixels", 2, true, false, 4, 4, kBlack,
+         [middle](DC& dc) { dc.DrawArc(kWhite, {}, {2, 2}, 1.0f, 0.0f, 7.0f, 0.0f, middle, false); },
+         {"........", "........", "...###..", "..#.....", "..#.....", "..#...#.", "...###..", "........"}, ink},
+        {"1.5: radius 4/3 around (2, 2) is radius 2 around (3, 3)", 1.5f, true, false, 5, 5, kBlack,
+         [middle](DC& dc) { dc.DrawArc(kWhite, {}, {2, 2}, 4.0f / 3, 0.0f, 2 * kPi, 0.0f, middle, false); },
+         {"........", "..###...", ".#......", ".#......", ".#...#..", "..###...", "........", "........"}, ink},
+        {"1.5, guard raised", 1.5f, true, true, 5, 5, kBlack, arc(ULORect(), 0.0f, 2 * kPi),
+         {"........", "..###...", ".#......", ".#......", ".#...#..", "..###...", "........", "........"}, ink},
+        {"nothing: radius 0, negative or NaN, NaN thickness or angle, empty sweep, clip off the surface", 1, false,
+         false, 7, 7, kBlack, [middle](DC& dc) {
+             for (const float radius : {0.0f, -3.0f, kNaN}) {
+                 dc.DrawArc(kWhite, {}, {3, 3}, radius, 0.0f, 7.0f, 2.0f, middle, true);
+             }
+             dc.DrawArc(kWhite, {}, {3, 3}, 2.0f, 0.0f, 7.0f, kNaN, middle, true);
+             dc.DrawArc(kWhite, {}, {3, 3}, 2.0f, kNaN, 7.0f, 1.0f, middle, true);
+             dc.DrawArc(kWhite, {}, {3, 3}, 2.0f, 1.0f, 0.0f, 1.0f, middle, true);
+             dc.DrawArc(kWhite, {20, 0, 30, 7}, {3, 3}, 2.0f, 0.0f, 7.0f, 1.0f, middle, true); },
+         none, ink},
+    });
+    // clang-format on
+}
+
+ULOArray_NOSTL<double> Samples(std::initializer_list<double> values) {
+    ULOArray_NOSTL<double> array;
+    for (const double v : values) {
+        array.Add(v);
+    }
+    return array;
+}
+
+TEST_F(LinesTest, ChartCurvesAndFills) {
+    const ULOArray_NOSTL<double> curve = Samples({1.0, 1.0, 3.0, std::nan(""), 2.0, 2.0});
+    const ULOArray_NOSTL<double> fill = Samples({0.0, 3.0, 2.5});
+    const std::pair<int, int> middle(1, 3), inverted(5, 2), early(-10, 1);
+    const std::map<char, Pixel> ink = {
+        {'#', Grey(255)}, {'p', Grey(128)}, {'q', Grey(127)}, {'r', Grey(170)}, {'s', Grey(85)}};
+    const CLR red(255, 0, 0), green(0, 255, 0), blue(0, 0, 255);
+    const std::map<char, Pixel> fillInk = {{'a', Pixel{0, 0, 127, 0}},
+                                           {'A', Pixel{0, 0, 255, 0}},
+                                           {'b', Pixel{0, 127, 0, 0}},
+                                           {'L', Pixel{255, 0, 0, 0}}};
+    // clang-format off
+    CheckAll({
+        {"(i, values[i]) joined; a NaN is a gap; each run's last sample drawn", 1, false, false, 8, 5, kBlack,
+         [&](DC& dc) { dc.TraceCurvefX(6, curve, kWhite, 1.0f); },
+         {"........", "##......", ".pq.##..", "..#.....", "........"}, ink},
+        {"a range, and a count beyond the array", 1, false, false, 8, 5, kBlack,
+         [&](DC& dc) { dc.TraceCurvefX(100, curve, kWhite, 1.0f, &middle); },
+         {"........", ".#......", ".pq.....", "..#.....", "........"}, ink},
+        {"a negative count and an inverted range draw nothing; a lone sample is a pixel", 1, false, false, 8, 5,
+         kBlack, [&](DC& dc) {
+             dc.TraceCurvefX(-1, curve, kWhite, 1.0f); dc.TraceCurvefX(6, curve, kWhite, 1.0f, &inverted);
+             dc.TraceCurvefX(6, curve, kWhite, 1.0f, &early); },
+         {"........", "#.......", "........", "........", "........"}, ink},
+        {"(values[i], i): (0, 0) to (3, 1), g = 85", 1, false, false, 4, 3, kBlack,
+         [&](DC& dc) { dc.TraceCurvefY(2, fill, kWhite, 1.0f); }, {"#rs.", ".sr#", "...."}, ink},
+        {"2.0: samples every two device pixels", 2, true, false, 3, 3, kBlack,
+         [&](DC& dc) { dc.TraceCurvefX(2, curve, kWhite, 1.0f); },
+         {"......", "......", "###...", "......", "......", "......"}, ink},
+        {"fill between pixel centres, above and below the baseline, then the baseline", 1, false, false, 6, 5,
+         kBlack, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); },
+         {".a....", ".A....", ".LLL..", "..b...", "......"}, fillInk},
+        {"2.0: columns two wide, the baseline two thick and cut at the edge", 2, true, false, 3, 3, kBlack,
+         [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); },
+         {"......", "..AA..", "..AA..", "..AA..", "..LLLL", "..LLLL"}, fillInk},
+    });
+    // clang-format on
+}
+
+// A smooth ring's edge pixels are covered by about the share of them that lies inside the ring, checked
+// against the exact coverage (8 x 8 samples a pixel); without smoothing the ring is a pixel thicker. With
+// the radius at an edge (relations 1 and 2) that edge stays solid and the far one is smooth.
+TEST_F(LinesTest, SmoothRingsFollowTheExactCoverage) {
+    struct Ring {
+        DC::ERadiusThicknessRelation relation;
+        bool smooth;
+        float inner, outer;  // offsets of the ring's edges from the radius
+    };
+    const Ring rings[] = {{DC::eRadiusIsMiddle, true, -2, 2},
+                          {DC::eRadiusIsMiddle, false, -2, 2},
+                          {DC::eRadiusIsInner, true, 0, 4},
+                          {DC::eRadiusIsOuter, true, -4, 0}};
+    for (const Ring& ring : rings) {
+        DC dc(ULORect(0, 0, 40, 40), false, false);
+        dc.DrawArc(kWhite, ULORect(), {20, 20}, 12.0f, -1.0f, 8.0f, 4.0f, ring.relation, ring.smooth);
+        double ink = 0, area = 0, innerError = 0, outerError = 0;
+        int innerCount = 0, outerCount = 0;
+        for (int y = 0; y < 40; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                int inside = 0;
+                for (int i = 0; i < 64; ++i) {
+                    const double d =
+                        std::hypot(x - 20 + (i % 8 + 0.5) / 8 - 0.5, y - 20 + (i / 8 + 0.5) / 8 - 0.5);
+                    inside += d >= 12 + ring.inner && d <= 12 + ring.outer;
+                }
+                const double got = PixelAt(dc, x, y)[0] / 255.0, want = inside / 64.0;
+                ink += got, area += want;
+                if (want < 1 && (got > 0 || want > 0)) {  // an edge pixel
+                    const bool inner = std::hypot(x - 20, y - 20) < 12 + (ring.inner + ring.outer) / 2;
+                    (inner ? innerError : outerError) += got - want;
+                    ++(inner ? innerCount : outerCount);
+                }
+            }
+        }
+        SCOPED_TRACE(::testing::Message() << "relation " << ring.relation << " smooth " << ring.smooth);
+        const double inner = innerError / innerCount, outer = outerError / outerCount;
+        if (!ring.smooth) {
+            EXPECT_GT(ink / area, 1.15);
+            EXPECT_GT(std::min(inner, outer), 0.3);
+            continue;
+        }
+        EXPECT_LT(ring.relation == DC::eRadiusIsInner ? outer : std::fabs(inner), 0.08);
+        EXPECT_LT(ring.relation == DC::eRadiusIsOuter ? inner : std::fabs(outer), 0.08);
+        if (ring.relation == DC::eRadiusIsMiddle) {
+            EXPECT_NEAR(ink / area, 1.0, 0.05);
+        }
+    }
+}
+
+// Every member with inputs from the ends of their ranges, on plain, magnified and padded surfaces: each
+// call returns, restores the guard and writes nothing outside the rows (the padding keeps its bytes).
+TEST_F(LinesTest, BadInputsFinishInsideTheBuffer) {
+    const int ints[] = {INT_MIN, INT_MIN + 1, -100000, -3, -1, 0, 1, 2, 5, 100000, INT_MAX - 1, INT_MAX};
+    const float floats[] = {kNaN, kInf, -kInf, -1e30f, -2.0f, -0.5f, 0.0f,
+                            0.3f, 1.0f, 2.5f,  7.0f,   1e9f,  1e30f};
+    std::mt19937 rng(14);
+    const auto i = [&] { return ints[rng() % std::size(ints)]; };
+    const auto f = [&] { return floats[rng() % std::size(floats)]; };
+    const auto p = [&] { return ULOPoint(rng() % 2 ? i() : static_cast<int>(rng() % 9) - 1, i()); };
+    ULOArray_NOSTL<double> values;
+    for (int k = 0; k < 40; ++k) {
+        values.Add(rng() % 4 ? static_cast<double>(f()) : static_cast<double>(rng() % 9));
+    }
+    std::vector<unsigned char> memory(5 * 40, 0xA5);
+    BufferSurface padded(memory.data(), 7, 5, 40);  // 28 bytes of pixels, 12 of padding a row
+    for (int round = 0; round < 3000; ++round) {
+        const float m = round % 3 == 0 ? 1.0f : round % 3 == 1 ? 1.5f : 2.0f;
+        SetMagnifier(m);
+        DC magnified(ULORect(0, 0, 5, 4), true, true);
+        DC& dc = round % 2 ? static_cast<DC&>(padded) : magnified;
+        const bool guard = rng() % 2;
+        dc.SetWorkingOnScreenSize(guard);
+        const CLR c(i(), i(), i());
+        const std::pair<int, int> range(i(), i());
+        const std::pair<int, int>* r = rng() % 2 ? &range : nullptr;
+        // clang-format off
+        switch (rng() % 12) {
+            case 0: dc.DrawPixelAlpha(p(), c, f()); break;
+            case 1: dc.DrawLine(p(), p(), c, i(), i()); break;
+            case 2: dc.DrawLineAlpha(p(), p(), c, f(), i(), i()); break;
+            case 3: dc.DrawLineOnAlpha(p(), p(), c, f(), i(), i()); break;
+            case 4: dc.DrawLineRelative(p(), p(), c, i(), i()); break;
+            case 5: dc.DrawHorizontalLineAlpha(p(), i(), c, f(), i(), i()); break;
+            case 6: dc.DrawVerticalLineRelative(p(), i(), c, i(), i()); break;
+            case 7: dc.DrawRectAlpha(ULORect(i(), i(), i(), i()), c, f(), i(), i()); break;
+            case 8: dc.DrawRecessedFrame(ULORect(i(), i(), i(), i())); break;
+            case 9: dc.DrawArc(c, rng() % 2 ? ULORect() : ULORect(i(), i(), i(), i()), p(), f(), f(), f(), f(),
+                               static_cast<DC::ERadiusThicknessRelation>(rng() % 4), rng() % 2); break;
+            case 10: dc.TraceCurvefY(i(), values, c, f(), r); break;
+            default: dc.FillBackGroundfX(i(), values, p(), c, c, c, f(), r);
+        }
+        // clang-format on
+        ASSERT_EQ(dc.GetWorkingOnScreenSize(), guard) << "round " << round;
+    }
+    for (int row = 0; row < 5; ++row) {
+        for (int b = 28; b < 40; ++b) {
+            ASSERT_EQ(memory[row * 40 + b], 0xA5) << "row " << row << " byte " << b;
+        }
+    }
+}
+
+}  // namespace
