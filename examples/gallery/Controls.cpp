@@ -130,6 +130,7 @@ void PaintEditField(Painter& p, const ULORect& r, const ULOString& text, bool fo
     p.dc.DrawRecessedFrame(r);
     const ULORect inner(r.left + 2 + ulogui::margin::EDIT_LEFT, r.top + ulogui::margin::EDIT_TOP,
                         r.right - 2 - ulogui::margin::EDIT_RIGHT, r.bottom - ulogui::margin::EDIT_BOTTOM);
+    p.NoteTextLayout(inner);
     const int length = static_cast<int>(text.size());
     selFirst = std::clamp(selFirst, 0, length);
     selEnd = std::clamp(selEnd, selFirst, length);

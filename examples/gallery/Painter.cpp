@@ -36,18 +36,25 @@ void Painter::Label(FontRole role, const ULORect& box, const ULOString& text, co
     DrawText(run);
 }
 
-void Painter::DrawText(const TextRun& run) {
+void Painter::NoteTextLayout(const ULORect& rect) {
     if (textRegions_ != nullptr) {
-        ULORect region = run.kind == TextRun::kClipped ? run.clip : run.rect;
-        if (run.kind == TextRun::kClipped) {
-            region.left = std::max(region.left, run.rect.left);
-            region.top = std::max(region.top, run.rect.top);
-            region.right = std::min(region.right, run.rect.right);
-            region.bottom = std::min(region.bottom, run.rect.bottom);
-        }
+        ULORect region = rect;
         magnify::DoMagnify(region, dc.IsMagnified());
         textRegions_->push_back(region);
     }
+}
+
+void Painter::DrawText(const TextRun& run) {
+    if (run.text.empty()) {
+        return;
+    }
+    ULORect region = run.rect;
+    if (run.kind == TextRun::kClipped) {
+        region =
+            ULORect(std::max(run.clip.left, run.rect.left), std::max(run.clip.top, run.rect.top),
+                    std::min(run.clip.right, run.rect.right), std::min(run.clip.bottom, run.rect.bottom));
+    }
+    NoteTextLayout(region);
     // Until text output lands: a bar as wide as each line, where the line will be.
     const ULOFont& font = Font(run.font);
     const int lineHeight = LineHeight(run.font);

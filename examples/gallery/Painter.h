@@ -57,6 +57,9 @@ public:
     void Label(FontRole role, const ULORect& box, const ULOString& text, const CLR& colour, int flags = 0);
     // The one place where text reaches the surface.
     void DrawText(const TextRun& run);
+    // Marks a rectangle whose drawing follows measured text (a tab strip, a tooltip, a selection), so
+    // that the golden comparison treats it as text.
+    void NoteTextLayout(const ULORect& rect);
 
 private:
     const Look& look_;

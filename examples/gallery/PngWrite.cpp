@@ -6,6 +6,7 @@
 #include <csetjmp>
 #include <cstdio>
 #include <memory>
+#include <vector>
 
 #include "ulogui/PictureBits.h"
 
@@ -54,36 +55,38 @@ bool WriteRows(const std::string& path, int width, int height, int colourType,
 
 }  // namespace
 
-bool WriteSurfacePng(const ULOPictureBits& surface, const std::string& path, bool small, std::string& error) {
+std::vector<uint8_t> RgbPixels(const ULOPictureBits& surface, int& width, int& height) {
     const ULOPictureBits raw = surface.GetRawPictureBits();
-    const int width = raw.GetWidth(true);
-    const int height = raw.GetHeight(true);
-    if (raw.GetBytesPerPixel() != 4 || width < 1 || height < 1) {
-        error = path + ": nothing to write (not a 32-bit picture)";
-        return false;
-    }
-    std::vector<png_byte> rgb(static_cast<size_t>(width) * height * 3);
-    std::vector<png_bytep> rows(static_cast<size_t>(height));
+    const bool usable = raw.GetBytesPerPixel() == 4 && raw.GetBits() != nullptr;
+    width = usable ? raw.GetWidth(true) : 0;
+    height = usable ? raw.GetHeight(true) : 0;
+    std::vector<uint8_t> rgb(static_cast<size_t>(width) * height * 3);
     for (int y = 0; y < height; ++y) {
         const unsigned char* in = raw.GetBits(0, y);
-        png_bytep out = &rgb[static_cast<size_t>(y) * width * 3];
-        rows[static_cast<size_t>(y)] = out;
+        uint8_t* out = &rgb[static_cast<size_t>(y) * width * 3];
         for (int x = 0; x < width; ++x, in += 4, out += 3) {
             out[0] = in[2];
             out[1] = in[1];
             out[2] = in[0];
         }
     }
-    return WriteRows(path, width, height, PNG_COLOR_TYPE_RGB, rows, small ? Z_BEST_COMPRESSION : 3, error);
+    return rgb;
 }
 
-bool WriteRgbaPng(const std::vector<uint8_t>& rgba, int width, int height, const std::string& path,
-                  std::string& error) {
+bool WritePng(const std::vector<uint8_t>& pixels, int width, int height, int channels,
+              const std::string& path, bool small, std::string& error) {
+    if (width < 1 || height < 1 || (channels != 3 && channels != 4) ||
+        pixels.size() != static_cast<size_t>(width) * height * channels) {
+        error = path + ": nothing to write";
+        return false;
+    }
     std::vector<png_bytep> rows(static_cast<size_t>(height));
     for (int y = 0; y < height; ++y) {
-        rows[static_cast<size_t>(y)] = const_cast<png_bytep>(&rgba[static_cast<size_t>(y) * width * 4]);
+        rows[static_cast<size_t>(y)] =
+            const_cast<png_bytep>(&pixels[static_cast<size_t>(y) * width * channels]);
     }
-    return WriteRows(path, width, height, PNG_COLOR_TYPE_RGBA, rows, Z_BEST_COMPRESSION, error);
+    return WriteRows(path, width, height, channels == 3 ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_RGBA, rows,
+                     small ? Z_BEST_COMPRESSION : 3, error);
 }
 
 }  // namespace gallery

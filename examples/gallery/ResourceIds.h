@@ -32,7 +32,8 @@ enum Mark { kMarkCheck, kMarkDash, kMarkCount };
 enum Arrow { kArrowDown, kArrowUp, kArrowLeft, kArrowRight, kArrowCount };
 enum RadioLayer { kRadioDisc, kRadioRing, kRadioDot, kRadioLayerCount };
 
-// Fonts by role; the font ID is the role's number, and the record's own name must be the role's
+// Fonts by role; the font ID is the role's number (for double-byte languages, plus 4 times the
+// position of the magnification in kMagnifications), and the record's own name must be the role's
 // name, which tells a damaged record (read as font 0 instead) from a good one.
 enum class FontRole { Label, Small, Bold, Title };
 constexpr int kFontRoleCount = 4;

@@ -6,6 +6,7 @@
 #include "ulogui/Magnify.h"
 #include "ulogui/ResourceFileDiscover.h"
 #include "ulolib/Directory.h"
+#include "ulolib/Xml.h"
 
 namespace gallery {
 
@@ -141,6 +142,16 @@ void CheckPictures(const ULOPath& urb) {
     }
 }
 
+// Fonts of double-byte languages take their height unmagnified from the record's heightExt, so their
+// files hold a record per role and magnification.
+unsigned FontId(FontRole role, int language, float m) {
+    unsigned id = static_cast<unsigned>(role);
+    for (unsigned k = 0; ULOFont::NeedsUnicodeExtras(language) && k < std::size(kMagnifications); ++k) {
+        id += kMagnifications[k] == m ? kFontRoleCount * k : 0;
+    }
+    return id;
+}
+
 // Opens the language's font resource file, checks its fonts and makes them at every magnification.
 void MakeFonts(LanguageResources& language, const std::vector<float>& magnifications) {
     const ulo::ErrorCode error = ULOFont::SetFontResourceFile(language.urf);
@@ -151,10 +162,11 @@ void MakeFonts(LanguageResources& language, const std::vector<float>& magnificat
     for (const float m : magnifications) {
         FontSet fonts;
         for (int role = 0; role < kFontRoleCount; ++role) {
-            fonts[role].reset(new ULOFont(static_cast<unsigned>(role), language.id, m));
+            const unsigned id = FontId(static_cast<FontRole>(role), language.id, m);
+            fonts[role].reset(new ULOFont(id, language.id, m));
             const ULOFont& font = *fonts[role];
             if (!font.IsValid() || font.GetName() != kFontRoleNames[role]) {
-                throw GalleryError(Narrow(language.urf) + ": font " + std::to_string(role) + " (" +
+                throw GalleryError(Narrow(language.urf) + ": font " + std::to_string(id) + " (" +
                                    ULOString(kFontRoleNames[role]).ToUtf8() + ") is missing or damaged");
             }
             if (!font.IsNonANSIFontOK()) {
@@ -219,8 +231,16 @@ GalleryResources LoadResources(const ULOPath& directory, const std::vector<std::
     if (!found.is_directory()) {
         throw GalleryError(Narrow(found) + ": the resource directory is missing");
     }
-    if (!(found / L"languages.xml").exists()) {
-        throw GalleryError(Narrow(found / L"languages.xml") + ": missing");
+    // The language manager quietly falls back to its built-in list; the gallery wants its own.
+    TiXmlDocument xml;
+    const ULOPath languagesXml = found / L"languages.xml";
+    if (!languagesXml.exists()) {
+        throw GalleryError(Narrow(languagesXml) + ": missing");
+    }
+    if (!ULOOpenXml(xml, languagesXml) || xml.RootElement() == nullptr ||
+        std::string(xml.RootElement()->Value()) != "languages" ||
+        xml.RootElement()->FirstChildElement("language") == nullptr) {
+        throw GalleryError(Narrow(languagesXml) + ": not a list of languages");
     }
     out.directory = ulo::gui::ResourceFileDiscover::InitResourceDir(L"ulogallery", finder);
     LanguageManager& manager = LanguageManager::Instance();

@@ -65,6 +65,7 @@ void PaintTabs(Painter& p, const ULORect& r) {
     p.dc.FillRectHorizontalGradation(&page, &page, CLR_GRADATION_TAB_LEFT, CLR_GRADATION_TAB_RIGHT, 0.0f,
                                      0.0f);
     p.dc.DrawRectAlpha(page, kBlack, 0.6f);
+    p.NoteTextLayout(ULORect(r.left, r.top, r.right, tabBottom + 1));
     // The active tab is a row taller and covers the page's top edge beneath it.
     int x = r.left;
     for (int i = 0; i < 3; ++i) {

@@ -32,6 +32,7 @@ void PaintGroupBox(Painter& p, const ULORect& sheet, const ULORect& r) {
     // The caption interrupts the frame: the ground's own gradation is painted again beneath it.
     const ULORect gap(r.left + 6, r.top, std::min(r.left + 6 + captionWidth, r.right - 6),
                       r.top + height + 1);
+    p.NoteTextLayout(ULORect(gap.left, gap.top, r.right - 6, gap.bottom));
     p.dc.FillRectTopLeftToBottomRightGradation(&sheet, &gap, CLR_GRADATION_TOP_LEFT,
                                                CLR_GRADATION_BOTTOM_RIGHT, 0.0f, 0.0f);
     p.Label(FontRole::Bold, ULORect(gap.left + 4, gap.top, gap.right, gap.bottom), caption, CLR_LABEL_TEXT);
@@ -46,6 +47,7 @@ void PaintTooltip(Painter& p, const ULORect& sheet, ULOPoint at) {
     const int width =
         std::min(static_cast<int>(p.TextWidth(FontRole::Small, text)) + 30, sheet.right - 16 - at.x);
     const ULORect tip(at.x, at.y, at.x + width, at.y + 22);
+    p.NoteTextLayout(ULORect(tip.left, tip.top, sheet.right - 8, tip.bottom + 6));
     p.dc.FillRect(&tip, CLR(255, 250, 215), 0);
     p.dc.DrawRect(tip, CLR(80, 80, 70));
     // The shadow's size is in device pixels.

@@ -16,6 +16,11 @@ const std::vector<Sheet>& Sheets() {
     return sheets;
 }
 
+std::string SheetFileName(const Sheet& sheet, const LanguageResources& language, float magnification) {
+    return std::string(sheet.name) + "-" + language.code.ToUtf8() + "-" +
+           std::to_string(static_cast<int>(magnification * 100.0f + 0.5f)) + ".png";
+}
+
 std::unique_ptr<ULOTrueColorDCBase> RenderSheet(const Sheet& sheet, const Look& look,
                                                 std::vector<ULORect>* textRegions) {
     magnify::GetMagnifier() = look.magnifier;

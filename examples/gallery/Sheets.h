@@ -2,6 +2,7 @@
 // The sheets of the gallery and the rendering of one sheet into a surface of its own, apart from any
 // output, so that a window can show what a file would hold.
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "Painter.h"
@@ -17,6 +18,9 @@ struct Sheet {
 };
 
 const std::vector<Sheet>& Sheets();
+
+// The PNG file name of a sheet in a language at a magnification: buttons-fr-125.png.
+std::string SheetFileName(const Sheet& sheet, const LanguageResources& language, float magnification);
 
 // The sheet painted with the look, on a magnified surface of the sheet's logical size (so its buffer
 // holds the device pixels of the look's magnification, which this sets as the calling thread's).

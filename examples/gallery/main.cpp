@@ -31,10 +31,6 @@ double CpuSeconds() {
     return Seconds(CLOCK_PROCESS_CPUTIME_ID);
 }
 
-std::string MagnificationTag(float m) {
-    return std::to_string(static_cast<int>(m * 100.0f + 0.5f));
-}
-
 struct SheetTime {
     std::string what;
     double seconds;
@@ -65,8 +61,8 @@ int Run(const Options& options) {
         for (const Sheet& sheet : sheets) {
             for (size_t m = 0; m < resources.magnifications.size(); ++m) {
                 const float magnification = resources.magnifications[m];
-                const std::string what = std::string(sheet.name) + " " + language.code.ToUtf8() + " " +
-                                         MagnificationTag(magnification);
+                const std::string file = SheetFileName(sheet, language, magnification);
+                const std::string what = file.substr(0, file.size() - 4);
                 if (tty) {
                     std::fprintf(stderr, "\r[%3zu/%zu] %-24s", images.size() + 1, total, what.c_str());
                 }
@@ -76,8 +72,6 @@ int Run(const Options& options) {
                 renderSeconds += took;
                 times.push_back({what, took});
 
-                const std::string file = std::string(sheet.name) + "-" + language.code.ToUtf8() + "-" +
-                                         MagnificationTag(magnification) + ".png";
                 std::string error;
                 const double pngBefore = CpuSeconds();
                 if (!WriteSurfacePng(*surface, (output / file).string(), false, error)) {

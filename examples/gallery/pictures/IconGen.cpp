@@ -133,7 +133,7 @@ public:
             rgba[i + 3] = static_cast<uint8_t>(std::lround(a * 255.0f));
         }
         std::string error;
-        if (!gallery::WriteRgbaPng(rgba, width_, height_, path, error)) {
+        if (!gallery::WritePng(rgba, width_, height_, 4, path, true, error)) {
             std::fprintf(stderr, "gallery_icongen: %s\n", error.c_str());
             return false;
         }
