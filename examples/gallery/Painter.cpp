@@ -1,5 +1,6 @@
 #include "Painter.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "ulogui/Magnify.h"
@@ -55,34 +56,30 @@ void Painter::DrawText(const TextRun& run) {
                     std::min(run.clip.right, run.rect.right), std::min(run.clip.bottom, run.rect.bottom));
     }
     NoteTextLayout(region);
-    // Until text output lands: a bar as wide as each line, where the line will be.
-    const ULOFont& font = Font(run.font);
-    const int lineHeight = LineHeight(run.font);
-    CLR colour = run.colour;
-    const int width = run.rect.right - run.rect.left;
-    if (run.markOverflow && font.GetMaxWordOffset(width, run.text, 0.0f) != 0) {
-        colour = CLR(255, 0, 0);
-    }
-    ULOString rest = run.text;
-    for (int top = run.rect.top; !rest.empty() && top + lineHeight <= run.rect.bottom; top += lineHeight) {
-        const int n = run.kind == TextRun::kWrapped ? font.GetMaxWordOffset(width, rest, 0.0f) : 0;
-        const ULOString line = n == 0 ? rest : rest.Left(n);
-        rest = n == 0 ? ULOString() : rest.Mid(n);
-        while (!rest.empty() && (rest[0] == L' ' || rest[0] == L'\n')) {
-            rest.erase(0, 1);
-        }
-        const int w = std::min(width, static_cast<int>(std::ceil(font.GetStringRealWidth(line, 0.0f))));
-        const int left = (run.flags & kTextRight)    ? run.rect.right - w
-                         : (run.flags & kTextCentre) ? run.rect.left + (width - w) / 2
-                                                     : run.rect.left;
-        const int y = run.kind == TextRun::kWrapped ? top : run.rect.bottom - lineHeight;
-        ULORect bar(left, y + lineHeight / 3, left + w, y + lineHeight - lineHeight / 4);
-        if (run.kind == TextRun::kClipped) {
-            bar.top = std::max(bar.top, run.clip.top);
-            bar.bottom = std::min(bar.bottom, run.clip.bottom);
-        }
-        dc.FillRectAlpha(&bar, colour, 0.6f);
-        if (run.kind != TextRun::kWrapped) {
+    const boost::shared_ptr<ULOFont>& font = FontPtr(run.font);
+    const CLR back = CLR_EDIT_BACK;
+    switch (run.kind) {
+        case TextRun::kLine:
+            dc.TextOutW(font, &run.rect, run.text.c_str(), run.flags, run.colour, 1.0f, 0, back);
+            break;
+        case TextRun::kClipped:
+            dc.TextOutClipped(font, &run.rect, &run.clip, run.text.c_str(), run.flags, run.colour, 1.0f, 0,
+                              back);
+            break;
+        case TextRun::kWrapped: {
+            // Wrapped lines step by the font's height, which is in device pixels: the rectangle is
+            // given in device pixels too, with the guard raised, so that lines and box agree at every
+            // magnification.
+            ULORect device = run.rect;
+            magnify::DoMagnify(device, dc.IsMagnified());
+            const bool guard = dc.GetWorkingOnScreenSize();
+            dc.SetWorkingOnScreenSize(true);
+            // The switch is the host's; it is on only for the labels that show it.
+            const bool was = ulogui::HighlightOverflowingTexts();
+            ulogui::SetHighlightOverflowingTexts(run.markOverflow);
+            dc.MultiLineTextOut(font, &device, run.text.c_str(), run.flags, run.colour, 1.0f, 0, back);
+            ulogui::SetHighlightOverflowingTexts(was);
+            dc.SetWorkingOnScreenSize(guard);
             break;
         }
     }

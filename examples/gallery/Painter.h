@@ -32,7 +32,7 @@ struct TextRun {
     ULOString text;
     int flags = 0;
     CLR colour{255, 255, 255};
-    bool markOverflow = false;  // draw with the overflow highlight switched on
+    bool markOverflow = false;  // kWrapped: drawn with the overflow highlight switched on
 };
 
 class Painter {
@@ -45,7 +45,10 @@ public:
     ULOTrueColorDCBase& dc;
 
     ULOString Text(const char* key) const { return look_.language->texts.Get(key); }
-    const ULOFont& Font(FontRole role) const { return *(*look_.fonts)[static_cast<int>(role)]; }
+    const boost::shared_ptr<ULOFont>& FontPtr(FontRole role) const {
+        return (*look_.fonts)[static_cast<int>(role)];
+    }
+    const ULOFont& Font(FontRole role) const { return *FontPtr(role); }
     const PictureSet& Pictures() const { return *look_.pictures; }
     float Magnifier() const { return look_.magnifier; }
     // Logical width of one line of text.

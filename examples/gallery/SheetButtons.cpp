@@ -16,21 +16,21 @@ void PaintButtonsSheet(Painter& p, const ULORect& sheet) {
         PaintCaption(p, ULORect(x, 96, x + 92, 112), p.Text(captions[i]));
     }
 
-    PaintHeading(p, ULORect(12, 120, 324, 140), p.Text("check.heading"));
-    PaintHeading(p, ULORect(336, 120, right, 140), p.Text("radio.heading"));
+    PaintHeading(p, ULORect(12, 120, 340, 140), p.Text("check.heading"));
+    PaintHeading(p, ULORect(352, 120, right, 140), p.Text("radio.heading"));
     const char* const checkLabels[] = {"check.unchecked", "check.checked", "check.mixed"};
     const Check checks[] = {Check::kOff, Check::kOn, Check::kMixed};
     for (int row = 0; row < 4; ++row) {
         const int y = 146 + row * 24;
-        PaintCaption(p, ULORect(12, y, 80, y + 22), p.Text(captions[row]), 0);
+        PaintCaption(p, ULORect(12, y, 74, y + 22), p.Text(captions[row]), 0);
         for (int column = 0; column < 3; ++column) {
-            const int x = 84 + column * 80;
-            PaintCheckBox(p, ULORect(x, y, x + 78, y + 22), p.Text(checkLabels[column]), checks[column],
+            const int x = 76 + column * 88;
+            PaintCheckBox(p, ULORect(x, y, x + 86, y + 22), p.Text(checkLabels[column]), checks[column],
                           states[row]);
         }
         for (int column = 0; column < 2; ++column) {
-            const int x = 336 + column * 88;
-            PaintRadioButton(p, ULORect(x, y, x + 86, y + 22), p.Text(column ? "radio.on" : "radio.off"),
+            const int x = 352 + column * 90;
+            PaintRadioButton(p, ULORect(x, y, x + 88, y + 22), p.Text(column ? "radio.on" : "radio.off"),
                              column == 1, states[row]);
         }
     }

@@ -85,7 +85,8 @@ void PaintTextSheet(Painter& p, const ULORect& sheet) {
     // The same kind of text in a box too small for it: with the switch on, the line after which text
     // is left over turns red.
     run.text = p.Text("label.overflow");
-    run.rect = ULORect(270, 74 + 4 * line, 508, 74 + 6 * line);
+    // Two lines and a little: the second is the last that fits, so it is the one drawn red.
+    run.rect = ULORect(270, 74 + 4 * line, 508, 78 + 6 * line);
     run.markOverflow = true;
     p.dc.DrawRectAlpha(ULORect(run.rect.left - 2, run.rect.top - 1, run.rect.right + 2, run.rect.bottom + 1),
                        CLR(255, 255, 255), 0.2f);

@@ -7,7 +7,7 @@ namespace gallery {
 
 const std::vector<Sheet>& Sheets() {
     static const std::vector<Sheet> sheets = {
-        {"buttons", "sheet.buttons", 520, 250, PaintButtonsSheet},
+        {"buttons", "sheet.buttons", 544, 250, PaintButtonsSheet},
         {"text", "sheet.text", 520, 262, PaintTextSheet},
         {"lists", "sheet.lists", 520, 300, PaintListsSheet},
         {"indicators", "sheet.indicators", 520, 330, PaintIndicatorsSheet},
