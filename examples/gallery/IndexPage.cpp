@@ -45,7 +45,9 @@ bool WriteIndexPage(const std::string& path, const std::vector<IndexImage>& imag
            "<style>body{font-family:sans-serif;background:#2b2b2b;color:#eee;margin:16px}"
            "table{border-collapse:collapse}td,th{padding:6px;vertical-align:top;text-align:left}"
            "figure{margin:0}figcaption{font-size:12px;color:#bbb;margin-top:4px}</style></head><body>\n"
-           "<h1>UloDrawLib control gallery</h1>\n";
+           "<h1>UloDrawLib control gallery</h1>\n"
+           "<p>Every sheet in every language and at every magnification, shown at its logical size; "
+           "click a picture to see its pixels.</p>\n";
     std::string language;
     std::string sheet;
     for (const IndexImage& image : images) {
@@ -62,8 +64,12 @@ bool WriteIndexPage(const std::string& path, const std::vector<IndexImage>& imag
             out << "</tr>\n<tr><th>" << Escape(image.sheet) << "</th>";
             sheet = image.sheet;
         }
+        // Shown at the sheet's logical size, so that the grid's columns line up (on a display of the
+        // same magnification that is pixel for pixel); the link opens the picture itself.
+        const int width = static_cast<int>(image.width / image.magnification + 0.5f);
+        const int height = static_cast<int>(image.height / image.magnification + 0.5f);
         out << "<td><figure><a href=\"" << Escape(image.file) << "\"><img src=\"" << Escape(image.file)
-            << "\" width=\"" << image.width << "\" height=\"" << image.height << "\" loading=\"lazy\" alt=\""
+            << "\" width=\"" << width << "\" height=\"" << height << "\" loading=\"lazy\" alt=\""
             << Escape(image.title) << "\"></a><figcaption>" << Escape(image.title) << " \xE2\x80\x94 "
             << Escape(image.language) << ", " << Times(image.magnification) << "</figcaption></figure></td>";
     }
