@@ -18,7 +18,31 @@ struct FileCloser {
     void operator()(FILE* f) const { std::fclose(f); }
 };
 
-// The classic interface, for the compression level the simplified one does not offer.
+// The classic interface, for the compression level the simplified one does not offer. libpng reports
+// errors by longjmp, so this function holds no C++ object that a jump could skip.
+bool EncodeRows(FILE* file, png_uint_32 width, png_uint_32 height, int colourType, png_bytepp rows,
+                int level) {
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png ? png_create_info_struct(png) : nullptr;
+    if (info == nullptr) {
+        png_destroy_write_struct(&png, nullptr);
+        return false;
+    }
+    if (setjmp(png_jmpbuf(png))) {
+        png_destroy_write_struct(&png, &info);
+        return false;
+    }
+    png_init_io(png, file);
+    png_set_compression_level(png, level);
+    png_set_IHDR(png, info, width, height, 8, colourType, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
+                 PNG_FILTER_TYPE_DEFAULT);
+    png_write_info(png, info);
+    png_write_image(png, rows);
+    png_write_end(png, info);
+    png_destroy_write_struct(&png, &info);
+    return true;
+}
+
 bool WriteRows(const std::string& path, int width, int height, int colourType,
                const std::vector<png_bytep>& rows, int level, std::string& error) {
     std::unique_ptr<FILE, FileCloser> file(std::fopen(path.c_str(), "wb"));
@@ -26,28 +50,10 @@ bool WriteRows(const std::string& path, int width, int height, int colourType,
         error = path + ": cannot create the file";
         return false;
     }
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-    png_infop info = png ? png_create_info_struct(png) : nullptr;
-    if (info == nullptr) {
-        png_destroy_write_struct(&png, nullptr);
-        error = path + ": out of memory";
-        return false;
-    }
-    if (setjmp(png_jmpbuf(png))) {
-        png_destroy_write_struct(&png, &info);
+    if (!EncodeRows(file.get(), static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), colourType,
+                    const_cast<png_bytepp>(rows.data()), level) ||
+        std::fflush(file.get()) != 0) {
         error = path + ": cannot write the PNG file";
-        return false;
-    }
-    png_init_io(png, file.get());
-    png_set_compression_level(png, level);
-    png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8, colourType,
-                 PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    png_write_info(png, info);
-    png_write_image(png, const_cast<png_bytepp>(rows.data()));
-    png_write_end(png, info);
-    png_destroy_write_struct(&png, &info);
-    if (std::fflush(file.get()) != 0) {
-        error = path + ": cannot write the file";
         return false;
     }
     return true;
