@@ -11,6 +11,7 @@ using namespace measuretest;
 TEST(TabStops, GetTabWidthUsesDeviceOrLogicalIntervals) {
     auto one = KnownFont(1.0f);
     EXPECT_EQ(52.0f, one->GetTabWidth(48.0f, true));
+    EXPECT_EQ(5.0f, one->GetTabWidth(45.0f, true));  // exactly a space left: this stop
     EXPECT_EQ(6.0f, one->GetTabWidth(44.0f, false));
     EXPECT_EQ(50.0f, one->GetTabWidth(100.0f, false));
     auto two = KnownFont(2.0f);
@@ -56,7 +57,8 @@ TEST(TextHeights, AZeroLabelWidthCountsALinePerPiece) {
 TEST(WildInputs, ConversionsSaturateInsteadOfOverflowing) {
     auto font = KnownFont(0.0f);  // every width divides by zero
     EXPECT_EQ(std::numeric_limits<int>::max(), font->GetStringWidth(L"a", 0.0f));
-    EXPECT_EQ(0, font->GetStringWidth(L"\t", 0.0f));  // NaN
+    EXPECT_EQ(0, font->GetStringWidth(L"\t", 0.0f));                  // NaN
+    EXPECT_EQ(0.0f, font->GetStringRealWidthMultiLine(L"\n", 0.0f));  // empty lines are 0, not 0 / 0
     EXPECT_EQ(std::numeric_limits<int>::min(), font->ComputeTextLabelHeight(L"a", -1));
     ULOString out;
     EXPECT_TRUE(font->TruncateString(L"abc", out, 10, L"..."));
