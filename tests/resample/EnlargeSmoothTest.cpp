@@ -115,6 +115,14 @@ TEST_F(EnlargeSmoothTest, TargetRectangleGivesTheSizeButNotThePosition) {
     EXPECT_EQ(Pixels(target), std::vector<std::uint8_t>(25, 77));
 }
 
+// Tap weights round to the nearest unit of 1 / 16384 (the sweeps cannot tell: their references read the
+// same tables): a bilinear pair at p = 0.55 gives its first pixel 0.45 * 16384 = 7372.8, an area window
+// of 1.1 cells its first cell 16384 / 1.1 = 14894.5.
+TEST_F(EnlargeSmoothTest, TapWeightsRoundToTheNearestUnit) {
+    EXPECT_EQ(smooth::BilinearTaps(3, 10, 0.3f, 0).weight[6], 7373);
+    EXPECT_EQ(smooth::AreaTaps(11, 10, 1.1f, 0).weight[0], 14895);
+}
+
 struct Scenario {
     int flags;
     int w, h, dw, dh;
