@@ -18,7 +18,7 @@ using namespace resample_test;
 namespace smooth = ulogui::resample::smooth;
 namespace base = ulogui::base;
 
-// Restores the instruction-set level and thread choices a test changed.
+// Restores the instruction-set level a test forced.
 class EnlargeSmoothTest : public ::testing::Test {
 protected:
     void TearDown() override { base::ForceIsa(base::BestIsa()); }
