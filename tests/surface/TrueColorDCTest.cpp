@@ -17,6 +17,11 @@ namespace {
 using namespace surfacetest;
 using Access = ULOTrueColorDCBaseTestAccess;
 
+// Hosts name the copy types through the surface; their values are part of the interface.
+static_assert(ULOTrueColorDCBase::eCopyNormal == 0 && ULOTrueColorDCBase::eCopyHighlight == 1 &&
+                  ULOTrueColorDCBase::eCopyDisabled == 2 && ULOTrueColorDCBase::eCopyDarken == 3,
+              "copy type values are fixed");
+
 using SurfaceTest = MagnifierTest;
 
 TEST_F(SurfaceTest, ConstructionSizesClearsAndFlagsTheBuffer) {
