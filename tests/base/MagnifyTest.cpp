@@ -65,6 +65,8 @@ TEST_F(MagnifyTest, FloatsAreScaledWithoutRoundingAndUndoDivides) {
     EXPECT_EQ(f3, 0.5f);
     magnify::UndoMagnify(g, true);
     EXPECT_EQ(g, 5.0f / 1.5f);  // the correctly rounded quotient, one ulp from 5 * (1 / 1.5f)
+    magnify::UndoMagnify(g, g, false);
+    EXPECT_EQ(g, 5.0f / 1.5f);
     double d = 0.1;
     magnify::DoMagnify(d, true);
     EXPECT_EQ(d, 0.1 * 1.5);
@@ -76,6 +78,8 @@ TEST_F(MagnifyTest, FloatsAreScaledWithoutRoundingAndUndoDivides) {
 TEST_F(MagnifyTest, RectangleScalesOriginAndSizeSeparately) {
     Use(1.5f);
     ULORect r(1, 1, 4, 4), other(0, 0, 3, 3), negative(-3, -1, 0, 2);
+    magnify::DoMagnify(r, false);
+    EXPECT_EQ(r, ULORect(1, 1, 4, 4));
     magnify::DoMagnify(r, true);
     EXPECT_EQ(r, ULORect(2, 2, 7, 7));  // origin 1.5 -> 2, size 4.5 -> 5; edges directly would give 6
     magnify::DoMagnify(other, true);
@@ -93,16 +97,6 @@ TEST_F(MagnifyTest, RectangleScalesOriginAndSizeSeparately) {
     magnify::DoMagnify(wide, true);
     EXPECT_EQ(wide.left, INT_MIN);
     EXPECT_EQ(wide.right, INT_MIN + INT_MAX);  // the saturated origin plus the saturated size
-}
-
-TEST_F(MagnifyTest, ApplyFalseChangesNothing) {
-    Use(2.0f);
-    ULORect r(1, 2, 3, 4);
-    float f = 1.0f;
-    magnify::DoMagnify(r, false);
-    magnify::UndoMagnify(f, f, false);
-    EXPECT_EQ(r, ULORect(1, 2, 3, 4));
-    EXPECT_EQ(f, 1.0f);
 }
 
 TEST(MagnifySettingsTest, DefaultsAndTheRetinaFlag) {

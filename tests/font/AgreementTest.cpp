@@ -19,7 +19,7 @@ uint32_t Bits(float v) {
     return bits;
 }
 
-const wchar_t kAlphabet[] = L"aaaaimW     --\t\t\r\n/.\u65E5\u3001\u3010\uFF01\u0100";
+const wchar_t kAlphabet[] = L"aaaaimW     --\t\t\r\n/.\u65E5\u3000\u3001\u300F\u3010\uFF01\u0100";
 
 class Texts {
 public:

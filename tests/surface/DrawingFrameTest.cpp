@@ -152,9 +152,7 @@ TEST_F(DrawingFrameTest, FillRectClipsAndDrawPixelClampsOrFillsItsBlock) {
         SCOPED_TRACE(::testing::Message() << "case " << (&c - cases));
         SetMagnifier(c.magnifier);
         ULOTrueColorDCBase dc(ULORect(0, 0, 6, 6), true, c.magnified);
-        dc.SetWorkingOnScreenSize(true);
-        const ULORect all = dc.GetRect(true);
-        dc.FillRect(&all, CLR(0, 0, 0), 200);
+        FillAll(dc, CLR(0, 0, 0), 200);
         dc.SetWorkingOnScreenSize(c.guard);
         if (c.pixel) {
             dc.DrawPixel(ULOPoint(c.rect.left, c.rect.top), kInk);

@@ -36,15 +36,9 @@ TEST_F(PictureTest, EachRouteAndWrapperGivesItsHandComputedPixel) {
         {PICTBITS_ALPHA, false, 1.0f, 0, {200, 200, 200, 128}, grey, {149, 149, 149, 9}},          // W1
         {PICTBITS_ALPHA, false, 1.0f, 0, {255, 255, 255, 0}, dst, {254, 254, 254, 4}},
         {PICTBITS_ALPHA, false, 1.0f, 0, {255, 255, 255, 255}, dst, dst},
-        {PICTBITS_ALPHA, false, 0.5f, 0, {200, 200, 200, 0}, grey, {148, 148, 148, 9}},  // W2
-        {0, false, 0.5f, 0, {200, 200, 200, 0}, grey, {149, 149, 149, 9}},               // W3
-        {PICTBITS_ALPHA,
-         true,
-         1.0f,
-         0,
-         {200, 200, 200, 100},
-         {100, 100, 100, 100},
-         {171, 171, 171, 39}},  // W4
+        {PICTBITS_ALPHA, false, 0.5f, 0, {200, 200, 200, 0}, grey, {148, 148, 148, 9}},                 // W2
+        {0, false, 0.5f, 0, {200, 200, 200, 0}, grey, {149, 149, 149, 9}},                              // W3
+        {PICTBITS_ALPHA, true, 1, 0, {200, 200, 200, 100}, {100, 100, 100, 100}, {171, 171, 171, 39}},  // W4
         {PICTBITS_ALPHA, true, 0.5f, 0, {200, 200, 200, 0}, {1, 2, 3, 255}, {200, 200, 200, 129}},
         {0x2 | PICTBITS_ALPHA, false, 1.0f, 9, {10, 20, 30, 77}, dst, {10, 20, 30, 77}},  // full copy
         {0x2, true, 0.5f, 0, {10, 20, 30, 77}, dst, {5, 10, 16, 40}},

@@ -38,16 +38,6 @@ inline void Paint(ULOTrueColorDCBase& dc, const PixelOf& pixel) {
     }
 }
 
-inline std::vector<Pixel> Pixels(const ULOTrueColorDCBase& dc) {
-    std::vector<Pixel> pixels;
-    for (int y = 0; y < dc.GetHeight(true); ++y) {
-        for (int x = 0; x < dc.GetWidth(true); ++x) {
-            pixels.push_back(PixelAt(dc, x, y));
-        }
-    }
-    return pixels;
-}
-
 // Expects device pixel (area.left + x, area.top + y) to be inside(x, y), and every pixel outside the area
 // `outside`.
 inline void ExpectPicture(const ULOTrueColorDCBase& dc, const ULORect& area, const PixelOf& inside,

@@ -43,8 +43,7 @@ TEST_F(ShadowTest, BandsFadeWithDistanceAndStopAtClipAndSurfaceEdges) {
     // clang-format on
     for (const Case& c : cases) {
         ULOTrueColorDCBase dc(ULORect(0, 0, 8, 8), false, false);
-        const ULORect all(0, 0, 8, 8);
-        dc.FillRect(&all, CLR(255, 255, 255), 7);
+        FillAll(dc, CLR(255, 255, 255), 7);
         dc.DrawShadow(&c.rect, c.clip, c.size, 1.0f);
         for (int i = 8; i < 64; ++i) {
             const unsigned char v = kShade.at(c.rows[i - 8]);
@@ -65,8 +64,7 @@ TEST_F(ShadowTest, WildSizesStrengthsRectanglesAndClipsStayInsideTheBuffer) {
             for (int size : {0, -3, 1, INT_MAX, INT_MIN}) {
                 for (float strength : {std::nanf(""), -1.0f, 2.0f, INFINITY}) {
                     ULOTrueColorDCBase dc(ULORect(0, 0, 8, 8), false, false);
-                    const ULORect all(0, 0, 8, 8);
-                    dc.FillRect(&all, CLR(255, 255, 255), 7);
+                    FillAll(dc, CLR(255, 255, 255), 7);
                     dc.DrawShadow(&rect, clip, size, strength);
                     if (size <= 0) {
                         ExpectOnly(dc, ULORect(), kClear, Pixel{255, 255, 255, 7});

@@ -40,6 +40,28 @@ inline Pixel Bgra(const CLR& c, unsigned char alpha) {
     return Pixel{c.blue, c.green, c.red, alpha};
 }
 
+// Every device pixel, top row first; every byte of the buffer.
+inline std::vector<Pixel> Pixels(const ULOTrueColorDCBase& dc) {
+    std::vector<Pixel> out;
+    for (int i = 0; i < dc.GetWidth(true) * dc.GetHeight(true); ++i) {
+        out.push_back(PixelAt(dc, i % dc.GetWidth(true), i / dc.GetWidth(true)));
+    }
+    return out;
+}
+inline std::vector<unsigned char> Bytes(const ULOTrueColorDCBase& dc) {
+    return std::vector<unsigned char>(dc.GetBits(),
+                                      dc.GetBits() + dc.GetLineWidth(true) * dc.GetHeight(true));
+}
+
+// Every device pixel set to one colour.
+inline void FillAll(ULOTrueColorDCBase& dc, const CLR& colour, unsigned char alpha) {
+    const bool guard = dc.GetWorkingOnScreenSize();
+    const ULORect all = dc.GetRect(true);
+    dc.SetWorkingOnScreenSize(true);
+    dc.FillRect(&all, colour, alpha);
+    dc.SetWorkingOnScreenSize(guard);
+}
+
 // Expects exactly the device pixels inside `area` to be `inside`, all others `outside`.
 inline void ExpectOnly(const ULOTrueColorDCBase& dc, const ULORect& area, const Pixel& inside,
                        const Pixel& outside = kClear) {

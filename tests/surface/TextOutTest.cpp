@@ -30,24 +30,12 @@ FontPtr Font(const wchar_t* face, int height, bool italic = false, bool underlin
                                        false);
 }
 
-// Every pixel of the buffer, top row first.
-std::vector<Pixel> Pixels(const ULOTrueColorDCBase& dc) {
-    std::vector<Pixel> out;
-    for (int i = 0; i < dc.GetWidth(true) * dc.GetHeight(true); ++i) {
-        out.push_back(PixelAt(dc, i % dc.GetWidth(true), i / dc.GetWidth(true)));
-    }
-    return out;
-}
-
 // A surface filled with one pixel.
 struct Surface : ULOTrueColorDCBase {
     Surface(int w, int h, const CLR& c = kWhite, unsigned char alpha = 0, bool withAlpha = false,
             bool magnified = false)
         : ULOTrueColorDCBase(ULORect(0, 0, w, h), withAlpha, magnified) {
-        const ULORect all = GetRect(true);
-        SetWorkingOnScreenSize(true);
-        FillRect(&all, c, alpha);
-        SetWorkingOnScreenSize(false);
+        FillAll(*this, c, alpha);
         blank = Pixels(*this);
     }
     // The box around the pixels that changed (empty when none), and how many pixels equal p.
@@ -73,7 +61,7 @@ class TextOutTest : public MagnifierTest {
 protected:
     void SetUp() override {
         MagnifierTest::SetUp();
-        ulogui::SetHighlightOverflowingTexts(false);
+        REQUIRE_LATIN_FONTS();
     }
     void TearDown() override {
         ulogui::SetHighlightOverflowingTexts(false);
@@ -83,7 +71,6 @@ protected:
 };
 
 TEST_F(TextOutTest, BandAlignmentAndResult) {
-    REQUIRE_LATIN_FONTS();
     const FontPtr font = Font(L"DejaVu Sans", 15);
     const int w = static_cast<int>(std::ceil(font->GetStringRealWidth(L"Hello", 0)));
     // Left-aligned on (10, 5, 110, 35): the image every case is a shift of, in the band's 15 rows.
@@ -118,7 +105,6 @@ TEST_F(TextOutTest, BandAlignmentAndResult) {
 }
 
 TEST_F(TextOutTest, MnemonicOpaqueBoxAndRed) {
-    REQUIRE_LATIN_FONTS();
     const FontPtr font = Font(L"Liberation Sans", 17);  // 15 pixels per em: no grey
     const int ascent = ulogui::platform::ResolveFont(font->GetRegularFont())->GetMetrics().ascent;
     const ULORect rect(0, 0, 90, 24);  // the band: rows 7 to 23
@@ -151,7 +137,6 @@ TEST_F(TextOutTest, MnemonicOpaqueBoxAndRed) {
 }
 
 TEST_F(TextOutTest, PuttingTheBandBack) {
-    REQUIRE_LATIN_FONTS();
     // Flag 0x8 with colours whose section pixels are known: the box is exactly `box`, the glyphs (no
     // grey at 12 pixels per em) exactly `glyphs`. A twin on white with opacity 1 shows which is which.
     const FontPtr font = Font(L"Liberation Sans", 13);
@@ -195,7 +180,6 @@ TEST_F(TextOutTest, PuttingTheBandBack) {
 }
 
 TEST_F(TextOutTest, FontHeightConvertedOnlyOnUnmagnifiedSurfaces) {
-    REQUIRE_LATIN_FONTS();
     SetMagnifier(2.0f);
     // Unmagnified: a band of 30 rows (15 at m = 2), the cell at its top. Magnified: the rectangle
     // doubles, the band is the font's 15 rows at the bottom.
@@ -209,7 +193,6 @@ TEST_F(TextOutTest, FontHeightConvertedOnlyOnUnmagnifiedSurfaces) {
 }
 
 TEST_F(TextOutTest, TextOutClippedPutsBackOnlyWhatTheClipAllows) {
-    REQUIRE_LATIN_FONTS();
     const FontPtr font = Font(L"DejaVu Sans", 15);
     const ULORect rect(10, 5, 70, 25), clip(20, 0, 50, 30);
     for (const int m : {1, 2}) {
@@ -236,7 +219,6 @@ TEST_F(TextOutTest, TextOutClippedPutsBackOnlyWhatTheClipAllows) {
 }
 
 TEST_F(TextOutTest, MultiLineTextOut) {
-    REQUIRE_LATIN_FONTS();
     const FontPtr font = Font(L"Liberation Sans", 13);
     const wchar_t* text = L"one two three four five six";
     // Under two font heights: one TextOutW.
@@ -266,7 +248,6 @@ TEST_F(TextOutTest, MultiLineTextOut) {
 
 // The wrap of a window of the text is the wrap of the whole rest, wherever the window ends.
 TEST_F(TextOutTest, WrappingReadsWindowsOfLongTexts) {
-    REQUIRE_LATIN_FONTS();
     const FontPtr font = Font(L"DejaVu Sans", 15);
     std::srand(17);
     const wchar_t pieces[] = L"  \t\r\n-abcdefghij";
@@ -299,7 +280,6 @@ TEST(TextOutDeathTest, ALineOf5000CharactersEndsTheProcess) {
 }
 
 TEST_F(TextOutTest, BadInputIsSurvived) {
-    REQUIRE_LATIN_FONTS();
     const FontPtr font = Font(L"DejaVu Sans", 15), missing = Font(L"No Such Face", 15);  // a substitute draws
     const FontPtr fonts[] = {font, missing, boost::make_shared<ULOFont>(0u, 0, 1.0f),
                              Font(L"DejaVu Sans", -15, true), FontPtr()};
@@ -336,7 +316,6 @@ TEST_F(TextOutTest, BadInputIsSurvived) {
 // The same labels drawn on four threads at once, each on its own surfaces with its own magnifier,
 // against the same labels drawn on this thread.
 TEST_F(TextOutTest, ThreadsDrawWhatOneThreadDraws) {
-    REQUIRE_LATIN_FONTS();
     const FontPtr fonts[] = {Font(L"DejaVu Sans", 15), Font(L"Liberation Sans", 17, true, true)};
     auto draw = [&](int thread) {
         magnify::GetMagnifier() = 1.0f + 0.25f * float(thread);
@@ -371,7 +350,6 @@ TEST_F(TextOutTest, ThreadsDrawWhatOneThreadDraws) {
 // change of the rasteriser's anti-aliasing passes and a misplaced glyph does not. ULO_WRITE_GOLDEN=1
 // rewrites them.
 TEST_F(TextOutTest, GoldenLabels) {
-    REQUIRE_LATIN_FONTS();
     const struct {
         const char* file;
         FontPtr font;

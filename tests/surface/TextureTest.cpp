@@ -26,11 +26,6 @@ ULOPicture Picture(int w, int h, int flags, Tile tile) {
     return picture;
 }
 
-std::vector<unsigned char> Bytes(const ULOTrueColorDCBase& dc) {
-    return std::vector<unsigned char>(dc.GetBits(),
-                                      dc.GetBits() + dc.GetLineWidth(true) * dc.GetHeight(true));
-}
-
 TEST_F(TextureTest, TilesRepeatFromTheOriginAndAreMixedByTheOpacity) {
     const auto tile = [](int x, int y) {
         return Pixel{static_cast<unsigned char>(10 * (2 * y + x + 1)), 100, 200, 9};

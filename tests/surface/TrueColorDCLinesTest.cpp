@@ -53,9 +53,7 @@ void Check(const Drawing& d) {
     SCOPED_TRACE(d.what);
     magnify::GetMagnifier() = d.m;
     DC dc(ULORect(0, 0, d.w, d.h), true, d.magnified);
-    dc.SetWorkingOnScreenSize(true);
-    const ULORect all = dc.GetRect(true);
-    dc.FillRect(&all, CLR(d.background[2], d.background[1], d.background[0]), d.background[3]);
+    FillAll(dc, CLR(d.background[2], d.background[1], d.background[0]), d.background[3]);
     dc.SetWorkingOnScreenSize(d.guard);
     d.draw(dc);
     EXPECT_EQ(dc.GetWorkingOnScreenSize(), d.guard);

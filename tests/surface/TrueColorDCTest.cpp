@@ -22,18 +22,6 @@ static_assert(ULOTrueColorDCBase::eCopyNormal == 0 && ULOTrueColorDCBase::eCopyH
                   ULOTrueColorDCBase::eCopyDisabled == 2 && ULOTrueColorDCBase::eCopyDarken == 3,
               "copy type values are fixed");
 
-std::vector<unsigned char> Bytes(const ULOTrueColorDCBase& dc) {
-    const unsigned char* b = dc.GetBits();
-    return std::vector<unsigned char>(b, b + dc.GetLineWidth(true) * dc.GetHeight(true));
-}
-
-void FillAll(ULOTrueColorDCBase& dc, const CLR& colour, unsigned char alpha) {
-    const ULORect all = dc.GetRect(true);
-    dc.SetWorkingOnScreenSize(true);
-    dc.FillRect(&all, colour, alpha);
-    dc.SetWorkingOnScreenSize(false);
-}
-
 using SurfaceTest = MagnifierTest;
 
 TEST_F(SurfaceTest, ConstructionSizesClearsAndFlagsTheBuffer) {
@@ -133,19 +121,6 @@ TEST_F(SurfaceTest, AssignmentCopiesPixelsOnlyCutToTheSmallerBlockAndTheLogicalS
     magnified.SetWorkingOnScreenSize(true);
     magnified = source;
     EXPECT_EQ(Bytes(magnified), Bytes(source));
-}
-
-TEST_F(SurfaceTest, ProtectedConstructorStartsUnmagnifiedWithoutOwnership) {
-    std::vector<unsigned char> memory(4 * 3 * 2, 0);
-    {
-        BufferSurface dc(memory.data(), 3, 2, 12);
-        EXPECT_FALSE(dc.OwnBuffer() || dc.IsMagnified() || dc.GetWorkingOnScreenSize());
-        const ULORect all(0, 0, 3, 2);
-        dc.FillRect(&all, CLR(3, 3, 3), 3);
-    }
-    EXPECT_EQ(memory, std::vector<unsigned char>(memory.size(), 3));
-    BufferSurface handedOver(2, 2);  // freed by the surface, or a leak is reported
-    EXPECT_TRUE(handedOver.OwnBuffer());
 }
 
 }  // namespace

@@ -218,15 +218,15 @@ TEST(ParallelSectionFailure, ExceptionReachesTheCallerUnchangedAfterTheOtherJobs
                  std::out_of_range);
 }
 
-TEST(ParallelSectionFailure, ProgressCountsOnlyCompletedIterations) {
+// Progress counts only completed iterations; an interruptor that throws is reported like a body; an
+// exception crosses nested sections; and the pool stays usable after all of them.
+TEST(ParallelSectionFailure, ProgressInterruptorsNestingAndThePoolAfterwards) {
     PIMProgress progress;
     EXPECT_THROW(RunLoop(
                      10, 1, [](int i) { i == 3 ? throw std::logic_error("stop") : void(); }, &progress),
                  std::logic_error);
     EXPECT_EQ(progress.GetPosition(), 3);
-}
 
-TEST(ParallelSectionFailure, ThrowingInterruptorIsReportedLikeABody) {
     class BrokenInterruptor : public ULOInterruptor {
     public:
         bool IsInterrupted() const override { throw std::runtime_error("interruptor broke"); }
@@ -234,9 +234,7 @@ TEST(ParallelSectionFailure, ThrowingInterruptorIsReportedLikeABody) {
     InterruptibleProgressingLoopIter iter(100, broken, nullptr);
     ParallelSection section(iter, [](int) {});
     EXPECT_THROW(RunParallelSection(section, 3), std::runtime_error);
-}
 
-TEST(ParallelSectionFailure, NestedExceptionCrossesBothSections) {
     try {
         RunLoop(8, 3, [](int o) {
             RunLoop(100, 3,
@@ -246,9 +244,7 @@ TEST(ParallelSectionFailure, NestedExceptionCrossesBothSections) {
     } catch (const std::runtime_error& e) {
         EXPECT_STREQ(e.what(), "inner 5/42");
     }
-}
 
-TEST(ParallelSectionFailure, PoolStaysUsableAfterFailures) {
     for (int round = 0; round < 50; ++round) {
         EXPECT_THROW(RunLoop(100, 4, [](int i) { i % 7 == 3 ? throw std::runtime_error("bad") : void(); }),
                      std::runtime_error);

@@ -200,40 +200,35 @@ TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
 TEST_F(UloresTest, ManifestErrorsNameTheLinePictureAndFile) {
     WritePng(Path("a.png"), Pattern(4, 3, 1));
     WritePng(Path("b.png"), Pattern(5, 3, 2));
-    ExpectPackError(R"(<bitmaps>
-  <picture id="9" format="alpha32" parts="2">
-    <version>
-      <part file="a.png"/>
-      <part file="b.png"/>
-    </version>
-  </picture>
-</bitmaps>)",
-                    {"bad.xml:5:", "picture 9", "b.png", "5 x 3", "a.png", "4 x 3"});
-    ExpectPackError("<bitmaps>\n<picture id=\"1\" format=\"alpha32\">\n<version file=\"a.png\">\n</bitmaps>",
-                    {"bad.xml:", "not well-formed"});
-    ExpectPackError(
-        "<bitmaps><picture id=\"2\" format=\"rgb16\"><version file=\"a.png\"/></picture></bitmaps>",
-        {"bad.xml:1:", "picture 2", "rgb16"});
-    ExpectPackError(
-        "<bitmaps>\n<picture id=\"4\" format=\"rgb24\"><version file=\"missing.png\"/></picture>\n</bitmaps>",
-        {"bad.xml:2:", "picture 4", "missing.png"});
-    ExpectPackError(
-        "<bitmaps>\n<picture id=\"5\" format=\"rgb24\" parts=\"3\"><version file=\"a.png\"/></picture>\n"
-        "</bitmaps>",
-        {"bad.xml:2:", "picture 5", "a.png", "3 parts"});
-    ExpectPackError(
-        "<bitmaps>\n<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n"
-        "<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n</bitmaps>",
-        {"bad.xml:3:", "picture 6", "line 2"});
-    ExpectPackError(
-        "<bitmaps><picture id=\"-3\" format=\"mask8\"><version file=\"a.png\"/></picture></bitmaps>",
-        {"bad.xml:1:", "id=\"-3\""});
-    ExpectPackError("<bitmaps><picture id=\"8\" format=\"mask8\"/></bitmaps>", {"picture 8", "no <version>"});
-    ExpectPackError("<fonts/>", {"bad.xml", "<bitmaps>"});
     WriteText("not-a-png.png", "hello");
-    ExpectPackError(
-        "<bitmaps><picture id=\"1\" format=\"mask8\"><version file=\"not-a-png.png\"/></picture></bitmaps>",
-        {"bad.xml:1:", "picture 1", "not-a-png.png"});
+    const auto one = [](const char* picture) { return std::string("<bitmaps>") + picture + "</bitmaps>"; };
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
+        {"<bitmaps>\n<picture id=\"9\" format=\"alpha32\" parts=\"2\">\n<version>\n<part file=\"a.png\"/>\n"
+         "<part file=\"b.png\"/>\n</version>\n</picture>\n</bitmaps>",
+         {"bad.xml:5:", "picture 9", "b.png", "5 x 3", "a.png", "4 x 3"}},
+        {"<bitmaps>\n<picture id=\"1\" format=\"alpha32\">\n<version file=\"a.png\">\n</bitmaps>",
+         {"bad.xml:", "not well-formed"}},
+        {one("<picture id=\"2\" format=\"rgb16\"><version file=\"a.png\"/></picture>"),
+         {"bad.xml:1:", "picture 2", "rgb16"}},
+        {"<bitmaps>\n<picture id=\"4\" format=\"rgb24\"><version "
+         "file=\"missing.png\"/></picture>\n</bitmaps>",
+         {"bad.xml:2:", "picture 4", "missing.png"}},
+        {"<bitmaps>\n<picture id=\"5\" format=\"rgb24\" parts=\"3\"><version file=\"a.png\"/></picture>\n"
+         "</bitmaps>",
+         {"bad.xml:2:", "picture 5", "a.png", "3 parts"}},
+        {"<bitmaps>\n<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n"
+         "<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n</bitmaps>",
+         {"bad.xml:3:", "picture 6", "line 2"}},
+        {one("<picture id=\"-3\" format=\"mask8\"><version file=\"a.png\"/></picture>"),
+         {"bad.xml:1:", "id=\"-3\""}},
+        {one("<picture id=\"8\" format=\"mask8\"/>"), {"picture 8", "no <version>"}},
+        {"<fonts/>", {"bad.xml", "<bitmaps>"}},
+        {one("<picture id=\"1\" format=\"mask8\"><version file=\"not-a-png.png\"/></picture>"),
+         {"bad.xml:1:", "picture 1", "not-a-png.png"}},
+    };
+    for (const auto& [manifest, mentions] : cases) {
+        ExpectPackError(manifest, mentions);
+    }
     EXPECT_EQ(Run("pack-bitmaps " + Path("nothing.xml") + " -o " + Path("x.urb")).status, 1);
 }
 
