@@ -5,8 +5,10 @@
 #include <functional>
 #include <initializer_list>
 #include <random>
+#include <string>
 #include <vector>
 
+#include "golden/Golden.h"
 #include "ulogui/PictureBits.h"
 
 namespace resample_test {
@@ -82,6 +84,22 @@ inline std::vector<std::uint8_t> Block(const ULOPictureBits& b) {
 // place shows.
 inline std::uint8_t Distinct(int x, int y, int c) {
     return static_cast<std::uint8_t>(x * 37 + y * 101 + c * 53 + 7);
+}
+
+// The pixels as a golden image; a large one as its 64-bit FNV-1a digest (an 8-byte image).
+inline golden::Image Picture(const std::string& name, const ULOPictureBits& b) {
+    return {name, b.GetWidth(false), b.GetHeight(false), b.GetBytesPerPixel(), Pixels(b)};
+}
+inline golden::Image Digest(const std::string& name, const ULOPictureBits& b) {
+    std::uint64_t h = 14695981039346656037ull;
+    for (const std::uint8_t v : Pixels(b)) {
+        h = (h ^ v) * 1099511628211ull;
+    }
+    golden::Image image{name + " digest", 8, 1, 1, {}};
+    for (int i = 0; i < 8; ++i) {
+        image.bytes.push_back(static_cast<std::uint8_t>(h >> (8 * i)));
+    }
+    return image;
 }
 
 }  // namespace resample_test
