@@ -102,4 +102,27 @@ inline golden::Image Digest(const std::string& name, const ULOPictureBits& b) {
     return image;
 }
 
+// An operation on a fresh w x h buffer of Distinct pixels, kept as its pixels (or its whole block, padding
+// included, when the padding is known) with the size it leaves in the row's name.
+struct Operation {
+    std::string name;
+    int w, h, flags;
+    std::function<void(TestBits&)> run;
+    bool wholeBlock = false;
+};
+
+inline void ExpectOperations(const std::string& family, const std::vector<Operation>& operations) {
+    std::vector<golden::Image> images;
+    for (const Operation& o : operations) {
+        TestBits b(ULOSize(o.w, o.h), o.flags);
+        Paint(b, Distinct);
+        o.run(b);
+        const std::string size = std::to_string(b.GetWidth(false)) + "x" + std::to_string(b.GetHeight(false));
+        const int rowBytes = o.wholeBlock ? b.GetLineWidth(false) : b.GetWidth(false) * b.GetBytesPerPixel();
+        images.push_back({o.name + " flags " + std::to_string(o.flags) + " -> " + size, rowBytes,
+                          b.GetHeight(false), 1, o.wholeBlock ? Block(b) : Pixels(b)});
+    }
+    golden::ExpectMatches(family, images);
+}
+
 }  // namespace resample_test
