@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <functional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
+#include "GoldenScene.h"
 #include "PictureTestSupport.h"
 
 namespace {
@@ -83,76 +86,56 @@ TEST_F(PictureTest, StretchPointsShareTheExtraLengthAndShrinkingDropsAroundTheFi
     }
 }
 
-TEST_F(PictureTest, ExtrusionRepeatsOneColumnOrRowAcrossTheRectangle) {
-    const ULOPicture picture = MakePicture(3, 2, 0, [](int x, int y) { return Tagged(x, y, 0); });
-    const ULORect rect(1, 1, 5, 4);
-    ULOPoint skip(1, 0);
-    ULOTrueColorDCBase columns(ULORect(0, 0, 6, 5), false, false);
-    columns.ExtrudePictureHorizontally(&picture, &rect, kNormal, &skip);
-    // Column 1 across the rectangle, its rows 0 and 1 only.
-    ExpectPicture(columns, ULORect(1, 1, 5, 3), [](int, int y) { return Tagged(1, y, 0); });
-    skip = ULOPoint(0, 1);
-    ULOTrueColorDCBase rows(ULORect(0, 0, 6, 5), false, false);
-    rows.ExtrudePictureVerticallyAlpha(&picture, &rect, 1.0f, kNormal, &skip);
-    // Row 1 down the rectangle, its columns 0 to 2 only.
-    ExpectPicture(rows, ULORect(1, 1, 4, 4), [](int x, int) { return Tagged(x, 1, 0); });
-}
-
-// A row of three pixels on grey, painted with (blue 50, green 100, red 200).
-TEST_F(PictureTest, ColoursThroughAlphaMasksAndPlainCopies) {
+// Extrusions (one column or row repeated across the rectangle, from a skip point), colours painted
+// through masks and alpha (inverted or not, opaque sources), masks and masked pictures, plain copies
+// cut by their clip, and blits in both directions, on surfaces with and without alpha.
+TEST_F(PictureTest, ExtrusionsMasksCopiesAndBlitsMatchTheirGoldenScenes) {
+    using DC = ULOTrueColorDCBase;
     const CLR colour(200, 100, 50);
-    const Pixel grey{100, 100, 100, 9}, full{49, 99, 199, 9}, half{74, 99, 149, 9};
-    const auto row3 = [](int flags, std::array<Pixel, 3> p) {
-        return MakePicture(3, 1, flags, [=](int x, int) { return p[x]; });
+    const auto pixels = [](int flags, int alphaStep) {
+        return MakePicture(4, 3, flags,
+                           [alphaStep](int x, int y) { return Tagged(x, y, (x + 4 * y) * alphaStep); });
     };
-    const ULOPicture mask = row3(PICTBITS_MASK8, {{{0, 0, 0, 0}, {0, 0, 0, 255}, {0, 0, 0, 128}}});
-    const ULOPicture alpha = row3(PICTBITS_ALPHA, {{{9, 9, 9, 0}, {9, 9, 9, 255}, {9, 9, 9, 128}}});
-    const ULOPicture opaque = row3(0, {{{9, 9, 9, 255}, {9, 9, 9, 255}, {9, 9, 9, 255}}});
-    const ULOPicture picture = row3(PICTBITS_ALPHA, {{{10, 20, 30, 0}, {10, 20, 30, 255}, {10, 20, 30, 0}}});
-    const ULOPicture cut = row3(PICTBITS_MASK8, {{{0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 255}}});
-    const ULORect row(0, 0, 3, 1);
-    ULOPoint skip(1, 0);
-    struct Case {
-        std::function<void(ULOTrueColorDCBase&)> draw;
-        std::array<Pixel, 3> expected;
+    const ULOPicture mask = pixels(PICTBITS_MASK8, 23), alpha = pixels(PICTBITS_ALPHA, 21);
+    const ULOPicture opaque = pixels(0, 0), cut = pixels(PICTBITS_MASK8, 64);
+    const ULORect rect(1, 1, 5, 4), row(0, 0, 4, 3);
+    const std::function<void(DC&)> draws[] = {
+        [&](DC& dc) {
+            ULOPoint skip(1, 0);
+            dc.ExtrudePictureHorizontally(&alpha, &rect, kNormal, &skip);
+        },
+        [&](DC& dc) {
+            ULOPoint skip(0, 1);
+            dc.ExtrudePictureVerticallyAlpha(&opaque, &rect, 1.0f, kNormal, &skip);
+        },
+        [&](DC& dc) { dc.CopyAlphaOnlyColors(&mask, &row, colour, nullptr, 1, false); },
+        [&](DC& dc) { dc.CopyAlphaOnlyColors(&mask, &row, colour, nullptr, 0.5f, true); },
+        [&](DC& dc) {
+            ULOPoint skip(1, 0);
+            dc.CopyAlphaOnlyColors(&alpha, &row, colour, &skip, 1, false);
+        },
+        [&](DC& dc) { dc.CopyAlphaOnlyColors(&opaque, &row, colour, nullptr, 1, false); },
+        [&](DC& dc) { dc.DrawMask(mask, colour, ULOPoint(1, 1), ULORect(1, 0, 3, 5), 1); },
+        [&](DC& dc) { dc.DrawMaskedPicture(alpha, cut, colour, ULOPoint(1, 0), ULORect(0, 0, 6, 5)); },
+        [&](DC& dc) { dc.CopyOnlyPicture(alpha, row, row, row); },
+        [&](DC& dc) { dc.CopyOnlyPicture(opaque, row, row, ULORect(0, 0, 2, 2)); },
+        [&](DC& dc) { dc.CopyOnlyPicture(mask, rect, row, rect); },
+        [&](DC& dc) {
+            DC other(row, false, false);
+            Paint(other, [](int x, int y) { return Tagged(x, y, 7); });
+            const ULORect part(1, 0, 3, 2);
+            other.BlitToTrueColor(&dc, &part, nullptr, kNormal);
+            other.BlitToTrueColor(&dc, nullptr, &part, kNormal);
+        },
     };
-    const Case cases[] = {
-        {[&](auto& dc) { dc.CopyAlphaOnlyColors(&mask, &row, colour, nullptr, 1, false); },
-         {full, grey, half}},
-        {[&](auto& dc) { dc.CopyAlphaOnlyColors(&mask, &row, colour, nullptr, 1, true); },
-         {grey, full, half}},
-        {[&](auto& dc) { dc.CopyAlphaOnlyColors(&alpha, &row, colour, &skip, 1, false); },
-         {grey, grey, half}},
-        {[&](auto& dc) { dc.CopyAlphaOnlyColors(&opaque, &row, colour, nullptr, 1, false); },
-         {full, full, full}},
-        {[&](auto& dc) { dc.DrawMask(mask, colour, ULOPoint(), ULORect(1, 0, 3, 1), 1); },
-         {grey, grey, half}},
-        {[&](auto& dc) { dc.DrawMaskedPicture(picture, cut, colour, ULOPoint(), row); },
-         {{{9, 19, 29, 9}, full, grey}}},
-        {[&](auto& dc) { dc.CopyOnlyPicture(alpha, row, row, row); },
-         {{{9, 9, 9, 0}, {9, 9, 9, 255}, {9, 9, 9, 128}}}},
-        {[&](auto& dc) { dc.CopyOnlyPicture(opaque, row, row, ULORect(0, 0, 2, 1)); },
-         {{{9, 9, 9, 0}, {9, 9, 9, 0}, grey}}},
-        {[&](auto& dc) { dc.CopyOnlyPicture(mask, row, row, row); },
-         {{{0, 0, 0, 0}, {0, 0, 0, 255}, {0, 0, 0, 128}}}},
-        {[&](auto& dc) {
-             ULOTrueColorDCBase other(row, false, false);
-             Paint(other, [](int x, int) { return Pixel{1, 2, static_cast<unsigned char>(x), 0}; });
-             const ULORect part(1, 0, 3, 1);
-             other.BlitToTrueColor(&dc, &part, nullptr, kNormal);
-             other.BlitToTrueColor(&dc, nullptr, &part, kNormal);
-         },
-         {{{1, 2, 1, 9}, {1, 2, 2, 9}, {1, 2, 1, 9}}}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(::testing::Message() << "case " << (&c - cases));
-        ULOTrueColorDCBase dc(row, false, false);
-        Paint(dc, [&](int, int) { return grey; });
-        c.draw(dc);
-        for (int x = 0; x < 3; ++x) {
-            EXPECT_EQ(PixelAt(dc, x, 0), c.expected[x]) << "pixel " << x;
+    std::vector<Scene> scenes;
+    for (const auto& draw : draws) {
+        for (const bool withAlpha : {false, true}) {
+            scenes.push_back({std::to_string(&draw - draws) + (withAlpha ? " alpha" : ""), 1, withAlpha,
+                              false, false, 6, 5, draw});
         }
     }
+    ExpectScenes("surface/picture-masks", scenes);
 }
 
 // A mask that throws once the picture drawn through it has been scaled into its temporary buffer: the
