@@ -1,5 +1,6 @@
-// The master DrawPicture: each blending wrapper by hand, the overloads' rectangles, the clipping against
-// a straightforward loop over the same functors, magnified surfaces and sources, and bad input.
+// The master DrawPicture: each route and blending wrapper and magnified surfaces and sources as golden
+// scenes, the overloads' rectangles, the clipping against a straightforward loop over the same functors,
+// and bad input.
 #include <gtest/gtest.h>
 
 #include <climits>

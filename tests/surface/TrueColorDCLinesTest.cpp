@@ -1,7 +1,8 @@
-// The outline members on hand-computed pixels: one table of drawings on plain and magnified surfaces
-// (m = 1.5 and 2.0, guard down and raised), each checked against a map of the whole device buffer; the
-// smooth ring against the exact coverage of the ring; and one sweep of bad inputs, which must finish
-// without touching memory outside the buffer (the sanitizer build sees every write).
+// The outline members: golden scenes of pixels, lines, outlines and bevels on plain and magnified surfaces
+// (m = 1.5 and 2.0, guard down and raised) and one formula per write kind; arcs and chart curves on
+// hand-computed maps of the whole device buffer (they depend on floating-point geometry); the smooth ring
+// against the exact coverage of the ring; and one sweep of bad inputs, which must finish without touching
+// memory outside the buffer (the sanitizer build sees every write).
 #include <gtest/gtest.h>
 
 #include <climits>
