@@ -3,9 +3,13 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "PictureBitsTestSupport.h"
+#include "golden/Golden.h"
 #include "ulogui/Device.h"
 #include "ulogui/PictureBits.h"
 
@@ -13,32 +17,12 @@ namespace {
 
 using ulogui::platform::BitmapInfoHeader;
 using ulogui::platform::MemoryDevice;
-using Rows = std::vector<std::string>;
 
 const CLR kBackground(9, 9, 9);
 
 // Pixel (x, y) of a test picture: a colour that names its position.
 CLR Marker(int x, int y) {
     return CLR(100 + x, 200 + y, 50);
-}
-
-void Mark(ULOPictureBits& b, unsigned char alpha = 0) {
-    for (int y = 0; y < b.GetHeight(false); ++y) {
-        for (int x = 0; x < b.GetWidth(false); ++x) {
-            b.SetPixelAndAlpha(x, y, Marker(x, y), alpha);
-        }
-    }
-}
-
-// Which device pixels differ from the background, as rows of '.' and 'x'.
-Rows Changed(const MemoryDevice& device) {
-    Rows rows(static_cast<size_t>(device.GetHeight()));
-    for (int y = 0; y < device.GetHeight(); ++y) {
-        for (int x = 0; x < device.GetWidth(); ++x) {
-            rows[static_cast<size_t>(y)] += device.GetPixel(x, y) == kBackground ? '.' : 'x';
-        }
-    }
-    return rows;
 }
 
 TEST(MemoryDeviceTest, PixelsBoundsAndScanLines) {
@@ -64,83 +48,60 @@ TEST(MemoryDeviceTest, PixelsBoundsAndScanLines) {
     EXPECT_EQ(device.CopyBits(0, 0, 2, 3, 0, 0, 1, 2, rows, header, 0), 0);
 }
 
-TEST(SetToDeviceTest, WholePictureOrAPartGoesToItsOwnPlace) {
-    ULOPictureBits picture(ULOSize(4, 3), 0);
-    Mark(picture, 255);  // alpha is ignored without the flag
-    MemoryDevice whole(6, 5, kBackground), noRect(4, 3, kBackground), part(8, 6, kBackground);
-    const ULORect all(0, 0, 4, 3), lower(1, 1, 3, 3);  // columns 1-2 of the two lower rows
-    picture.SetToDevice(&whole, &all, 2, 2);
-    picture.SetToDevice(&noRect, nullptr, 0, 0);  // no rectangle means the whole picture
-    picture.SetToDevice(&part, &lower, 4, 2);
-    picture.SetToDevice(nullptr, &all, 0, 0);  // no device: nothing happens
-    EXPECT_EQ(Changed(whole), (Rows{"......", "......", "..xxxx", "..xxxx", "..xxxx"}));
-    EXPECT_EQ(Changed(part), (Rows{"........", "........", "........", ".....xx.", ".....xx.", "........"}));
-    for (int y = 0; y < 3; ++y) {
-        for (int x = 0; x < 4; ++x) {
-            EXPECT_EQ(whole.GetPixel(2 + x, 2 + y), Marker(x, y)) << x << "," << y;
-            EXPECT_EQ(noRect.GetPixel(x, y), Marker(x, y)) << x << "," << y;
+// A device of distinct pixels and a picture of Marker pixels with transparencies across the range; both
+// are kept after the call (showing an alpha picture composes it over the device in place).
+struct DeviceScene {
+    const char* name;
+    int w, h, flags;  // of the picture
+    std::function<void(ULOPictureBits&, MemoryDevice&)> show;
+};
+
+// Whole pictures and parts at their own place (no rectangle: the whole picture; no device: nothing), a
+// rectangle past the picture clamped one short (an edge on the picture's own edge is not), alpha pixels
+// composed over the device ((own * (255 - a) + device * a) >> 8, byte 3 kept; memory rows walked from
+// bottom - top - 1 down to 0), and buffers with rows narrower than 32-bit ones, which are not shown
+// unless a one-pixel 24-bit row is padded to four bytes.
+TEST(SetToDeviceTest, PicturesAndDevicesMatchTheirGoldenImages) {
+    const ULORect all(0, 0, 4, 3), lower(1, 1, 3, 3), big(-5, -5, 10, 10), fits(0, 0, 3, 2),
+        topRow(0, 0, 4, 1);
+    const auto at = [](const ULORect* rect, int x, int y) {
+        return [=](ULOPictureBits& p, MemoryDevice& d) { p.SetToDevice(&d, rect, x, y); };
+    };
+    // clang-format off
+    const DeviceScene scenes[] = {
+        {"whole", 4, 3, 0, at(&all, 2, 2)},
+        {"no rectangle", 4, 3, 0, at(nullptr, 0, 0)},
+        {"lower part", 4, 3, 0, at(&lower, 4, 2)},
+        {"no device", 4, 3, 0, [&](ULOPictureBits& p, MemoryDevice&) { p.SetToDevice(nullptr, &all, 0, 0); }},
+        {"beyond", 3, 2, 0, at(&big, 0, 0)},
+        {"fits", 3, 2, 0, at(&fits, 0, 0)},
+        {"alpha", 4, 3, PICTBITS_ALPHA, at(nullptr, 2, 1)},
+        {"alpha, top row", 4, 3, PICTBITS_ALPHA, at(&topRow, 0, 0)},
+        {"alpha, lower part", 4, 3, PICTBITS_ALPHA, at(&lower, 1, 1)},
+        {"mask", 8, 2, PICTBITS_MASK8, at(nullptr, 0, 0)},
+        {"one 24-bit pixel", 1, 1, PICTBITS_RGB24, at(nullptr, 0, 0)},
+    };
+    // clang-format on
+    std::vector<golden::Image> images;
+    for (const DeviceScene& s : scenes) {
+        ULOPictureBits picture(ULOSize(s.w, s.h), s.flags);
+        std::memset(picture.GetBits(), 0, Bytes(picture).size());  // the row padding too
+        for (int y = 0; y < s.h; ++y) {
+            for (int x = 0; x < s.w; ++x) {
+                picture.SetPixelAndAlpha(x, y, Marker(x, y), static_cast<unsigned char>(x * 85 + y * 40));
+            }
         }
+        MemoryDevice device(8, 6, kBackground);
+        for (int i = 0; i < 48; ++i) {
+            device.SetPixel(i % 8, i / 8, CLR(i * 5, 255 - i * 3, i * 11));
+        }
+        s.show(picture, device);
+        images.push_back(
+            {std::string(s.name) + " device", 8, 6, 4, {device.GetData(), device.GetData() + 192}});
+        images.push_back(
+            {std::string(s.name) + " picture", picture.GetLineWidth(false), s.h, 1, Bytes(picture)});
     }
-    EXPECT_EQ(part.GetPixel(5, 3), Marker(1, 1));
-    EXPECT_EQ(part.GetPixel(6, 4), Marker(2, 2));
-}
-
-TEST(SetToDeviceTest, RectangleBeyondThePictureClampsOneShort) {
-    ULOPictureBits picture(ULOSize(3, 2), 0);
-    Mark(picture);
-    MemoryDevice beyond(5, 4, kBackground), exact(5, 4, kBackground);
-    const ULORect big(-5, -5, 10, 10), fits(0, 0, 3, 2);  // an edge on the picture's own edge is not clamped
-    picture.SetToDevice(&beyond, &big, 0, 0);
-    picture.SetToDevice(&exact, &fits, 0, 0);
-    // right becomes width - 1 and bottom height - 1: two columns of the top row only.
-    EXPECT_EQ(Changed(beyond), (Rows{"xx...", ".....", ".....", "....."}));
-    EXPECT_EQ(beyond.GetPixel(1, 0), Marker(1, 0));
-    EXPECT_EQ(Changed(exact), (Rows{"xxx..", "xxx..", ".....", "....."}));
-}
-
-TEST(SetToDeviceTest, AlphaPixelsAreComposedOverTheDevice) {
-    ULOPictureBits picture(ULOSize(3, 1), PICTBITS_ALPHA);
-    picture.SetPixelAndAlpha(0, 0, CLR(200, 100, 50), 0);
-    picture.SetPixelAndAlpha(1, 0, CLR(200, 100, 40), 128);
-    picture.SetPixelAndAlpha(2, 0, CLR(200, 100, 40), 255);
-    MemoryDevice device(6, 2, kBackground);
-    device.SetPixel(3, 1, CLR(10, 20, 30));  // what lies under pixel 1 at origin (2, 1)
-    device.SetPixel(4, 1, CLR(200, 100, 0));
-    picture.SetToDevice(&device, nullptr, 2, 1);
-    unsigned char alpha = 0;
-    EXPECT_EQ(picture.GetPixelAndAlpha(0, 0, alpha), CLR(200, 100, 50));  // opaque: untouched
-    // (own * 127 + device * 128) >> 8: red 26680 >> 8, green 15260 >> 8, blue 8920 >> 8.
-    EXPECT_EQ(picture.GetPixelAndAlpha(1, 0, alpha), CLR(104, 59, 34));
-    EXPECT_EQ(alpha, 128);                               // byte 3 is kept
-    EXPECT_EQ(picture.GetPixel(2, 0), CLR(199, 99, 0));  // device * 255 >> 8, not the device itself
-    EXPECT_EQ(device.GetPixel(2, 1), CLR(200, 100, 50));
-    EXPECT_EQ(device.GetPixel(3, 1), CLR(104, 59, 34));
-    EXPECT_EQ(device.GetPixel(4, 1), CLR(199, 99, 0));
-
-    // Memory rows are walked from bottom - top - 1 down to 0, which are the rows sent only when the
-    // rectangle reaches the bottom edge; above it, the rows nearest the bottom are composed instead.
-    ULOPictureBits tall(ULOSize(1, 2), PICTBITS_ALPHA);
-    tall.Fill(CLR(0, 0, 0), 255);
-    MemoryDevice grey(1, 2, CLR(100, 100, 100));
-    const ULORect topRow(0, 0, 1, 1);
-    tall.SetToDevice(&grey, &topRow, 0, 0);
-    EXPECT_EQ(tall.GetPixel(0, 0), CLR(0, 0, 0));     // the row that was sent is not composed
-    EXPECT_EQ(tall.GetPixel(0, 1), CLR(99, 99, 99));  // memory row 0, the bottom row, is
-    EXPECT_EQ(grey.GetPixel(0, 0), CLR(0, 0, 0));
-}
-
-TEST(SetToDeviceTest, BuffersNarrowerThan32BitRowsAreNotShown) {
-    // The device reads width * 4 bytes a row; a mask buffer's rows are shorter, so nothing is sent
-    // (the sanitizer build would catch a read past the block).
-    ULOPictureBits mask(ULOSize(8, 2), PICTBITS_MASK8), rgb(ULOSize(1, 1), PICTBITS_RGB24);
-    mask.Fill(CLR(0, 0, 0), 1);
-    MemoryDevice device(8, 2, kBackground);
-    mask.SetToDevice(&device, nullptr, 0, 0);
-    EXPECT_EQ(Changed(device), (Rows{"........", "........"}));
-    // A one-pixel-wide 24-bit row is padded to four bytes and goes as a 32-bit pixel.
-    rgb.Fill(CLR(1, 2, 3), 0);
-    rgb.SetToDevice(&device, nullptr, 0, 0);
-    EXPECT_EQ(device.GetPixel(0, 0), CLR(1, 2, 3));
+    golden::ExpectMatches("buffer/set-to-device", images);
 }
 
 class WritableMemoryTest : public ::testing::Test {

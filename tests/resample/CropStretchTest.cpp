@@ -1,8 +1,9 @@
-// Crop at its nine anchors, the stretching operations (HEnlarge, VEnlarge, Enlarge, HResize) and
-// ClipRectToPictureSize.
+// Crop at its nine anchors, the stretching operations (HEnlarge, VEnlarge, Enlarge, HResize) as golden
+// blocks, and ClipRectToPictureSize.
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "ResampleTestUtil.h"
@@ -11,104 +12,53 @@ namespace {
 
 using namespace resample_test;
 
-// 10 x 8 cut to 4 x 3: W - w = 6, H - h = 5, halves rounded toward zero. Position 2 takes the width
-// difference as its top edge and keeps the left edge at 0: rectangle (0, 6, 4, 9), whose last row lies
-// below the picture and stays cleared.
-TEST(CropTest, EveryAnchorTakesItsRectangle) {
-    struct Anchor {
-        int position;
-        int left;
-        int top;
-    };
-    const Anchor anchors[] = {{0, 0, 0}, {1, 3, 0}, {2, 0, 6}, {3, 0, 2}, {4, 3, 2}, {5, 6, 2},
-                              {6, 0, 5}, {7, 3, 5}, {8, 6, 5}, {9, 0, 0}, {-3, 0, 0}};
-    for (int flags : kFormats) {
-        TestBits original(ULOSize(10, 8), flags);
-        Paint(original, Distinct);
-        for (const Anchor& a : anchors) {
-            TestBits b(ULOSize(10, 8), flags);
-            Paint(b, Distinct);
-            b.Crop(4, 3, static_cast<ULOPictureBits::ECropPosition>(a.position));
-            ASSERT_EQ(b.GetSize(false), ULOSize(4, 3));
-            EXPECT_TRUE(b.OwnsBits());
-            const int rows = a.position == 2 ? 2 : 3;
-            std::vector<std::uint8_t> expected = Region(original, a.left, a.top, 4, rows);
-            expected.resize(12 * b.GetBytesPerPixel(), 0);
-            EXPECT_EQ(Pixels(b), expected) << "position " << a.position << " flags " << flags;
+// Crop at its nine anchors and unknown ones (10 x 8 cut to 4 x 3; anchor 2 takes the width difference as
+// its top edge, so its last row lies below the picture and stays cleared), by a rectangle, and past the
+// picture (the block read as it lies, what is outside it cleared); HEnlarge repeating and dropping
+// columns around the split; VEnlarge repeating a memory row and never shrinking; HResize centring rows
+// between transparent padding (a mask's rows copied with their own padding, not realigned).
+TEST(CropStretchTest, OperationsMatchTheirGoldenBlocks) {
+    std::vector<Operation> operations;
+    for (const int flags : kFormats) {
+        for (const int anchor : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, -3}) {
+            operations.push_back({"crop at " + std::to_string(anchor), 10, 8, flags, [anchor](TestBits& b) {
+                                      b.Crop(4, 3, static_cast<ULOPictureBits::ECropPosition>(anchor));
+                                  }});
         }
-        TestBits r(ULOSize(10, 8), flags);
-        Paint(r, Distinct);
-        r.Crop(ULORect(3, 2, 7, 5));
-        EXPECT_EQ(Pixels(r), Region(original, 3, 2, 4, 3));
+        operations.push_back(
+            {"crop to a rectangle", 10, 8, flags, [](TestBits& b) { b.Crop(ULORect(3, 2, 7, 5)); }});
+        operations.push_back({"HEnlarge 7 at 1", 4, 2, flags, [](TestBits& b) { b.HEnlarge(7, 1); }});
+        operations.push_back({"HEnlarge 2 at -1", 4, 2, flags, [](TestBits& b) { b.HEnlarge(2, -1); }});
+        operations.push_back({"VEnlarge", 2, 3, flags, [](TestBits& b) {
+                                  b.VEnlarge(3, 0);
+                                  b.VEnlarge(2, 0);
+                                  b.VEnlarge(5, 1);
+                              }});
     }
+    operations.push_back({"HResize", 2, 2, PICTBITS_ALPHA, [](TestBits& b) {
+                              b.HResize(5);
+                              b.HResize(3);
+                          }});
+    operations.push_back({"crop past the picture", 10, 10, PICTBITS_ALPHA,
+                          [](TestBits& b) { b.Crop(12, 12, ULOPictureBits::eCropCenter); }});
+    operations.push_back({"HResize of a one-pixel mask", 1, 2, PICTBITS_MASK8,
+                          [](TestBits& b) {
+                              const std::uint8_t rows[8] = {
+                                  2, 0x77, 0, 0, 1, 0x77, 0, 0};  // bottom row first, padding marked
+                              std::memcpy(b.GetBits(), rows, sizeof rows);
+                              b.HResize(3);
+                          },
+                          true});
+    ExpectOperations("resample/crop-stretch", operations);
 }
 
-// A rectangle reaching past the picture reads the block as it lies: a pixel left of a row is the last
-// pixel of the row below it in the picture (the previous row in memory), one right of it the first
-// pixel of the row above; what is outside the block stays cleared.
-TEST(CropTest, BeyondThePictureReadsOnlyInsideTheBlock) {
-    TestBits original(ULOSize(10, 10), PICTBITS_ALPHA);
-    Paint(original, Distinct);
-    TestBits b(ULOSize(10, 10), PICTBITS_ALPHA);
-    Paint(b, Distinct);
-    b.Crop(12, 12, ULOPictureBits::eCropCenter);  // rectangle (-1, -1, 11, 11)
-    const std::vector<std::uint8_t> zero(4, 0);
-    // Source rows -1 and 10 lie outside the block but for (-1, -1), the block's last pixel, and
-    // (10, 10), its first.
-    EXPECT_EQ(Pixel(b, 0, 0), Pixel(original, 9, 0));
-    EXPECT_EQ(Pixel(b, 11, 11), Pixel(original, 0, 9));
-    for (int x = 1; x < 12; ++x) {
-        EXPECT_EQ(Pixel(b, x, 0), zero);
-        EXPECT_EQ(Pixel(b, x - 1, 11), zero);
-    }
-    for (int r = 0; r < 10; ++r) {
-        EXPECT_EQ(Region(b, 1, r + 1, 10, 1), Region(original, 0, r, 10, 1));
-        EXPECT_EQ(Pixel(b, 0, r + 1), r < 9 ? Pixel(original, 9, r + 1) : zero);
-        EXPECT_EQ(Pixel(b, 11, r + 1), r > 0 ? Pixel(original, 0, r - 1) : zero);
-    }
-}
-
-std::vector<std::uint8_t> FirstBytes(const ULOPictureBits& b, int y) {
-    std::vector<std::uint8_t> row;
-    for (int x = 0; x < b.GetWidth(false); ++x) {
-        row.push_back(Pixel(b, x, y)[0]);
-    }
-    return row;
-}
-
-TEST(StretchTest, HEnlargeRepeatsOrDropsColumnsAroundTheSplit) {
-    const auto abcd = [](int x, int y, int) { return static_cast<std::uint8_t>('a' + x + 10 * y); };
-    for (int flags : kFormats) {
-        TestBits grow(ULOSize(4, 2), flags);
-        Paint(grow, abcd);
-        grow.HEnlarge(7, 1);
-        EXPECT_EQ(FirstBytes(grow, 0), (std::vector<std::uint8_t>{'a', 'b', 'b', 'b', 'b', 'c', 'd'}));
-        EXPECT_EQ(FirstBytes(grow, 1)[4], 'b' + 10);
-        EXPECT_EQ(grow.GetLineWidth(false), ULOPictureUtil::ComputeLineWidth(7, flags));
-
-        TestBits shrink(ULOSize(4, 2), flags);
-        Paint(shrink, abcd);
-        shrink.HEnlarge(2, -1);  // split 2, remove 2: columns 1 and 2 go
-        EXPECT_EQ(FirstBytes(shrink, 0), (std::vector<std::uint8_t>{'a', 'd'}));
-    }
-}
-
-TEST(StretchTest, VEnlargeRepeatsAMemoryRowAndNeverShrinks) {
-    for (int flags : kFormats) {
-        TestBits b(ULOSize(2, 3), flags);
-        Paint(b, Distinct);
-        const unsigned char* block = b.GetBits();
-        b.VEnlarge(3, 0);
-        b.VEnlarge(2, 0);
-        EXPECT_EQ(b.GetBits(), block);
-        // Memory row 1 is picture row 1 of 3; split 1 repeats it twice more.
-        b.VEnlarge(5, 1);
-        ASSERT_EQ(b.GetSize(false), ULOSize(2, 5));
-        const int sourceRow[] = {0, 1, 1, 1, 2};
-        for (int y = 0; y < 5; ++y) {
-            EXPECT_EQ(Pixel(b, 1, y)[0], Distinct(1, sourceRow[y], 0)) << y;
-        }
-    }
+// Operations that keep the size keep the block.
+TEST(CropStretchTest, VEnlargeToTheSameOrASmallerHeightKeepsTheBlock) {
+    TestBits b(ULOSize(2, 3), PICTBITS_ALPHA);
+    const unsigned char* block = b.GetBits();
+    b.VEnlarge(3, 0);
+    b.VEnlarge(2, 0);
+    EXPECT_EQ(b.GetBits(), block);
 }
 
 TEST(StretchTest, EnlargeStretchesOnlyWhereSmaller) {
@@ -118,25 +68,6 @@ TEST(StretchTest, EnlargeStretchesOnlyWhereSmaller) {
     EXPECT_EQ(b.GetSize(false), ULOSize(6, 4));
     b.Enlarge(ULORect(0, 0, 2, 7), ULOPoint(0, 0));  // 2 x 7: taller only
     EXPECT_EQ(b.GetSize(false), ULOSize(6, 7));
-}
-
-TEST(StretchTest, HResizeCentresRowsBetweenTransparentPadding) {
-    TestBits b(ULOSize(2, 2), PICTBITS_ALPHA);
-    Paint(b, [](int, int, int) { return 9; });
-    b.HResize(5);  // 1 pixel before, 2 after
-    b.HResize(3);  // never narrows
-    const std::vector<std::uint8_t> pad{0, 0, 0, 255}, nine(4, 9);
-    for (int y = 0; y < 2; ++y) {
-        EXPECT_EQ(Region(b, 0, y, 5, 1), Concat({pad, nine, nine, pad, pad}));
-    }
-
-    // A mask row carries padding of its own, which is copied too, and the rows are not realigned:
-    // 1 + 4 + 1 = 6 bytes per row in a block of 4-byte rows.
-    TestBits m(ULOSize(1, 2), PICTBITS_MASK8);
-    const std::uint8_t rows[8] = {2, 0x77, 0, 0, 1, 0x77, 0, 0};  // bottom row first, with padding
-    std::memcpy(m.GetBits(), rows, sizeof rows);
-    m.HResize(3);
-    EXPECT_EQ(Block(m), (std::vector<std::uint8_t>{255, 2, 0x77, 0, 0, 255, 255, 1}));
 }
 
 TEST(ClipRectTest, CapsWidthAndHeightKeepingLeftAndTop) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <string>
 #include <vector>
 
 #include "ResampleTestUtil.h"
@@ -12,47 +13,47 @@ namespace {
 
 using namespace resample_test;
 
-TEST(RotateTest, QuarterTurnsOfSquareBuffersMovePixelsExactly) {
-    for (int flags : kFormats) {
-        for (float degrees : {90.0f, 180.0f, 270.0f}) {
-            TestBits b(ULOSize(3, 3), flags);
-            Paint(b, Distinct);
-            TestBits original(ULOSize(3, 3), flags);
-            Paint(original, Distinct);
-            const unsigned char* block = b.GetBits();
-            if (degrees == 90.0f) {
-                b.Rotate(degrees);  // a square buffer and a whole quarter: the exact path
-            } else {
-                b.Rotate90(degrees);
-            }
-            EXPECT_EQ(b.GetBits(), block);  // rotated in place
-            for (int y = 0; y < 3; ++y) {
-                for (int x = 0; x < 3; ++x) {
-                    // Turns in memory coordinates, whose rows run bottom-up.
-                    const ULOPoint to = degrees == 90.0f    ? ULOPoint(y, 2 - x)
-                                        : degrees == 180.0f ? ULOPoint(2 - x, 2 - y)
-                                                            : ULOPoint(2 - y, x);
-                    EXPECT_EQ(Pixel(b, to.x, to.y), Pixel(original, x, y)) << degrees << " " << flags;
-                }
-            }
+// Exact quarter turns of square buffers (in memory coordinates, whose rows run bottom-up), in place;
+// angles that are not exact quarters leave them alone (89.5 is within 0.01 quarter of 90, so Rotate hands
+// it to Rotate90, which does not turn it); transformations rotate only for positive angles, then mirror;
+// blending mixes every byte, padding included, with a weight out of 256 (0.9959 gives 254, 0.996 256).
+TEST(RotateTest, QuarterTurnsTransformsAndBlendsMatchTheirGoldenBlocks) {
+    std::vector<Operation> operations;
+    for (const int flags : kFormats) {
+        operations.push_back({"Rotate 90", 3, 3, flags, [](TestBits& b) {
+                                  const unsigned char* block = b.GetBits();
+                                  b.Rotate(90.0f);
+                                  EXPECT_EQ(b.GetBits(), block);
+                              }});
+        for (const float degrees : {180.0f, 270.0f, 0.0f, 89.5f, 45.0f, -90.0f, 360.0f}) {
+            operations.push_back({"Rotate90 " + std::to_string(degrees), 3, 3, flags,
+                                  [degrees](TestBits& b) { b.Rotate90(degrees); }});
         }
     }
-}
-
-TEST(RotateTest, AnglesThatAreNotExactQuartersLeaveSquareBuffersAlone) {
-    for (float degrees : {0.0f, 89.5f, 45.0f, -90.0f, 360.0f}) {
-        TestBits b(ULOSize(3, 3), PICTBITS_RGB24);
-        Paint(b, Distinct);
-        const std::vector<std::uint8_t> before = Block(b);
-        b.Rotate90(degrees);
-        EXPECT_EQ(Block(b), before) << degrees;
-    }
-    // 89.5 is within 0.01 quarter of 90, so Rotate hands it to Rotate90, which does not turn it.
-    TestBits b(ULOSize(3, 3), PICTBITS_RGB24);
-    Paint(b, Distinct);
-    const std::vector<std::uint8_t> before = Block(b);
-    b.Rotate(89.5f);
-    EXPECT_EQ(Block(b), before);
+    operations.push_back({"Rotate 89.5", 3, 3, PICTBITS_RGB24, [](TestBits& b) { b.Rotate(89.5f); }});
+    const auto transform = [](float rotation, bool horizontally, bool vertically) {
+        return [=](TestBits& b) {
+            ULOPictureTransform t;
+            t.rotation = rotation;
+            t.mirrorHorizontally = horizontally;
+            t.mirrorVertically = vertically;
+            b.ApplyTransformation(t);
+        };
+    };
+    operations.push_back({"no transformation", 2, 2, PICTBITS_ALPHA, transform(0, false, false)});
+    operations.push_back({"-90 and mirrored", 2, 2, PICTBITS_ALPHA, transform(-90, true, false)});
+    operations.push_back({"180 and upside down", 2, 2, PICTBITS_ALPHA, transform(180, false, true)});
+    operations.push_back({"blends", 2, 1, PICTBITS_RGB24, [](TestBits& own) {
+                              TestBits other(ULOSize(2, 1), PICTBITS_RGB24);
+                              for (int i = 0; i < 8; ++i) {
+                                  other.GetBits()[i] = static_cast<std::uint8_t>(200 + i);
+                              }
+                              for (const float w : {0.5f, 0.0f, -1.0f, std::nanf(""), 0.9959f}) {
+                                  own.BlendWithPicture(&other, w);
+                              }
+                              own.BlendWithPicture(nullptr, 0.5f);
+                          }});
+    ExpectOperations("resample/rotate-blend", operations);
 }
 
 TEST(RotateTest, GeneralPathFillsWhatFallsOutsideWithWhiteTransparency) {
@@ -103,49 +104,9 @@ TEST(TransformTest, RecordComparesRotationAsAFloat) {
     EXPECT_FALSE(a == b);  // a NaN rotation is never equal
 }
 
-TEST(TransformTest, ApplyRotatesOnlyForPositiveAnglesThenMirrors) {
-    TestBits b(ULOSize(2, 2), PICTBITS_ALPHA);
-    Paint(b, Distinct);
-    const std::vector<std::uint8_t> before = Block(b);
-    b.ApplyTransformation(ULOPictureTransform());
-    EXPECT_EQ(Block(b), before);
-
-    ULOPictureTransform t;
-    t.rotation = -90;
-    t.mirrorHorizontally = true;
-    b.ApplyTransformation(t);  // mirror only
-    TestBits original(ULOSize(2, 2), PICTBITS_ALPHA);
-    Paint(original, Distinct);
-    EXPECT_EQ(Pixel(b, 0, 0), Pixel(original, 1, 0));
-
-    t.rotation = 180;
-    t.mirrorHorizontally = false;
-    t.mirrorVertically = true;
-    b.ApplyTransformation(t);  // half turn, then upside down: back to the mirrored picture's rows
-    EXPECT_EQ(Pixel(b, 0, 0), Pixel(original, 0, 0));
-}
-
-TEST(BlendTest, MixesEveryByteWithAWeightOutOf256) {
-    TestBits own(ULOSize(2, 1), PICTBITS_RGB24);  // 6 pixel bytes and 2 padding bytes
-    TestBits other(ULOSize(2, 1), PICTBITS_RGB24);
-    for (int i = 0; i < 8; ++i) {
-        own.GetBits()[i] = static_cast<std::uint8_t>(10 + i);
-        other.GetBits()[i] = static_cast<std::uint8_t>(200 + i);
-    }
-    own.BlendWithPicture(&other, 0.5f);
-    for (int i = 0; i < 8; ++i) {
-        EXPECT_EQ(own.GetBits()[i], ((200 + i) * 128 + (10 + i) * 128) >> 8) << i;
-    }
-
-    const std::vector<std::uint8_t> mixed = Block(own);
-    own.BlendWithPicture(&other, 0.0f);
-    own.BlendWithPicture(&other, -1.0f);
-    own.BlendWithPicture(&other, std::numeric_limits<float>::quiet_NaN());
-    own.BlendWithPicture(nullptr, 0.5f);
-    EXPECT_EQ(Block(own), mixed);
-
-    own.BlendWithPicture(&other, 0.9959f);  // w = 254
-    EXPECT_EQ(own.GetBits()[0], (200 * 254 + mixed[0] * 2) >> 8);
+TEST(BlendTest, AWeightNearOneCopiesTheOtherPicture) {
+    TestBits own(ULOSize(2, 1), PICTBITS_RGB24), other(ULOSize(2, 1), PICTBITS_RGB24);
+    Paint(other, Distinct);
     own.BlendWithPicture(&other, 0.996f);
     EXPECT_EQ(Block(own), Block(other));
 }

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "SurfaceTestSupport.h"
+#include "GoldenScene.h"
 #include "surface/DrawingFrame.h"
 #include "ulogui/TrueColorDC.h"
 
@@ -106,65 +106,41 @@ TEST_F(FillRectTest, EveryRowWidthOffsetAndBandMatchesAPixelByPixelFill) {
     }
 }
 
-// FillRect of `rect` with alpha 5, or DrawPixel at its top-left corner, on a surface of 6 x 6 logical
-// units whose every device pixel starts black with alpha 200. Exactly `expected` (device pixels) changes,
-// to the ink with `alpha`; the guard ends as it started.
-struct DrawCase {
-    float magnifier;
-    bool magnified, guard, pixel;
-    ULORect rect, expected;
-    unsigned char alpha;
-};
-
+// FillRect cuts rectangles at the borders (outside, empty or inverted ones draw nothing); magnified, origin
+// and size are scaled apart, rounding as floor(v * m + 0.5), then clipped; inside the guard they are
+// device pixels. DrawPixel writes one device pixel, keeping its alpha and clamped to the nearest border,
+// on a surface that is not magnified, at magnifier 1.0 or inside the guard; otherwise the logical pixel
+// is its whole device block, alpha 0, clipped like a rectangle.
 TEST_F(DrawingFrameTest, FillRectClipsAndDrawPixelClampsOrFillsItsBlock) {
-    const ULORect none;
-    const DrawCase cases[] = {
-        // Rectangles are cut at the borders; outside, empty or inverted ones draw nothing.
-        {1.0f, false, false, false, ULORect(-3, 2, 9, 8), ULORect(0, 2, 6, 6), 5},
-        {1.0f, false, false, false, ULORect(6, 0, 9, 4), none, 5},
-        {1.0f, false, false, false, ULORect(-4, -4, 0, 0), none, 5},
-        {1.0f, false, false, false, ULORect(INT_MIN, 0, INT_MIN + 1, 4), none, 5},
-        {1.0f, false, false, false, ULORect(3, 3, 1, 1), none, 5},
-        {1.0f, false, false, false, ULORect(0, 2, 4, 2), none, 5},
-        {2.0f, true, false, false, ULORect(3, 3, 1, 1), none, 5},
-        // Magnified: origin and size are scaled apart, rounding as floor(v * m + 0.5), then clipped.
-        {1.5f, true, false, false, ULORect(1, 1, 4, 4), ULORect(2, 2, 7, 7), 5},
-        {1.5f, true, false, false, ULORect(4, -1, 7, 1), ULORect(6, 0, 9, 2), 5},
-        {2.0f, true, false, false, ULORect(-1, 0, 1, 1), ULORect(0, 0, 2, 2), 5},
-        // Inside the guard the rectangle is already in device pixels.
-        {1.5f, true, true, false, ULORect(1, 1, 4, 4), ULORect(1, 1, 4, 4), 5},
-
-        // One device pixel keeps its alpha; outside the surface it lands on the nearest border.
-        {1.0f, false, false, true, ULORect(4, 1, 0, 0), ULORect(4, 1, 5, 2), 200},
-        {1.0f, false, false, true, ULORect(-5, 3, 0, 0), ULORect(0, 3, 1, 4), 200},
-        {1.0f, false, false, true, ULORect(6, 3, 0, 0), ULORect(5, 3, 6, 4), 200},
-        {1.0f, false, false, true, ULORect(INT_MIN, INT_MAX, 0, 0), ULORect(0, 5, 1, 6), 200},
-        // So does a magnified surface at magnifier 1.0 or inside the guard.
-        {1.0f, true, false, true, ULORect(9, 1, 0, 0), ULORect(5, 1, 6, 2), 200},
-        {2.0f, true, true, true, ULORect(-1, 5, 0, 0), ULORect(0, 5, 1, 6), 200},
-        // Otherwise the logical pixel is its whole device block, alpha 0, clipped like a rectangle.
-        {2.0f, true, false, true, ULORect(1, 2, 0, 0), ULORect(2, 4, 4, 6), 0},
-        {1.5f, true, false, true, ULORect(1, 1, 0, 0), ULORect(2, 2, 4, 4), 0},
-        {2.0f, true, false, true, ULORect(-5, 3, 0, 0), none, 0},
-        {2.0f, true, false, true, ULORect(INT_MAX, 0, 0, 0), none, 0},
-    };
-    for (const DrawCase& c : cases) {
-        SCOPED_TRACE(::testing::Message() << "case " << (&c - cases));
-        SetMagnifier(c.magnifier);
-        ULOTrueColorDCBase dc(ULORect(0, 0, 6, 6), true, c.magnified);
-        FillAll(dc, CLR(0, 0, 0), 200);
-        dc.SetWorkingOnScreenSize(c.guard);
-        if (c.pixel) {
-            dc.DrawPixel(ULOPoint(c.rect.left, c.rect.top), kInk);
-        } else {
-            dc.FillRect(&c.rect, kInk, 5);
-        }
-        EXPECT_EQ(dc.GetWorkingOnScreenSize(), c.guard);
-        ExpectOnly(dc, c.expected, Bgra(kInk, c.alpha), Pixel{0, 0, 0, 200});
-    }
-    ULOTrueColorDCBase dc(ULORect(0, 0, 2, 2), false, false);
-    dc.FillRect(nullptr, kInk, 0);
-    ExpectOnly(dc, none, kClear);
+    using DC = ULOTrueColorDCBase;
+    const auto fill = [](ULORect rect) { return [rect](DC& dc) { dc.FillRect(&rect, kInk, 5); }; };
+    const auto pixel = [](int x, int y) { return [x, y](DC& dc) { dc.DrawPixel(ULOPoint(x, y), kInk); }; };
+    // clang-format off
+    ExpectScenes("surface/fill-rect-pixel", {
+        {"cut", 1, true, false, false, 6, 6, fill({-3, 2, 9, 8})},
+        {"outside right", 1, true, false, false, 6, 6, fill({6, 0, 9, 4})},
+        {"outside left", 1, true, false, false, 6, 6, fill({-4, -4, 0, 0})},
+        {"far outside", 1, true, false, false, 6, 6, fill({INT_MIN, 0, INT_MIN + 1, 4})},
+        {"inverted", 1, true, false, false, 6, 6, fill({3, 3, 1, 1})},
+        {"empty", 1, true, false, false, 6, 6, fill({0, 2, 4, 2})},
+        {"inverted at 2.0", 2, true, true, false, 6, 6, fill({3, 3, 1, 1})},
+        {"1.5", 1.5f, true, true, false, 6, 6, fill({1, 1, 4, 4})},
+        {"1.5 at the edge", 1.5f, true, true, false, 6, 6, fill({4, -1, 7, 1})},
+        {"2.0 at the edge", 2, true, true, false, 6, 6, fill({-1, 0, 1, 1})},
+        {"1.5 inside the guard", 1.5f, true, true, true, 6, 6, fill({1, 1, 4, 4})},
+        {"no rectangle", 1, false, false, false, 2, 2, [](DC& dc) { dc.FillRect(nullptr, kInk, 0); }},
+        {"pixel", 1, true, false, false, 6, 6, pixel(4, 1)},
+        {"pixel left", 1, true, false, false, 6, 6, pixel(-5, 3)},
+        {"pixel right", 1, true, false, false, 6, 6, pixel(6, 3)},
+        {"pixel far", 1, true, false, false, 6, 6, pixel(INT_MIN, INT_MAX)},
+        {"pixel, magnified at 1.0", 1, true, true, false, 6, 6, pixel(9, 1)},
+        {"pixel at 2.0 inside the guard", 2, true, true, true, 6, 6, pixel(-1, 5)},
+        {"pixel block at 2.0", 2, true, true, false, 6, 6, pixel(1, 2)},
+        {"pixel block at 1.5", 1.5f, true, true, false, 6, 6, pixel(1, 1)},
+        {"pixel block outside", 2, true, true, false, 6, 6, pixel(-5, 3)},
+        {"pixel block far outside", 2, true, true, false, 6, 6, pixel(INT_MAX, 0)},
+    });
+    // clang-format on
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
-// The master DrawPicture: each blending wrapper by hand, the overloads' rectangles, the clipping against
-// a straightforward loop over the same functors, magnified surfaces and sources, and bad input.
+// The master DrawPicture: each route and blending wrapper and magnified surfaces and sources as golden
+// scenes, the overloads' rectangles, the clipping against a straightforward loop over the same functors,
+// and bad input.
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <cmath>
 #include <random>
 
+#include "GoldenScene.h"
 #include "PictureTestSupport.h"
 #include "pixelops/PixelTransferWrappers.h"
 
@@ -15,50 +17,56 @@ using namespace surfacetest;
 using ulogui::pixelops::CallConstants;
 using Type = ULOTrueColorDCBase::ECopyPictureType;
 
-struct WrapperCase {
-    int flags;  // of the 1 x 1 source
-    bool surfaceAlpha;
-    float opacity;
-    int type;
-    Pixel src, dst, expected;
-};
+// A 4 x 3 source whose every pixel is distinct, with transparencies from 0 to 255.
+ULOPicture Source(int flags) {
+    static const unsigned char alphas[12] = {0, 255, 128, 1, 254, 100, 77, 9, 200, 50, 127, 30};
+    return MakePicture(4, 3, flags, [](int x, int y) {
+        return Pixel{static_cast<unsigned char>(200 - 31 * x), static_cast<unsigned char>(17 + 40 * y),
+                     static_cast<unsigned char>(90 + 9 * x * y), alphas[y * 4 + x]};
+    });
+}
 
-TEST_F(PictureTest, EachRouteAndWrapperGivesItsHandComputedPixel) {
+// Every route of the master (each blending wrapper, 3-byte pixels, masks in CLR_LABEL_TEXT, the
+// highlight table, unknown copy types, opacities held to 0..1) on a surface with and without alpha.
+TEST_F(PictureTest, EachRouteAndWrapperMatchesItsGoldenScene) {
     CLR_LABEL_TEXT = CLR(200, 100, 50);
     for (int i = 0; i < 256; ++i) {
         HIGHLIGHT_CLR_COMPONENT[i] = static_cast<unsigned char>(255 - i);
     }
-    const Pixel grey{100, 100, 100, 9};
-    const Pixel dst{1, 2, 3, 4};
-    const WrapperCase cases[] = {
-        {0, false, 1.0f, 0, {10, 20, 30, 77}, dst, {10, 20, 30, 4}},                               // W0
-        {PICTBITS_RGB24 | PICTBITS_ALPHA, false, 1.0f, 0, {10, 20, 30, 0}, dst, {10, 20, 30, 4}},  // 3 bytes
-        {PICTBITS_ALPHA, false, 1.0f, 0, {200, 200, 200, 128}, grey, {149, 149, 149, 9}},          // W1
-        {PICTBITS_ALPHA, false, 1.0f, 0, {255, 255, 255, 0}, dst, {254, 254, 254, 4}},
-        {PICTBITS_ALPHA, false, 1.0f, 0, {255, 255, 255, 255}, dst, dst},
-        {PICTBITS_ALPHA, false, 0.5f, 0, {200, 200, 200, 0}, grey, {148, 148, 148, 9}},                 // W2
-        {0, false, 0.5f, 0, {200, 200, 200, 0}, grey, {149, 149, 149, 9}},                              // W3
-        {PICTBITS_ALPHA, true, 1, 0, {200, 200, 200, 100}, {100, 100, 100, 100}, {171, 171, 171, 39}},  // W4
-        {PICTBITS_ALPHA, true, 0.5f, 0, {200, 200, 200, 0}, {1, 2, 3, 255}, {200, 200, 200, 129}},
-        {0x2 | PICTBITS_ALPHA, false, 1.0f, 9, {10, 20, 30, 77}, dst, {10, 20, 30, 77}},  // full copy
-        {0x2, true, 0.5f, 0, {10, 20, 30, 77}, dst, {5, 10, 16, 40}},
-        {PICTBITS_MASK8, false, 0.3f, 7, {0, 0, 0, 0}, dst, {49, 99, 199, 4}},  // mask in CLR_LABEL_TEXT
-        {PICTBITS_MASK8, false, 1.0f, 0, {0, 0, 0, 128}, grey, {74, 99, 149, 9}},
-        {0, false, 1.0f, 1, {10, 20, 30, 0}, dst, {245, 235, 225, 4}},  // highlight
-        {0, false, 1.0f, 4, {10, 20, 30, 0}, dst, dst},                 // unknown copy types
-        {0, false, 1.0f, -1, {10, 20, 30, 0}, dst, dst},
-        {0, false, NAN, 0, {10, 20, 30, 0}, dst, dst},  // opacities held to 0..1
-        {0, false, 2.0f, 0, {10, 20, 30, 0}, dst, {10, 20, 30, 4}},
+    const struct {
+        const char* name;
+        int flags;
+        float opacity;
+        int type;
+    } routes[] = {
+        {"opaque", 0, 1.0f, 0},
+        {"3 bytes", PICTBITS_RGB24 | PICTBITS_ALPHA, 1.0f, 0},
+        {"source alpha", PICTBITS_ALPHA, 1.0f, 0},
+        {"source alpha, half", PICTBITS_ALPHA, 0.5f, 0},
+        {"opaque, half", 0, 0.5f, 0},
+        {"full copy", 0x2 | PICTBITS_ALPHA, 1.0f, 9},
+        {"flag 2, half", 0x2, 0.5f, 0},
+        {"mask, 0.3, type 7", PICTBITS_MASK8, 0.3f, 7},
+        {"mask", PICTBITS_MASK8, 1.0f, 0},
+        {"highlight", 0, 1.0f, 1},
+        {"disabled", PICTBITS_ALPHA, 1.0f, 2},
+        {"darken", PICTBITS_ALPHA, 1.0f, 3},
+        {"type 4", 0, 1.0f, 4},
+        {"type -1", 0, 1.0f, -1},
+        {"opacity NaN", 0, NAN, 0},
+        {"opacity 2", 0, 2.0f, 0},
     };
-    for (const WrapperCase& c : cases) {
-        SCOPED_TRACE(::testing::Message() << "case " << (&c - cases));
-        const ULOPicture source = MakePicture(1, 1, c.flags, [&](int, int) { return c.src; });
-        ULOTrueColorDCBase dc(ULORect(0, 0, 3, 3), c.surfaceAlpha, false);
-        Paint(dc, [&](int, int) { return c.dst; });
-        dc.DrawPicture(source, ULORect(1, 1, 2, 2), ULORect(0, 0, 1, 1), ULORect(0, 0, 3, 3),
-                       static_cast<Type>(c.type), c.opacity);
-        ExpectOnly(dc, ULORect(1, 1, 2, 2), c.expected, c.dst);
+    std::vector<Scene> scenes;
+    for (const auto& r : routes) {
+        for (const bool alpha : {false, true}) {
+            scenes.push_back({std::string(r.name) + (alpha ? " onto alpha" : ""), 1, alpha, false, false, 6,
+                              5, [r](ULOTrueColorDCBase& dc) {
+                                  dc.DrawPicture(Source(r.flags), ULORect(1, 1, 5, 4), ULORect(0, 0, 4, 3),
+                                                 ULORect(0, 0, 6, 5), static_cast<Type>(r.type), r.opacity);
+                              }});
+        }
     }
+    ExpectScenes("surface/picture-routes", scenes);
 }
 
 // Each overload against the master with the rectangles it is meant to build.
@@ -170,53 +178,52 @@ TEST_F(PictureTest, ClippingMatchesAStraightforwardLoopOverTheSameFunctor) {
     }
 }
 
+// Flat sources cover their device block, cut by the converted clip; other pictures are scaled as
+// EnlargeSmooth scales them; a magnified source of quarters on a plain surface is area-averaged, on a
+// magnified one drawn as stored from the converted point on.
 TEST_F(PictureTest, SourcesAreScaledToTheSurfacesMagnificationBothWays) {
-    const Pixel quarter[] = {{10, 0, 0, 0}, {20, 0, 0, 0}, {30, 0, 0, 0}, {40, 0, 0, 0}};
     const Type n = ULOTrueColorDCBase::eCopyNormal;
-    struct Case {
-        float m;
-        ULORect block, clipped;  // device pixels of the logical (1, 1, 3, 3) and of it within (2, 0, 6, 6)
-        int stored, half;        // a magnified source of stored x stored pixels, quarters of `half` logical
+    const auto flat = [n](ULOTrueColorDCBase& dc) {
+        const ULOPicture picture = MakePicture(2, 2, 0, [](int, int) { return Pixel{1, 2, 3, 0}; });
+        dc.DrawPicture(picture, ULOPoint(1, 1), ULORect(0, 0, 2, 2), ULORect(2, 0, 6, 6), n, 1);
     };
-    for (const Case& c :
-         {Case{1.5f, {2, 2, 5, 5}, {3, 2, 5, 5}, 6, 2}, Case{2.0f, {2, 2, 6, 6}, {4, 2, 6, 6}, 4, 1}}) {
-        SCOPED_TRACE(c.m);
-        SetMagnifier(c.m);
-        // A flat source on a magnified surface covers its device block, cut by the converted clip.
-        const ULOPicture flat = MakePicture(2, 2, 0, [](int, int) { return Pixel{1, 2, 3, 0}; });
-        ULOTrueColorDCBase magnified(ULORect(0, 0, 6, 6), false, true);
-        magnified.DrawPicture(flat, ULOPoint(1, 1), ULORect(0, 0, 2, 2), ULORect(2, 0, 6, 6), n, 1);
-        ExpectOnly(magnified, c.clipped, Pixel{1, 2, 3, 0});
-        magnified.DrawPicture(flat, ULOPoint(1, 1), n, 1);
-        EXPECT_FALSE(magnified.GetWorkingOnScreenSize());
-        ExpectOnly(magnified, c.block, Pixel{1, 2, 3, 0});
-        // Other pictures are scaled as EnlargeSmooth scales them.
-        const ULOPicture tagged =
-            MakePicture(3, 2, PICTBITS_ALPHA, [](int x, int y) { return Tagged(x, y, 0); });
-        const ULOSize size(static_cast<int>(std::floor(3 * c.m + 0.5f)),
-                           static_cast<int>(std::floor(2 * c.m + 0.5f)));
-        ULOPicture scaled(size, PICTBITS_ALPHA);
-        tagged.EnlargeSmooth(scaled, nullptr);
-        ULOTrueColorDCBase fresh(ULORect(0, 0, 6, 6), false, true);
-        fresh.DrawPicture(tagged, ULOPoint(0, 0), n, 1);
-        ExpectPicture(fresh, ULORect(ULOPoint(), size), [&](int x, int y) {
-            const unsigned char* p = scaled.GetBits(x, y);
-            return Blend<ulogui::pixelops::SourceAlphaWrap>(kClear, Pixel{p[0], p[1], p[2], p[3]});
-        });
-        // A magnified source of quarters on a surface that is not: area averaging keeps them exact; on a
-        // magnified surface the stored pixels are drawn as they are, from the converted point on.
-        const int k = c.stored / 2;
-        const ULOPicture quarters = MakePicture(
-            c.stored, c.stored, 0, [&](int x, int y) { return quarter[(y / k) * 2 + x / k]; }, true);
-        ULOTrueColorDCBase plain(ULORect(0, 0, 8, 8), false, false);
-        plain.DrawPicture(quarters, ULOPoint(1, 1), n, 1);
-        ExpectPicture(plain, ULORect(1, 1, 1 + 2 * c.half, 1 + 2 * c.half),
-                      [&](int x, int y) { return quarter[(y / c.half) * 2 + x / c.half]; });
-        ULOTrueColorDCBase both(ULORect(0, 0, 8, 8), false, true);
-        both.DrawPicture(quarters, ULOPoint(1, 1), n, 1);
-        ExpectPicture(both, ULORect(2, 2, 2 + c.stored, 2 + c.stored),
-                      [&](int x, int y) { return quarter[(y / k) * 2 + x / k]; });
-    }
+    const auto flatWhole = [n](ULOTrueColorDCBase& dc) {
+        dc.DrawPicture(MakePicture(2, 2, 0,
+                                   [](int, int) {
+                                       return Pixel{1, 2, 3, 0};
+                                   }),
+                       ULOPoint(1, 1), n, 1);
+    };
+    const auto tagged = [n](ULOTrueColorDCBase& dc) {
+        dc.DrawPicture(MakePicture(3, 2, PICTBITS_ALPHA, [](int x, int y) { return Tagged(x, y, 20 * x); }),
+                       ULOPoint(0, 0), n, 1);
+    };
+    const auto quarters = [n](int stored) {
+        return [n, stored](ULOTrueColorDCBase& dc) {
+            const int k = stored / 2;
+            const ULOPicture picture = MakePicture(
+                stored, stored, 0,
+                [k](int x, int y) {
+                    return Pixel{static_cast<unsigned char>(10 * ((y / k) * 2 + x / k + 1)), 0, 0, 0};
+                },
+                true);
+            dc.DrawPicture(picture, ULOPoint(1, 1), n, 1);
+        };
+    };
+    // clang-format off
+    ExpectScenes("surface/picture-scaled", {
+        {"flat, clipped, 1.5", 1.5f, false, true, false, 6, 6, flat},
+        {"flat, 1.5", 1.5f, false, true, false, 6, 6, flatWhole},
+        {"flat, clipped, 2.0", 2, false, true, false, 6, 6, flat},
+        {"flat, 2.0", 2, false, true, false, 6, 6, flatWhole},
+        {"tagged, 1.5", 1.5f, false, true, false, 6, 6, tagged},
+        {"tagged, 2.0", 2, false, true, false, 6, 6, tagged},
+        {"quarters on plain, 1.5", 1.5f, false, false, false, 8, 8, quarters(6)},
+        {"quarters on magnified, 1.5", 1.5f, false, true, false, 8, 8, quarters(6)},
+        {"quarters on plain, 2.0", 2, false, false, false, 8, 8, quarters(4)},
+        {"quarters on magnified, 2.0", 2, false, true, false, 8, 8, quarters(4)},
+    });
+    // clang-format on
 }
 
 TEST_F(PictureTest, ASurfaceDrawnOntoItselfReadsItsPixelsAsTheyWere) {

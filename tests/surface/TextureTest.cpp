@@ -2,9 +2,11 @@
 // from a resource file, and pictures that draw nothing.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <string>
 #include <vector>
 
-#include "SurfaceTestSupport.h"
+#include "GoldenScene.h"
 #include "picture/PictureTestFiles.h"
 #include "ulogui/TrueColorDC.h"
 
@@ -26,59 +28,49 @@ ULOPicture Picture(int w, int h, int flags, Tile tile) {
     return picture;
 }
 
-TEST_F(TextureTest, TilesRepeatFromTheOriginAndAreMixedByTheOpacity) {
+// Tiles start at the rectangle's top-left or the given origin and are mixed by the opacity (trunc(o * 255),
+// NaN 0), from 4- and 3-byte pictures; a picture of the other magnification is scaled smoothly once (a
+// plain one on a magnified surface, a magnified one on a plain surface).
+TEST_F(TextureTest, TexturesMatchTheirGoldenScenes) {
+    using DC = ULOTrueColorDCBase;
     const auto tile = [](int x, int y) {
-        return Pixel{static_cast<unsigned char>(10 * (2 * y + x + 1)), 100, 200, 9};
+        return Pixel{static_cast<unsigned char>(10 * (2 * y + x + 1)), 100,
+                     static_cast<unsigned char>(200 - x), 9};
     };
-    struct Case {
-        ULORect rect;
-        bool origin;  // given as (0, 1), else the rectangle's top-left
-        float opacity;
-        ULOPoint start;  // where a tile starts, for the expectation
-        int k;           // the opacity weight
+    const auto tiles = [tile](int flags, ULORect rect, bool origin, float opacity) {
+        return [=](DC& dc) {
+            const ULOPicture picture = Picture(2, 3, flags, tile);
+            origin ? dc.FillRectWithTexture(picture, rect, ULOPoint(0, 1), opacity)
+                   : dc.FillRectWithTexture(picture, rect);
+        };
     };
-    const Case cases[] = {
-        {{1, 0, 5, 3}, false, 1.0f, {1, 0}, 255},
-        {{-3, -3, 9, 9}, true, 1.0f, {0, 1}, 255},
-        {{-3, -3, 9, 9}, true, 0.5f, {0, 1}, 127},
-        {{1, 0, 5, 3}, true, 0.0f, {0, 1}, 0},
+    const auto columns = [](int x, int) {
+        return Pixel{static_cast<unsigned char>(x % 2 ? 200 : 0), 0, 0, 0};
     };
-    for (int flags : {0, PICTBITS_RGB24}) {
-        const ULOPicture picture = Picture(2, 2, flags, tile);
-        for (const Case& c : cases) {
-            ULOTrueColorDCBase dc(ULORect(0, 0, 5, 3), false, false);
-            c.origin ? dc.FillRectWithTexture(picture, c.rect, ULOPoint(0, 1), c.opacity)
-                     : dc.FillRectWithTexture(picture, c.rect);
-            for (int i = 0; i < 15; ++i) {
-                const int x = i % 5, y = i / 5;
-                const Pixel t = tile((x - c.start.x + 2) % 2, (y - c.start.y + 2) % 2);
-                const auto mix = [&](int b) { return static_cast<unsigned char>(t[b] * c.k / 255); };
-                const Pixel want =
-                    c.rect.Contains(ULOPoint(x, y)) ? Pixel{mix(0), mix(1), mix(2), 0} : kClear;
-                EXPECT_EQ(PixelAt(dc, x, y), want)
-                    << "flags " << flags << " case " << (&c - cases) << " " << i;
-            }
-        }
+    std::vector<Scene> scenes;
+    for (const int flags : {0, PICTBITS_RGB24}) {
+        const std::string f = flags ? " 24-bit" : "";
+        scenes.push_back(
+            {"from the top-left" + f, 1, false, false, false, 5, 4, tiles(flags, {1, 0, 5, 3}, false, 1)});
+        scenes.push_back(
+            {"from the origin" + f, 1, false, false, false, 5, 4, tiles(flags, {-3, -3, 9, 9}, true, 1)});
+        scenes.push_back(
+            {"half opacity" + f, 1, true, false, false, 5, 4, tiles(flags, {-3, -3, 9, 9}, true, 0.5f)});
+        scenes.push_back(
+            {"opacity 0" + f, 1, false, false, false, 5, 4, tiles(flags, {1, 0, 5, 3}, true, 0)});
+        scenes.push_back(
+            {"opacity NaN" + f, 1, false, false, false, 5, 4, tiles(flags, {1, 0, 5, 3}, true, NAN)});
     }
-}
-
-TEST_F(TextureTest, PictureOfTheOtherMagnificationIsScaledSmoothlyOnce) {
-    SetMagnifier(2.0f);
-    // Columns of 0 and 200 become 0, 50, 150, 200 at twice the size, repeating every 4 device pixels; a
-    // magnified picture of 0, 0, 200, 200 is 0, 200 in logical pixels.
-    const unsigned char logical[16] = {0, 0, 0, 0, 200, 0, 0, 0, 0, 0, 0, 0, 200, 0, 0, 0};
-    const unsigned char device[16] = {0, 0, 0, 0, 0, 0, 0, 0, 200, 0, 0, 0, 200, 0, 0, 0};
-    ULOPicture devicePixels(device, 4, 1, 0);
-    devicePixels.SetbIsMagnified(true);
-    ULOTrueColorDCBase magnified(ULORect(0, 0, 4, 1), false, true);
-    ULOTrueColorDCBase plain(ULORect(0, 0, 4, 1), false, false);
-    magnified.FillWithTexture(ULOPicture(logical, 2, 2, 0));
-    plain.FillWithTexture(devicePixels);
-    const int enlarged[8] = {0, 50, 150, 200, 0, 50, 150, 200};
-    for (int x = 0; x < 8; ++x) {
-        EXPECT_EQ(PixelAt(magnified, x, 1)[0], enlarged[x]) << x;
-        EXPECT_EQ(PixelAt(plain, x / 2, 0)[0], x / 2 % 2 ? 200 : 0) << x;
-    }
+    scenes.push_back({"plain picture on a magnified surface", 2, false, true, false, 4, 2,
+                      [columns](DC& dc) { dc.FillWithTexture(Picture(2, 2, 0, columns)); }});
+    scenes.push_back({"magnified picture on a plain surface", 2, false, false, false, 4, 1, [](DC& dc) {
+                          ULOPicture picture = Picture(4, 1, 0, [](int x, int) {
+                              return Pixel{static_cast<unsigned char>(x / 2 ? 200 : 0), 0, 0, 0};
+                          });
+                          picture.SetbIsMagnified(true);
+                          dc.FillWithTexture(picture);
+                      }});
+    ExpectScenes("surface/texture", scenes);
 }
 
 using TextureByIdTest = picturetest::ResourceFileTest;

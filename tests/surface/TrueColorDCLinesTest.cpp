@@ -1,7 +1,8 @@
-// The outline members on hand-computed pixels: one table of drawings on plain and magnified surfaces
-// (m = 1.5 and 2.0, guard down and raised), each checked against a map of the whole device buffer; the
-// smooth ring against the exact coverage of the ring; and one sweep of bad inputs, which must finish
-// without touching memory outside the buffer (the sanitizer build sees every write).
+// The outline members: golden scenes of pixels, lines, outlines and bevels on plain and magnified surfaces
+// (m = 1.5 and 2.0, guard down and raised) and one formula per write kind; arcs and chart curves on
+// hand-computed maps of the whole device buffer (they depend on floating-point geometry); the smooth ring
+// against the exact coverage of the ring; and one sweep of bad inputs, which must finish without touching
+// memory outside the buffer (the sanitizer build sees every write).
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -16,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "SurfaceTestSupport.h"
+#include "GoldenScene.h"
 #include "ulogui/TrueColorDC.h"
 
 namespace {
@@ -76,131 +77,75 @@ void CheckAll(const std::vector<Drawing>& drawings) {
     }
 }
 
-TEST_F(LinesTest, PixelsAndAxisLines) {
-    const Pixel bg = Grey(100, 7), white = Grey(255);
-    const CLR ink(200, 50, 0);          // bytes 0, 50, 200
-    const Pixel mixed{50, 75, 149, 7};  // (c * 127 + 100 * 128) / 255 per byte
-    const CLR offset(-10, 20, 127);     // red -10, green +20, blue +127
-    const Pixel moved{227, 120, 90, 7};
+// The pixel, straight-line, outline and bevel members as golden scenes, at 1.0, 1.5 and 2.0 with the
+// guard down and raised, with clamped ends, dashes, wild counts and opacities outside 0..1.
+TEST_F(LinesTest, LinesAndOutlinesMatchTheirGoldenScenes) {
+    const CLR ink(200, 50, 0), offset(-10, 20, 127), ten(10, 10, 10);
     // clang-format off
-    CheckAll({
-        {"alpha pixel, clamped", 1, false, false, 3, 2, bg, [&](DC& dc) { dc.DrawPixelAlpha({-4, 9}, ink, 0.5f); },
-         {"...", "m.."}, {{'m', mixed}}},
-        {"relative pixel", 1, false, false, 3, 2, bg, [&](DC& dc) { dc.DrawPixelRelative({2, 0}, offset); },
-         {"..o", "..."}, {{'o', moved}}},
-        {"opacity NaN, negative, above 1, infinite", 1, false, false, 3, 1, bg, [&](DC& dc) {
+    ExpectScenes("surface/lines", {
+        {"alpha pixel, clamped", 1, true, false, false, 3, 2, [&](DC& dc) { dc.DrawPixelAlpha({-4, 9}, ink, 0.5f); }},
+        {"relative pixel", 1, true, false, false, 3, 2, [&](DC& dc) { dc.DrawPixelRelative({2, 0}, offset); }},
+        {"opacity NaN, negative, above 1, infinite", 1, true, false, false, 3, 1, [&](DC& dc) {
              dc.DrawPixelAlpha({0, 0}, ink, kNaN); dc.DrawPixelAlpha({0, 0}, ink, -1.0f);
-             dc.DrawPixelAlpha({1, 0}, ink, 7.0f); dc.DrawPixelAlpha({2, 0}, ink, kInf); },
-         {".cc"}, {{'c', Bgra(ink, 7)}}},
-        {"alpha pixel block at 2.0, alpha byte kept", 2, true, false, 2, 2, bg,
-         [&](DC& dc) { dc.DrawPixelAlpha({1, 0}, ink, 0.5f); }, {"..mm", "..mm", "....", "...."}, {{'m', mixed}}},
-        {"relative pixel at 1.5 is the block (2, 2, 4, 4)", 1.5f, true, false, 3, 3, bg,
-         [&](DC& dc) { dc.DrawPixelRelative({1, 1}, offset); }, {".....", ".....", "..oo.", "..oo.", "....."},
-         {{'o', moved}}},
-        {"line from a point to itself at 2.0, guard raised", 2, true, true, 2, 2, bg,
-         [&](DC& dc) { dc.DrawLine({1, 1}, {1, 1}, ink); }, {"....", ".i..", "....", "...."}, {{'i', Bgra(ink, 7)}}},
-        {"a span past the right edge stops one short of it; negative lengths end before the start", 1, false,
-         false, 8, 2, Grey(0, 9), [](DC& dc) { dc.DrawHorizontalLine({3, 0}, 10, kWhite); dc.DrawLine({5, 1}, {2, 1}, kWhite); },
-         {"...####.", "..###..."}, {{'#', Grey(255, 9)}}},
-        {"start clamped, length kept; dashes from the clamped start; rows outside skipped", 1, false, false, 9, 2,
-         kBlack, [](DC& dc) {
+             dc.DrawPixelAlpha({1, 0}, ink, 7.0f); dc.DrawPixelAlpha({2, 0}, ink, kInf); }},
+        {"alpha pixel block at 2.0", 2, true, true, false, 2, 2, [&](DC& dc) { dc.DrawPixelAlpha({1, 0}, ink, 0.5f); }},
+        {"relative pixel at 1.5", 1.5f, true, true, false, 3, 3, [&](DC& dc) { dc.DrawPixelRelative({1, 1}, offset); }},
+        {"point line at 2.0, guard raised", 2, true, true, true, 2, 2, [&](DC& dc) { dc.DrawLine({1, 1}, {1, 1}, ink); }},
+        {"span past the right edge; negative length", 1, true, false, false, 8, 2, [](DC& dc) {
+             dc.DrawHorizontalLine({3, 0}, 10, kWhite); dc.DrawLine({5, 1}, {2, 1}, kWhite); }},
+        {"start clamped; dashes; rows outside", 1, true, false, false, 9, 2, [](DC& dc) {
              dc.DrawHorizontalLine({-3, 0}, 4, kWhite); dc.DrawHorizontalLine({-2, 1}, 9, kWhite, 3, 0);
-             dc.DrawHorizontalLine({0, 2}, 4, kWhite); dc.DrawHorizontalLine({0, -1}, 4, kWhite); },
-         {"####.....", "###...###"}, {{'#', white}}},
-        {"whole int range: saturated length, one short of the edge", 1, false, false, 5, 1, kBlack,
-         [](DC& dc) { dc.DrawLine({INT_MIN, 0}, {INT_MAX, 0}, kWhite, -5, INT_MAX); }, {"####."}, {{'#', white}}},
-        {"vertical dashes 1 on 2 off; wild counts; zero length", 1, false, false, 3, 7, Grey(0, 9), [](DC& dc) {
+             dc.DrawHorizontalLine({0, 2}, 4, kWhite); dc.DrawHorizontalLine({0, -1}, 4, kWhite); }},
+        {"whole int range", 1, true, false, false, 5, 1, [](DC& dc) { dc.DrawLine({INT_MIN, 0}, {INT_MAX, 0}, kWhite, -5, INT_MAX); }},
+        {"vertical dashes; wild counts; zero length", 1, true, false, false, 3, 7, [](DC& dc) {
              dc.DrawVerticalLine({0, 0}, 7, kWhite, 1, 2); dc.DrawVerticalLine({2, 0}, 6, kWhite, INT_MAX, INT_MAX);
-             dc.DrawVerticalLine({1, 0}, 0, kWhite); },
-         {"#.#", "..#", "..#", "#.#", "..#", "..#", "#.."}, {{'#', Grey(255, 9)}}},
-        {"1.5: y 1.5 and thickness 1.5 cover row 1 by half (127) and row 2 whole", 1.5f, true, false, 6, 3, kBlack,
-         [](DC& dc) { dc.DrawHorizontalLine({1, 1}, 4, kWhite); },
-         {".........", ".hhhhhh..", ".######..", ".........", "........."}, {{'h', Grey(127)}, {'#', white}}},
-        {"2.0: two whole columns; then with the guard raised, device pixels", 2, true, false, 3, 3, kBlack, [](DC& dc) {
+             dc.DrawVerticalLine({1, 0}, 0, kWhite); }},
+        {"1.5: half-covered row", 1.5f, true, true, false, 6, 3, [](DC& dc) { dc.DrawHorizontalLine({1, 1}, 4, kWhite); }},
+        {"2.0: two columns, then device pixels", 2, true, true, false, 3, 3, [](DC& dc) {
              dc.DrawVerticalLine({1, 0}, 2, kWhite); dc.SetWorkingOnScreenSize(true);
-             dc.DrawVerticalLine({5, 5}, -2, kWhite); dc.SetWorkingOnScreenSize(false); },
-         {"..##..", "..##..", "..##..", "..##.#", ".....#", "......"}, {{'#', white}}},
-        // t = (255 * 127 + 100 * 128) / 255 = 177; at half coverage (177 * 127 + 100 * 128) / 255 = 138
-        {"1.5: alpha then coverage, relative then coverage", 1.5f, true, false, 2, 2, Grey(100), [](DC& dc) {
-             dc.DrawVerticalLineAlpha({0, 0}, 1, kWhite, 0.5f); dc.DrawHorizontalLineRelative({1, 0}, 1, CLR(-1, 5, 0)); },
-         {"tR.", ".h.", "..."}, {{'t', Grey(177)}, {'R', Pixel{138, 143, 137, 0}}, {'h', Pixel{100, 102, 99, 0}}}},
+             dc.DrawVerticalLine({5, 5}, -2, kWhite); dc.SetWorkingOnScreenSize(false); }},
+        {"1.5: alpha and relative with coverage", 1.5f, true, true, false, 2, 2, [](DC& dc) {
+             dc.DrawVerticalLineAlpha({0, 0}, 1, kWhite, 0.5f); dc.DrawHorizontalLineRelative({1, 0}, 1, CLR(-1, 5, 0)); }},
+        {"shallow", 1, true, false, false, 6, 4, [](DC& dc) { dc.DrawLine({0, 0}, {4, 2}, kWhite); }},
+        {"ends clamped separately", 1, true, false, false, 6, 4, [](DC& dc) { dc.DrawLine({-3, 0}, {4, 2}, kWhite); }},
+        {"backwards", 1, true, false, false, 6, 4, [](DC& dc) { dc.DrawLine({4, 2}, {0, 0}, kWhite); }},
+        {"dashes by step", 1, true, false, false, 6, 4, [](DC& dc) { dc.DrawLine({0, 0}, {4, 2}, kWhite, 1, 1); }},
+        {"2.0: ends rounded", 2, true, true, false, 3, 2, [](DC& dc) { dc.DrawLine({0, 0}, {2, 1}, kWhite); }},
+        {"1.5: g = 102", 1.5f, true, true, false, 4, 2, [](DC& dc) { dc.DrawLine({0, 0}, {3, 1}, kWhite); }},
+        {"1.5, guard raised", 1.5f, true, true, true, 4, 3, [](DC& dc) { dc.DrawLine({0, 0}, {4, 2}, kWhite); }},
+        {"diagonal", 1, true, false, false, 6, 6, [](DC& dc) { dc.DrawLine({0, 0}, {4, 4}, kWhite); }},
+        {"diagonal alpha", 1, true, false, false, 6, 6, [](DC& dc) { dc.DrawLineAlpha({0, 0}, {4, 4}, kWhite, 0.5f); }},
+        {"diagonal relative", 1, true, false, false, 6, 6, [&](DC& dc) { dc.DrawLineRelative({0, 0}, {4, 4}, ten); }},
+        {"onto alpha", 1, true, false, false, 6, 6, [](DC& dc) {
+             dc.DrawLineOnAlpha({0, 0}, {4, 4}, kWhite, 1.0f); dc.DrawLineOnAlpha({2, 5}, {5, 5}, kWhite, 1.0f); }},
+        {"onto alpha, half opacity", 1, true, false, false, 3, 3, [](DC& dc) { dc.DrawLineOnAlpha({0, 0}, {2, 0}, kWhite, 0.5f); }},
+        {"rectangle", 1, true, false, false, 6, 5, [](DC& dc) { dc.DrawRect({1, 1, 5, 4}, kWhite); }},
+        {"one-pixel and empty rectangles", 1, true, false, false, 2, 1, [&](DC& dc) {
+             dc.DrawRectRelative({0, 0, 1, 1}, ten); dc.DrawRectRelative({1, 0, 1, 1}, ten);
+             dc.DrawRect({INT_MIN, INT_MIN, INT_MAX, INT_MIN}, kWhite); }},
+        {"dashed alpha rectangle", 1, true, false, false, 6, 4, [](DC& dc) { dc.DrawRectAlpha({0, 0, 6, 4}, kWhite, 0.6f, 2, 1); }},
+        {"1.5: rectangle", 1.5f, true, true, false, 4, 4, [](DC& dc) { dc.DrawRect({0, 0, 3, 3}, kWhite); }},
+        {"raised and sunken bevels", 1, true, false, false, 4, 6, [](DC& dc) {
+             dc.Draw3DRect({0, 0, 4, 3}, true); dc.Draw3DRect({0, 3, 4, 6}, false); }},
+        {"recessed frame", 1, true, false, false, 6, 5, [](DC& dc) { dc.DrawRecessedFrame({0, 0, 6, 5}); }},
+        {"recessed frame at 2.0, guard raised", 2, true, true, true, 3, 3, [](DC& dc) { dc.DrawRecessedFrame({0, 0, 6, 5}); }},
+        {"2.0: raised bevel", 2, true, true, false, 3, 3, [](DC& dc) { dc.Draw3DRect({0, 0, 2, 2}, true); }},
     });
     // clang-format on
 }
 
-TEST_F(LinesTest, AntiAliasedLinesAndOutlines) {
-    const Pixel white = Grey(255), clear = Grey(0, 255);
-    // (0, 0) to (4, 2): g = 127, so the weights run 255/0, 128/127, 1/254, then carry: 130/125.
-    const std::vector<std::string> shallow = {"#pq...", ".rsu..", "...v..", "......"};
-    const std::map<char, Pixel> shallowInk = {{'#', white},     {'p', Grey(128)}, {'q', Grey(1)},
-                                              {'r', Grey(127)}, {'s', Grey(254)}, {'u', Grey(130)},
-                                              {'v', Grey(125)}};
-    // (0, 0) to (4, 4): g = 255, neighbour weights 0, 255, then 254/1, 253/2 after each carry.
-    const std::vector<std::string> diagonal = {"#.....", ".#....", ".ab...", "..cd..", "......", "......"};
-    // clang-format off
-    CheckAll({
-        {"shallow", 1, false, false, 6, 4, kBlack, [](DC& dc) { dc.DrawLine({0, 0}, {4, 2}, kWhite); }, shallow,
-         shallowInk},
-        {"ends clamped separately (the slope changes)", 1, false, false, 6, 4, kBlack,
-         [](DC& dc) { dc.DrawLine({-3, 0}, {4, 2}, kWhite); }, shallow, shallowInk},
-        {"backwards: neighbours above, the other end left out", 1, false, false, 6, 4, kBlack,
-         [](DC& dc) { dc.DrawLine({4, 2}, {0, 0}, kWhite); }, {".v....", ".usr..", "..qp#.", "......"}, shallowInk},
-        {"dashes 1 on 1 off by step", 1, false, false, 6, 4, kBlack,
-         [](DC& dc) { dc.DrawLine({0, 0}, {4, 2}, kWhite, 1, 1); }, {"#.q...", "..s...", "......", "......"},
-         shallowInk},
-        {"2.0: ends rounded, then device pixels", 2, true, false, 3, 2, kBlack,
-         [](DC& dc) { dc.DrawLine({0, 0}, {2, 1}, kWhite); }, shallow, shallowInk},
-        {"1.5: (0, 0) to (5, 2), g = 102", 1.5f, true, false, 4, 2, kBlack,
-         [](DC& dc) { dc.DrawLine({0, 0}, {3, 1}, kWhite); }, {"#AB...", ".CDEF.", "...GH."},
-         {{'#', white}, {'A', Grey(153)}, {'B', Grey(51)}, {'C', Grey(102)}, {'D', Grey(204)}, {'E', Grey(205)},
-          {'F', Grey(103)}, {'G', Grey(50)}, {'H', Grey(152)}}},
-        {"1.5, guard raised: device pixels", 1.5f, true, true, 4, 3, kBlack,
-         [](DC& dc) { dc.DrawLine({0, 0}, {4, 2}, kWhite); }, {"#pq...", ".rsu..", "...v..", "......", "......"},
-         shallowInk},
-        {"diagonal", 1, false, false, 6, 6, kBlack, [](DC& dc) { dc.DrawLine({0, 0}, {4, 4}, kWhite); }, diagonal,
-         {{'#', white}, {'a', Grey(1)}, {'b', Grey(254)}, {'c', Grey(2)}, {'d', Grey(253)}}},
-        {"alpha: t = 177, then the coverage", 1, false, false, 6, 6, Grey(100),
-         [](DC& dc) { dc.DrawLineAlpha({0, 0}, {4, 4}, kWhite, 0.5f); }, diagonal,
-         {{'#', Grey(177)}, {'a', Grey(100)}, {'b', Grey(176)}, {'c', Grey(100)}, {'d', Grey(176)}}},
-        {"relative: t = 110, then the coverage", 1, false, false, 6, 6, Grey(100),
-         [](DC& dc) { dc.DrawLineRelative({0, 0}, {4, 4}, CLR(10, 10, 10)); }, diagonal,
-         {{'#', Grey(110)}, {'a', Grey(100)}, {'b', Grey(109)}, {'c', Grey(100)}, {'d', Grey(109)}}},
-        {"onto alpha: a transparent surface takes the colour and the coverage as opaqueness", 1, false, false, 6, 6,
-         clear, [](DC& dc) { dc.DrawLineOnAlpha({0, 0}, {4, 4}, kWhite, 1.0f); dc.DrawLineOnAlpha({2, 5}, {5, 5}, kWhite, 1.0f); },
-         {"#.....", ".#....", ".ab...", "..cd..", "......", "..###."},
-         {{'#', Grey(255, 0)}, {'a', Grey(255, 254)}, {'b', Grey(255, 1)}, {'c', Grey(255, 253)}, {'d', Grey(255, 2)}}},
-        {"onto alpha, half opacity: c = (100 * 128) >> 8, colour 255 * 127 / (255 - c)", 1, false, false, 1, 1,
-         Grey(0, 100), [](DC& dc) { dc.DrawLineOnAlpha({0, 0}, {0, 0}, kWhite, 0.5f); }, {"o"}, {{'o', Grey(157, 50)}}},
-        {"rectangle: side edges leave out the corners", 1, false, false, 6, 5, kBlack,
-         [](DC& dc) { dc.DrawRect({1, 1, 5, 4}, kWhite); }, {"......", ".####.", ".#..#.", ".####.", "......"},
-         {{'#', white}}},
-        {"one-pixel rectangle: four relative writes on one pixel; empty ones draw nothing", 1, false, false, 2, 1,
-         Grey(100), [](DC& dc) {
-             dc.DrawRectRelative({0, 0, 1, 1}, CLR(10, 10, 10)); dc.DrawRectRelative({1, 0, 1, 1}, CLR(10, 10, 10));
-             dc.DrawRect({INT_MIN, INT_MIN, INT_MAX, INT_MIN}, kWhite); },
-         {"x."}, {{'x', Grey(140)}}},
-        {"dashed alpha rectangle, each edge dashed from its start", 1, false, false, 6, 4, kBlack,
-         [](DC& dc) { dc.DrawRectAlpha({0, 0, 6, 4}, kWhite, 1.0f, 2, 1); }, {"##.##.", "#....#", "#....#", "##.##."},
-         {{'#', white}}},
-        {"1.5: edges 1.5 thick, the far rows and columns half covered", 1.5f, true, false, 4, 4, kBlack,
-         [](DC& dc) { dc.DrawRect({0, 0, 3, 3}, kWhite); }, {"####..", "#xh#h.", "......", "####..", "hhhh..", "......"},
-         {{'#', white}, {'h', Grey(127)}, {'x', Grey(190)}}},
-        {"raised and sunken bevels", 1, false, false, 4, 6, Grey(100),
-         [](DC& dc) { dc.Draw3DRect({0, 0, 4, 3}, true); dc.Draw3DRect({0, 3, 4, 6}, false); },
-         {"WWWW", "W..B", "BBBB", "BBBB", "B..W", "WWWW"}, {{'W', white}, {'B', kBlack}}},
-        {"recessed frame: the seven relative strokes", 1, false, false, 6, 5, Grey(100),
-         [](DC& dc) { dc.DrawRecessedFrame({0, 0, 6, 5}); }, {".FFF..", "FCDDD.", "FE...G", ".E...G", "..HHHG"},
-         {{'F', Pixel{92, 89, 90, 0}}, {'C', Pixel{87, 82, 83, 0}}, {'D', Pixel{75, 65, 65, 0}},
-          {'E', Pixel{74, 65, 65, 0}}, {'G', Pixel{115, 126, 129, 0}}, {'H', Pixel{115, 127, 129, 0}}}},
-        {"the same frame inside the guard at 2.0: device pixels", 2, true, true, 3, 3, Grey(100),
-         [](DC& dc) { dc.DrawRecessedFrame({0, 0, 6, 5}); }, {".FFF..", "FCDDD.", "FE...G", ".E...G", "..HHHG", "......"},
-         {{'F', Pixel{92, 89, 90, 0}}, {'C', Pixel{87, 82, 83, 0}}, {'D', Pixel{75, 65, 65, 0}},
-          {'E', Pixel{74, 65, 65, 0}}, {'G', Pixel{115, 126, 129, 0}}, {'H', Pixel{115, 127, 129, 0}}}},
-        {"2.0: a raised bevel of two-pixel edges", 2, true, false, 3, 3, Grey(100),
-         [](DC& dc) { dc.Draw3DRect({0, 0, 2, 2}, true); }, {"WWWW..", "WWWW..", "BBBB..", "BBBB..", "......", "......"},
-         {{'W', white}, {'B', kBlack}}},
-    });
-    // clang-format on
+// The rules the scenes rest on, one formula each: the alpha write (c * a + d * (255 - a)) / 255 with
+// a = trunc(0.5 * 255), the relative write held to 0..255 per byte, and the write onto an alpha surface
+// (c = (100 * 128) >> 8, colour 255 * 127 / (255 - c)).
+TEST_F(LinesTest, WriteKindsFollowTheirFormulas) {
+    DC dc(ULORect(0, 0, 3, 1), true, false);
+    FillAll(dc, CLR(0, 0, 0), 100);
+    dc.DrawPixelAlpha({0, 0}, CLR(200, 50, 0), 0.5f);
+    dc.DrawPixelRelative({1, 0}, CLR(-10, 20, 127));
+    dc.DrawLineOnAlpha({2, 0}, {2, 0}, kWhite, 0.5f);
+    EXPECT_EQ(PixelAt(dc, 0, 0), (Pixel{0, 24, 99, 100}));
+    EXPECT_EQ(PixelAt(dc, 1, 0), (Pixel{127, 20, 0, 100}));
+    EXPECT_EQ(PixelAt(dc, 2, 0), (Pixel{157, 157, 157, 50}));
 }
 
 // Radius 2 around (3, 3): 12 points, k at k / 12 * 2pi. Each segment draws its start pixel; the angle
