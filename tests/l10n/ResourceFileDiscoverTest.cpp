@@ -179,7 +179,7 @@ TEST_F(ResourceFileDiscoverTest, SampleFixture) {
 // Hosts derive to look for the resource directory elsewhere.
 class FixedDirDiscover : public ResourceDirDiscover {
 public:
-    explicit FixedDirDiscover(ULOPath dir) : ResourceDirDiscover(true, this), dir_(std::move(dir)) {}
+    explicit FixedDirDiscover(ULOPath dir) : ResourceDirDiscover(true, nullptr), dir_(std::move(dir)) {}
     ULOPath FindResourceDir(const ULOString& name) const override {
         lastName = name;
         return dir_;

@@ -1,10 +1,10 @@
 #pragma once
 // A folder of its own for one test, removed with everything in it afterwards.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 
 #include "ulolib/Path.h"
@@ -12,9 +12,15 @@
 class TempDir {
 public:
     TempDir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "ulo-test-XXXXXX").string();
-        if (mkdtemp(&pattern[0])) {
-            root_ = pattern;
+        // A new folder of a random name: creating it fails when it exists, so it is this test's own.
+        std::random_device random;
+        for (int attempt = 0; attempt < 100 && root_.empty(); ++attempt) {
+            const auto candidate =
+                std::filesystem::temp_directory_path() / ("ulo-test-" + std::to_string(random()));
+            std::error_code error;
+            if (std::filesystem::create_directory(candidate, error)) {
+                root_ = candidate;
+            }
         }
         EXPECT_FALSE(root_.empty()) << "cannot create a temporary folder";
     }
