@@ -73,9 +73,9 @@ TEST(SetToDeviceTest, WholePictureOrAPartGoesToItsOwnPlace) {
     Mark(picture, 255);  // alpha is ignored without the flag
     MemoryDevice whole(6, 5, kBackground), noRect(4, 3, kBackground), part(8, 6, kBackground);
     const ULORect all(0, 0, 4, 3), lower(1, 1, 3, 3);  // columns 1-2 of the two lower rows
-    picture.SetToDevice(&whole, &all, 2, 2);
-    picture.SetToDevice(&noRect, nullptr, 0, 0);  // no rectangle means the whole picture
-    picture.SetToDevice(&part, &lower, 4, 2);
+    picture.SetToDevice(whole.GetHDC(), &all, 2, 2);
+    picture.SetToDevice(noRect.GetHDC(), nullptr, 0, 0);  // no rectangle means the whole picture
+    picture.SetToDevice(part.GetHDC(), &lower, 4, 2);
     picture.SetToDevice(nullptr, &all, 0, 0);  // no device: nothing happens
     EXPECT_EQ(Changed(whole), (Rows{"......", "......", "..xxxx", "..xxxx", "..xxxx"}));
     EXPECT_EQ(Changed(part), (Rows{"........", "........", "........", ".....xx.", ".....xx.", "........"}));
@@ -94,8 +94,8 @@ TEST(SetToDeviceTest, RectangleBeyondThePictureClampsOneShort) {
     Mark(picture);
     MemoryDevice beyond(5, 4, kBackground), exact(5, 4, kBackground);
     const ULORect big(-5, -5, 10, 10), fits(0, 0, 3, 2);  // an edge on the picture's own edge is not clamped
-    picture.SetToDevice(&beyond, &big, 0, 0);
-    picture.SetToDevice(&exact, &fits, 0, 0);
+    picture.SetToDevice(beyond.GetHDC(), &big, 0, 0);
+    picture.SetToDevice(exact.GetHDC(), &fits, 0, 0);
     // right becomes width - 1 and bottom height - 1: two columns of the top row only.
     EXPECT_EQ(Changed(beyond), (Rows{"xx...", ".....", ".....", "....."}));
     EXPECT_EQ(beyond.GetPixel(1, 0), Marker(1, 0));
@@ -110,7 +110,7 @@ TEST(SetToDeviceTest, AlphaPixelsAreComposedOverTheDevice) {
     MemoryDevice device(6, 2, kBackground);
     device.SetPixel(3, 1, CLR(10, 20, 30));  // what lies under pixel 1 at origin (2, 1)
     device.SetPixel(4, 1, CLR(200, 100, 0));
-    picture.SetToDevice(&device, nullptr, 2, 1);
+    picture.SetToDevice(device.GetHDC(), nullptr, 2, 1);
     unsigned char alpha = 0;
     EXPECT_EQ(picture.GetPixelAndAlpha(0, 0, alpha), CLR(200, 100, 50));  // opaque: untouched
     // (own * 127 + device * 128) >> 8: red 26680 >> 8, green 15260 >> 8, blue 8920 >> 8.
@@ -127,7 +127,7 @@ TEST(SetToDeviceTest, AlphaPixelsAreComposedOverTheDevice) {
     tall.Fill(CLR(0, 0, 0), 255);
     MemoryDevice grey(1, 2, CLR(100, 100, 100));
     const ULORect topRow(0, 0, 1, 1);
-    tall.SetToDevice(&grey, &topRow, 0, 0);
+    tall.SetToDevice(grey.GetHDC(), &topRow, 0, 0);
     EXPECT_EQ(tall.GetPixel(0, 0), CLR(0, 0, 0));     // the row that was sent is not composed
     EXPECT_EQ(tall.GetPixel(0, 1), CLR(99, 99, 99));  // memory row 0, the bottom row, is
     EXPECT_EQ(grey.GetPixel(0, 0), CLR(0, 0, 0));
@@ -139,11 +139,11 @@ TEST(SetToDeviceTest, BuffersNarrowerThan32BitRowsAreNotShown) {
     ULOPictureBits mask(ULOSize(8, 2), PICTBITS_MASK8), rgb(ULOSize(1, 1), PICTBITS_RGB24);
     mask.Fill(CLR(0, 0, 0), 1);
     MemoryDevice device(8, 2, kBackground);
-    mask.SetToDevice(&device, nullptr, 0, 0);
+    mask.SetToDevice(device.GetHDC(), nullptr, 0, 0);
     EXPECT_EQ(Changed(device), (Rows{"........", "........"}));
     // A one-pixel-wide 24-bit row is padded to four bytes and goes as a 32-bit pixel.
     rgb.Fill(CLR(1, 2, 3), 0);
-    rgb.SetToDevice(&device, nullptr, 0, 0);
+    rgb.SetToDevice(device.GetHDC(), nullptr, 0, 0);
     EXPECT_EQ(device.GetPixel(0, 0), CLR(1, 2, 3));
 }
 

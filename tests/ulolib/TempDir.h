@@ -34,16 +34,20 @@ public:
     TempDir& operator=(const TempDir&) = delete;
 
     const std::filesystem::path& Root() const { return root_; }
-    ULOPath Path() const { return ULOPath::FromNative(root_.string()); }
+    ULOPath Path() const { return ULOPath::FromNative(root_.u8string()); }
 
-    // Relative to the folder: writes a file (making its folders), makes a folder, removes an entry.
+    // Relative to the folder, in UTF-8: writes a file (making its folders), makes a folder, removes an entry.
     void Write(const std::string& relative, const std::string& content = "x") const {
-        std::filesystem::create_directories((root_ / relative).parent_path());
-        std::ofstream(root_ / relative, std::ios::binary) << content;
+        std::filesystem::create_directories(At(relative).parent_path());
+        std::ofstream(At(relative), std::ios::binary) << content;
     }
-    void MakeDir(const std::string& relative) const { std::filesystem::create_directories(root_ / relative); }
-    void Remove(const std::string& relative) const { std::filesystem::remove(root_ / relative); }
+    void MakeDir(const std::string& relative) const { std::filesystem::create_directories(At(relative)); }
+    void Remove(const std::string& relative) const { std::filesystem::remove(At(relative)); }
 
 private:
+    std::filesystem::path At(const std::string& relative) const {
+        return root_ / std::filesystem::u8path(relative);
+    }
+
     std::filesystem::path root_;
 };

@@ -55,6 +55,15 @@ WorkerPool::~WorkerPool() {
         stopping_ = true;
     }
     queueChanged_.notify_all();
+#if defined(_WIN32)
+    // In a DLL this runs from its detach notification, under the loader lock: at process exit the
+    // system has already ended the workers, and a worker that still ran could not end without that
+    // lock, so a join would wait for ever. The workers are let go instead (see docs/windows.md).
+    for (std::thread& worker : workers_) {
+        worker.detach();
+    }
+    return;
+#endif
     for (std::thread& worker : workers_) {
         // exit() called from inside a loop body runs this destructor on a worker; it cannot join itself.
         if (worker.get_id() == std::this_thread::get_id()) {

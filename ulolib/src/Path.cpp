@@ -1,6 +1,10 @@
 #include "ulolib/Path.h"
 
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <sys/stat.h>
+#endif
 
 #include <cerrno>
 
@@ -30,25 +34,40 @@ struct Status {
 // stat of the path; on failure stores the error (when asked for) and returns false.
 bool StatPath(const ULOPath& path, Status& status, ulo::ErrorCode* error, const char* function, int line) {
 #if defined(_WIN32)
-    struct _stat64 info {};
-    const bool ok = ::_wstat64(path.wstring().c_str(), &info) == 0;
+    // The attributes call itself, not the C runtime's stat: its error number tells a missing file
+    // (2) from a missing folder or a file used as one (3), which errno does not.
+    WIN32_FILE_ATTRIBUTE_DATA info{};
+    const bool ok =
+        !path.empty() && ::GetFileAttributesExW(path.wstring().c_str(), GetFileExInfoStandard, &info);
+    const long failure = ok ? 0 : (path.empty() ? ERROR_FILE_NOT_FOUND : static_cast<long>(::GetLastError()));
+    if (ok) {
+        status.directory = (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        status.regular = (info.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
+        status.size = (static_cast<uint64_t>(info.nFileSizeHigh) << 32) | info.nFileSizeLow;
+    }
 #else
     struct stat info {};
     const bool ok = ::stat(path.native().c_str(), &info) == 0;
-#endif
+    const int failure = errno;
     if (ok) {
         status.directory = S_ISDIR(info.st_mode);
         status.regular = S_ISREG(info.st_mode);
         status.size = info.st_size > 0 ? static_cast<uint64_t>(info.st_size) : 0;
+    }
+#endif
+    if (ok) {
         if (error) {
             *error = ulo::ErrorCode::noError();
         }
         return true;
     }
-    const int err = errno;
     if (error) {
-        *error = ulo::ErrorCode(
-            ULO_AT(ulo::exception::SystemError::FromErrno(err, "stat"), function, "ulolib/Path", line));
+#if defined(_WIN32)
+        ulo::exception::SystemError failed(failure, "stat");
+#else
+        ulo::exception::SystemError failed = ulo::exception::SystemError::FromErrno(failure, "stat");
+#endif
+        *error = ulo::ErrorCode(ULO_AT(failed, function, "ulolib/Path", line));
     }
     return false;
 }

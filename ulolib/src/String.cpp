@@ -180,9 +180,17 @@ ULOString FormatV(const wchar_t* format, va_list args) {
         errno = 0;
         const int n = std::vswprintf(&buffer[0], buffer.size(), translated.c_str(), copy);
         va_end(copy);
-        if (n >= 0) {
+        if (n >= 0 && static_cast<size_t>(n) < buffer.size()) {
             buffer.resize(static_cast<size_t>(n));
             return ULOString(std::move(buffer));
+        }
+        // MinGW-w64's C99 function returns the length the whole text needs, as snprintf does.
+        if (n >= 0) {
+            if (static_cast<size_t>(n) >= kMaxFormattedLength) {
+                return ULOString();
+            }
+            buffer.resize(static_cast<size_t>(n) + 1);
+            continue;
         }
         // glibc reports both a short buffer and a bad argument with -1; only the former is worth
         // another try.
