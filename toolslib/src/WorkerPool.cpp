@@ -30,10 +30,19 @@ WorkerPool* WorkerPool::Instance() {
     if (poolShutDown.load(std::memory_order_acquire)) {
         return nullptr;
     }
+#if defined(_WIN32)
+    // On Windows the pool lives as long as the process: the library is a DLL whose static objects
+    // are destroyed in its detach notification, when the system has already ended the workers in
+    // the middle of whatever they did, so that waking or joining them there would wait for ever.
+    // The system reclaims the pool with the process (see docs/windows.md).
+    static WorkerPool* const pool = new WorkerPool(HardwareThreadCount());
+    return pool;
+#else
     // A function-local static: created on first use, and destroyed (workers joined) at exit or
     // when the library is unloaded, before leak checkers look at the heap.
     static WorkerPool pool(HardwareThreadCount());
     return &pool;
+#endif
 }
 
 WorkerPool::WorkerPool(int workerCount) {
@@ -55,15 +64,6 @@ WorkerPool::~WorkerPool() {
         stopping_ = true;
     }
     queueChanged_.notify_all();
-#if defined(_WIN32)
-    // In a DLL this runs from its detach notification, under the loader lock: at process exit the
-    // system has already ended the workers, and a worker that still ran could not end without that
-    // lock, so a join would wait for ever. The workers are let go instead (see docs/windows.md).
-    for (std::thread& worker : workers_) {
-        worker.detach();
-    }
-    return;
-#endif
     for (std::thread& worker : workers_) {
         // exit() called from inside a loop body runs this destructor on a worker; it cannot join itself.
         if (worker.get_id() == std::this_thread::get_id()) {
