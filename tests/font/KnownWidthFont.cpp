@@ -12,9 +12,9 @@ namespace {
 const wchar_t* const kFaceName = L"Known Widths";
 
 int32_t KnownAdvance(uint32_t c, int32_t spaceWidth) {
-    const std::pair<wchar_t, int32_t> special[] = {{' ', spaceWidth}, {'i', kNarrow},  {'l', kNarrow},
-                                                   {'m', kWide},      {'-', kHyphen},  {'/', kSlash},
-                                                   {'.', kDot},       {'?', kQuestion}};
+    const std::pair<wchar_t, int32_t> special[] = {{' ', spaceWidth}, {'i', kNarrow}, {'l', kNarrow},
+                                                   {'m', kWide},      {'-', kHyphen}, {'/', kSlash},
+                                                   {'\\', kSlash},    {'.', kDot},    {'?', kQuestion}};
     for (const auto& [character, width] : special) {
         if (c == static_cast<uint32_t>(character)) {
             return width;

@@ -46,10 +46,14 @@ bool HaveCjkFonts() {
 std::wstring FamilyOf(const std::string& file) {
     const std::string name = file.substr(file.find_last_of("/\\") + 1);
     const std::pair<const char*, const wchar_t*> families[] = {
-        {"DejaVuSansMono", L"DejaVu Sans Mono"}, {"DejaVuSans", L"DejaVu Sans"},
-        {"DejaVuSerif", L"DejaVu Serif"},        {"LiberationSans", L"Liberation Sans"},
-        {"LiberationSerif", L"Liberation Serif"}, {"LiberationMono", L"Liberation Mono"},
-        {"ipaexg", L"IPAexGothic"},              {"gbsn00lp", L"AR PL SungtiL GB"},
+        {"DejaVuSansMono", L"DejaVu Sans Mono"},
+        {"DejaVuSans", L"DejaVu Sans"},
+        {"DejaVuSerif", L"DejaVu Serif"},
+        {"LiberationSans", L"Liberation Sans"},
+        {"LiberationSerif", L"Liberation Serif"},
+        {"LiberationMono", L"Liberation Mono"},
+        {"ipaexg", L"IPAexGothic"},
+        {"gbsn00lp", L"AR PL SungtiL GB"},
     };
     for (const auto& [prefix, family] : families) {
         if (name.compare(0, std::char_traits<char>::length(prefix), prefix) == 0) {

@@ -17,9 +17,11 @@ public:
     VisibleFamilies(std::shared_ptr<platform::FontEngine> inner, std::vector<std::wstring> families)
         : inner_(std::move(inner)), families_(std::move(families)) {}
 
-    void EnumerateFaces(uint8_t charSet, const std::function<bool(const platform::FaceInfo&)>& visit) override {
+    void EnumerateFaces(uint8_t charSet,
+                        const std::function<bool(const platform::FaceInfo&)>& visit) override {
         inner_->EnumerateFaces(charSet, [&](const platform::FaceInfo& face) {
-            const bool visible = std::find(families_.begin(), families_.end(), face.faceName) != families_.end();
+            const bool visible =
+                std::find(families_.begin(), families_.end(), face.faceName) != families_.end();
             return !visible || visit(face);
         });
     }

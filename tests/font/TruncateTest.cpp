@@ -2,7 +2,10 @@
 // result "=" means the text was kept as it was (false returned); anything else was shortened.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "KnownWidthFont.h"
+#include "ulolib/Path.h"
 
 using namespace measuretest;
 
@@ -18,12 +21,17 @@ struct Case {
 void ExpectTruncated(const ULOFont& font, bool path, const std::vector<Case>& cases) {
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << "width " << c.maxWidth << " case " << &c - cases.data());
+        // Paths are written with "/" and split at the system's separator ("\\", as wide, on Windows).
+        const auto native = [path](std::wstring s) {
+            std::replace(s.begin(), s.end(), path ? L'/' : L'\0', path ? ULOPath::wSeparator : L'\0');
+            return s;
+        };
         ULOString out = L"untouched";
-        const bool shortened = path ? font.TruncatePath(c.text, out, c.maxWidth, c.ellipsis)
+        const bool shortened = path ? font.TruncatePath(native(c.text), out, c.maxWidth, c.ellipsis)
                                     : font.TruncateString(c.text, out, c.maxWidth, c.ellipsis);
         const bool kept = std::wstring(c.expected) == L"=";
         EXPECT_EQ(!kept, shortened);
-        EXPECT_EQ(kept ? c.text : c.expected, out);
+        EXPECT_EQ(native(kept ? c.text : c.expected), out);
     }
 }
 

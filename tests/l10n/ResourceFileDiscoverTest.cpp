@@ -33,7 +33,9 @@ protected:
         }
     }
     ULOPath At(const std::string& relative) const {
-        return ULOPath::FromNative((dir_.Root() / relative).string());
+        // In the system's separators, as the library joins paths.
+        return ULOPath::FromNative(
+            (dir_.Root() / std::filesystem::u8path(relative)).make_preferred().u8string());
     }
 
     // The names GetFiles finds for `lang`, and whether it reported all six.
