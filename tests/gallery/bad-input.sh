@@ -39,6 +39,8 @@ for row in "${cases[@]}"; do
   # shellcheck disable=SC2086  # options are words
   ${ULO_EMULATOR:-} "$program" -r "$scratch/res" -m 1.0 -o "$scratch/out" $options >/dev/null 2>"$scratch/err"
   status=$?
+  # Paths are named with the system's separators: "\" on Windows reads as "/" here.
+  tr '\\' / <"$scratch/err" >"$scratch/err.tmp" && mv "$scratch/err.tmp" "$scratch/err"
   lines=$(wc -l <"$scratch/err")
   if [[ $status -eq 0 || $status -ge 128 || $lines -ne 1 ]] || ! grep -qF -- "$expected" "$scratch/err"; then
     echo "FAIL $name: exit $status, $lines line(s) on stderr, expected one naming $expected:"
