@@ -65,9 +65,9 @@ TEST(ColorTest, ScalingAndLerpTruncateAndWrap) {
     // The signed difference, not clamped.
     const CLR a(200, 0, 100), b(100, 255, 150);
     const std::pair<float, Triple> lerped[] = {{0.0f, {200, 0, 100}},   {1.0f, {100, 255, 150}},
-                                            {0.5f, {150, 127, 125}}, {0.999f, {100, 254, 149}},
-                                            {2.0f, {0, 254, 200}},  // 200 - 200, 510 wraps, 100 + 100
-                                            {-1.0f, {44, 1, 50}}};  // 300 wraps, -255 wraps, 100 - 50
+                                               {0.5f, {150, 127, 125}}, {0.999f, {100, 254, 149}},
+                                               {2.0f, {0, 254, 200}},  // 200 - 200, 510 wraps, 100 + 100
+                                               {-1.0f, {44, 1, 50}}};  // 300 wraps, -255 wraps, 100 - 50
     for (const auto& [t, expected] : lerped) {
         EXPECT_EQ(Rgb(CLR::Lerp(a, b, t)), expected) << t;
     }

@@ -73,8 +73,9 @@ void ULOPictureBits::SetToDevice(HDC dc, const ULORect* rect, int x, int y) {
     header.sizeImage = 0;
     header.xPelsPerMeter = 1000;
     header.yPelsPerMeter = 1000;
-    ulogui::platform::SetBitsToDevice(dc, x + left, y + top, right - left, bottom - top, left, height - bottom,
-                                      0, height, bits, header, ulogui::platform::kColorUseRGB);
+    ulogui::platform::SetBitsToDevice(dc, x + left, y + top, right - left, bottom - top, left,
+                                      height - bottom, 0, height, bits, header,
+                                      ulogui::platform::kColorUseRGB);
 }
 
 bool ULOPictureBits::IsBadBitsPtr() const {

@@ -35,9 +35,9 @@ struct MemoryDevice::Framebuffer : Device {
     std::vector<unsigned char> pixels;
 };
 
-int MemoryDevice::Framebuffer::CopyBits(int destX, int destY, int w, int h, int srcX, int srcY,
-                                        int startScan, int scanLines, const void* bits,
-                                        const BitmapInfoHeader& header, unsigned colorUse) {
+int MemoryDevice::Framebuffer::CopyBits(int destX, int destY, int w, int h, int srcX, int srcY, int startScan,
+                                        int scanLines, const void* bits, const BitmapInfoHeader& header,
+                                        unsigned colorUse) {
     if (bits == nullptr || header.size != sizeof(BitmapInfoHeader) || header.planes != 1 ||
         header.bitCount != 32 || header.compression != kCompressionRGB || colorUse != kColorUseRGB ||
         header.width <= 0 || header.height <= 0 || w <= 0 || h <= 0 || startScan < 0 || scanLines <= 0) {
@@ -127,7 +127,8 @@ void MemoryDevice::Fill(const CLR& colour) {
 }
 
 int MemoryDevice::CopyBits(int destX, int destY, int width, int height, int srcX, int srcY, int startScan,
-                           int scanLines, const void* bits, const BitmapInfoHeader& header, unsigned colorUse) {
+                           int scanLines, const void* bits, const BitmapInfoHeader& header,
+                           unsigned colorUse) {
     return framebuffer_->CopyBits(destX, destY, width, height, srcX, srcY, startScan, scanLines, bits, header,
                                   colorUse);
 }

@@ -24,7 +24,8 @@ constexpr MAT2 kIdentity = {{0, 1}, {0, 0}, {0, 0}, {0, 1}};
 // TEXTMETRIC's pitch bit is inverted (set for a variable pitch) and comes with the TrueType and
 // vector bits; a font description (LOGFONT) states the pitch as 1 fixed, 2 variable.
 uint8_t DescribedPitchAndFamily(BYTE textMetricPitchAndFamily) {
-    const uint8_t pitchBits = (textMetricPitchAndFamily & TMPF_FIXED_PITCH) != 0 ? VARIABLE_PITCH : FIXED_PITCH;
+    const uint8_t pitchBits =
+        (textMetricPitchAndFamily & TMPF_FIXED_PITCH) != 0 ? VARIABLE_PITCH : FIXED_PITCH;
     return static_cast<uint8_t>((textMetricPitchAndFamily & 0xF0) | pitchBits);
 }
 

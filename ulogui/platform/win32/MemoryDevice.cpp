@@ -112,7 +112,8 @@ void MemoryDevice::Fill(const CLR& colour) {
 }
 
 int MemoryDevice::CopyBits(int destX, int destY, int width, int height, int srcX, int srcY, int startScan,
-                           int scanLines, const void* bits, const BitmapInfoHeader& header, unsigned colorUse) {
+                           int scanLines, const void* bits, const BitmapInfoHeader& header,
+                           unsigned colorUse) {
     // The images this framebuffer takes, as on the other platforms; GDI itself would take more.
     if (bits == nullptr || header.size != sizeof(BitmapInfoHeader) || header.planes != 1 ||
         header.bitCount != 32 || header.compression != kCompressionRGB || colorUse != kColorUseRGB ||
