@@ -1,4 +1,8 @@
 # Every dependency is a Debian package installed by scripts/bootstrap.
+if(WIN32)
+  include(${CMAKE_CURRENT_LIST_DIR}/UloWindowsDependencies.cmake)
+  return()
+endif()
 find_package(Threads REQUIRED)
 find_package(Boost 1.74 REQUIRED)
 find_package(PkgConfig REQUIRED)

@@ -1,12 +1,14 @@
 #pragma once
-// Devices that pixel buffers are shown on (ULOPictureBits::SetToDevice). HDC is a pointer to one.
-// A device offers exactly what showing a buffer needs: the colour it currently shows at a point, and
-// copying a bottom-up 32-bit rectangle onto it (the parameters of the Windows call SetDIBitsToDevice).
+// Devices that pixel buffers are shown on (ULOPictureBits::SetToDevice takes an HDC). On Windows an
+// HDC is a real device context. Elsewhere an HDC points to a Device: something that offers exactly
+// what showing a buffer needs, the colour it currently shows at a point and copying a bottom-up
+// 32-bit rectangle onto it (the parameters of the Windows call SetDIBitsToDevice). MemoryDevice is
+// a framebuffer in memory with a device handle, the same on every platform.
 #include <cstdint>
-#include <vector>
 
 #include "ulogui/Color.h"
 #include "ulogui/Export.h"
+#include "ulogui/PlatformTypes.h"
 
 namespace ulogui {
 namespace platform {
@@ -30,6 +32,7 @@ static_assert(sizeof(BitmapInfoHeader) == 40, "BitmapInfoHeader must match the 4
 constexpr uint32_t kCompressionRGB = 0;  // uncompressed pixels
 constexpr unsigned kColorUseRGB = 0;     // pixels are colours, not palette indices
 
+#if !defined(_WIN32)
 class ULODRAW_API Device {
 public:
     virtual ~Device();
@@ -45,36 +48,42 @@ public:
                          int scanLines, const void* bits, const BitmapInfoHeader& header,
                          unsigned colorUse) = 0;
 };
+#endif
 
 // A framebuffer in memory, for hosts that render off screen and for tests. Its pixels are kept
 // top-down: row 0 is the top row, each row GetStride() bytes of 4-byte pixels blue, green, red, 0.
-// CopyBits accepts uncompressed bottom-up 32-bit images and clips to the framebuffer; the image's
-// fourth byte is not kept (a device shows colours, not transparency).
-class ULODRAW_API MemoryDevice : public Device {
+// GetHDC() is its device handle: on Windows a memory device context with the framebuffer selected
+// into it as a 32-bit top-down DIB section, elsewhere the framebuffer's Device.
+class ULODRAW_API MemoryDevice {
 public:
-    // A non-positive side gives an empty framebuffer.
+    // A non-positive side gives an empty framebuffer (whose handle is still valid).
     MemoryDevice(int width, int height, const CLR& background = CLR(0, 0, 0));
-    ~MemoryDevice() override;
+    ~MemoryDevice();
+    MemoryDevice(const MemoryDevice&) = delete;
+    MemoryDevice& operator=(const MemoryDevice&) = delete;
 
-    int GetWidth() const { return width_; }
-    int GetHeight() const { return height_; }
-    int GetStride() const { return width_ * 4; }
-    const unsigned char* GetData() const { return pixels_.data(); }
+    HDC GetHDC() const;
+    int GetWidth() const;
+    int GetHeight() const;
+    int GetStride() const { return GetWidth() * 4; }
+    const unsigned char* GetData() const;
 
     // Outside the framebuffer: white, the colour that an invalid-colour answer (all bits set) carries.
-    CLR GetPixel(int x, int y) const override;
+    CLR GetPixel(int x, int y) const;
     // Ignored outside the framebuffer.
     void SetPixel(int x, int y, const CLR& colour);
     void Fill(const CLR& colour);
 
-    // Other images (top-down, compressed, not 32-bit, not RGB) copy nothing and return 0.
+    // SetDIBitsToDevice onto this framebuffer: see Device::CopyBits. Uncompressed bottom-up 32-bit
+    // images are copied, clipped to the framebuffer; their fourth byte is not kept (a device shows
+    // colours, not transparency). Other images (top-down, compressed, not 32-bit, not RGB) copy
+    // nothing and return 0.
     int CopyBits(int destX, int destY, int width, int height, int srcX, int srcY, int startScan,
-                 int scanLines, const void* bits, const BitmapInfoHeader& header, unsigned colorUse) override;
+                 int scanLines, const void* bits, const BitmapInfoHeader& header, unsigned colorUse);
 
 private:
-    int width_;
-    int height_;
-    std::vector<unsigned char> pixels_;
+    struct Framebuffer;  // the platform's
+    Framebuffer* framebuffer_;
 };
 
 }  // namespace platform

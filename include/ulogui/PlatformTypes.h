@@ -1,6 +1,13 @@
 #pragma once
-// Portable stand-ins for the Windows handle and value types that appear in the library's
-// interface. On Linux each handle points to an object of the platform layer (ulogui/platform).
+// The Windows handle and value types that appear in the library's interface. On Windows they are
+// the real ones; elsewhere portable stand-ins, where each handle points to an object of the
+// platform layer (ulogui/platform).
+#if defined(_WIN32)
+// The types only (windef.h, wingdi.h): HDC, HFONT, HINSTANCE, FIXED, POINTFX. The rest of
+// windows.h, with its user-interface macros, is left to the host.
+#include <windef.h>
+#include <wingdi.h>
+#else
 #include <cstdint>
 
 namespace ulogui {
@@ -25,3 +32,4 @@ struct tagPOINTFX {
     FIXED y;
 };
 using POINTFX = tagPOINTFX;
+#endif

@@ -10,20 +10,20 @@
 
 namespace {
 
-using RGB = std::tuple<int, int, int>;
+using Triple = std::tuple<int, int, int>;
 
-RGB Rgb(const CLR& c) {
-    return RGB(c.red, c.green, c.blue);
+Triple Rgb(const CLR& c) {
+    return Triple(c.red, c.green, c.blue);
 }
 
 TEST(ColorTest, ConstructionKeepsLowBitsAndLiesBlueGreenRed) {
-    EXPECT_EQ(Rgb(CLR(300, 0, 0)), RGB(44, 0, 0));
-    EXPECT_EQ(Rgb(CLR(-1, 256, 511)), RGB(255, 0, 255));
+    EXPECT_EQ(Rgb(CLR(300, 0, 0)), Triple(44, 0, 0));
+    EXPECT_EQ(Rgb(CLR(-1, 256, 511)), Triple(255, 0, 255));
     const CLR c(1, 2, 3);
     unsigned char bytes[3];
     std::memcpy(bytes, &c, 3);
-    EXPECT_EQ(RGB(bytes[2], bytes[1], bytes[0]), RGB(1, 2, 3));  // blue first, like a pixel
-    EXPECT_EQ(Rgb(CLR::CLR_RED), RGB(255, 0, 0));
+    EXPECT_EQ(Triple(bytes[2], bytes[1], bytes[0]), Triple(1, 2, 3));  // blue first, like a pixel
+    EXPECT_EQ(Rgb(CLR::CLR_RED), Triple(255, 0, 0));
     EXPECT_FALSE(CLR(12, 34, 56) == CLR(12, 34, 57));
 }
 
@@ -40,19 +40,19 @@ TEST(ColorTest, WrappingAndSaturatingArithmeticOverAllBytePairs) {
             diffInPlace -= y;
             safeSum.SafeAdd(y);
             safeDiff.SafeSubtract(y);
-            ASSERT_EQ(Rgb(CLR(x) + y), RGB(s[0] & 255, s[1] & 255, s[2] & 255)) << a << "," << b;
-            ASSERT_EQ(Rgb(CLR(x) - y), RGB(d[0] & 255, d[1] & 255, d[2] & 255)) << a << "," << b;
+            ASSERT_EQ(Rgb(CLR(x) + y), Triple(s[0] & 255, s[1] & 255, s[2] & 255)) << a << "," << b;
+            ASSERT_EQ(Rgb(CLR(x) - y), Triple(d[0] & 255, d[1] & 255, d[2] & 255)) << a << "," << b;
             ASSERT_EQ(Rgb(sumInPlace), Rgb(CLR(x) + y));
             ASSERT_EQ(Rgb(diffInPlace), Rgb(CLR(x) - y));
-            ASSERT_EQ(Rgb(safeSum), RGB(std::min(s[0], 255), std::min(s[1], 255), std::min(s[2], 255)));
-            ASSERT_EQ(Rgb(safeDiff), RGB(std::max(d[0], 0), std::max(d[1], 0), std::max(d[2], 0)));
+            ASSERT_EQ(Rgb(safeSum), Triple(std::min(s[0], 255), std::min(s[1], 255), std::min(s[2], 255)));
+            ASSERT_EQ(Rgb(safeDiff), Triple(std::max(d[0], 0), std::max(d[1], 0), std::max(d[2], 0)));
         }
     }
 }
 
 TEST(ColorTest, ScalingAndLerpTruncateAndWrap) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    const std::tuple<CLR, float, RGB> scaled[] = {
+    const std::tuple<CLR, float, Triple> scaled[] = {
         {CLR(200, 100, 3), 2.0f, {144, 200, 6}},  // 400 wraps to 144
         {CLR(3, 10, 255), 0.99f, {2, 9, 252}},    // truncation, not rounding
         {CLR(10, 0, 1), -1.0f, {246, 0, 255}},    // -10 and -1 keep their low 8 bits
@@ -64,10 +64,10 @@ TEST(ColorTest, ScalingAndLerpTruncateAndWrap) {
     }
     // The signed difference, not clamped.
     const CLR a(200, 0, 100), b(100, 255, 150);
-    const std::pair<float, RGB> lerped[] = {{0.0f, {200, 0, 100}},   {1.0f, {100, 255, 150}},
-                                            {0.5f, {150, 127, 125}}, {0.999f, {100, 254, 149}},
-                                            {2.0f, {0, 254, 200}},  // 200 - 200, 510 wraps, 100 + 100
-                                            {-1.0f, {44, 1, 50}}};  // 300 wraps, -255 wraps, 100 - 50
+    const std::pair<float, Triple> lerped[] = {{0.0f, {200, 0, 100}},   {1.0f, {100, 255, 150}},
+                                               {0.5f, {150, 127, 125}}, {0.999f, {100, 254, 149}},
+                                               {2.0f, {0, 254, 200}},  // 200 - 200, 510 wraps, 100 + 100
+                                               {-1.0f, {44, 1, 50}}};  // 300 wraps, -255 wraps, 100 - 50
     for (const auto& [t, expected] : lerped) {
         EXPECT_EQ(Rgb(CLR::Lerp(a, b, t)), expected) << t;
     }
@@ -96,7 +96,7 @@ TEST(ColorTest, ToHLSOfGreysPrimariesAndMixedHues) {
 }
 
 TEST(ColorTest, FromHLSKnownPointsAndRoundTrip) {
-    const std::tuple<float, float, float, RGB> cases[] = {
+    const std::tuple<float, float, float, Triple> cases[] = {
         {0.3f, 1.0f, 0.0f, {255, 255, 255}},  {0.0f, 0.5f, 1.0f, {255, 0, 0}},
         {1.0f, 0.5f, 1.0f, {255, 0, 0}},      {1 / 3.0f, 0.5f, 1.0f, {0, 255, 0}},
         {0.0f, 0.5f, 0.5f, {191, 63, 63}},     // m2 = 0.75, m1 = 0.25
@@ -125,16 +125,16 @@ TEST(ColorTest, FromHLSKnownPointsAndRoundTrip) {
 
 TEST(ColorTest, DisabledAndHighlightedFollowTheirTables) {
     // Empty tables (as before the host fills them): black highlight, scaled disabled.
-    EXPECT_EQ(Rgb(CLR::MakeHighlightedColor(CLR(100, 200, 50))), RGB(0, 0, 0));
-    EXPECT_EQ(Rgb(CLR::MakeDisabledColor(CLR(100, 200, 50))), RGB(40, 80, 20));
+    EXPECT_EQ(Rgb(CLR::MakeHighlightedColor(CLR(100, 200, 50))), Triple(0, 0, 0));
+    EXPECT_EQ(Rgb(CLR::MakeDisabledColor(CLR(100, 200, 50))), Triple(40, 80, 20));
     for (int i = 0; i < 256; ++i) {
         DISABLED_CLR_COMPONENT[i] = static_cast<unsigned char>(255 - i);
         HIGHLIGHT_CLR_COMPONENT[i] = static_cast<unsigned char>(i / 2 + 1);
     }
     // red: T[200] * 0.6 + 40 = 73; green: T[200] * 0.6 + 80 = 113; blue: T[113] (the new green)
     // * 0.6 + 20 = 105.2. Own entries would give 133 and 143.
-    EXPECT_EQ(Rgb(CLR::MakeDisabledColor(CLR(100, 200, 50))), RGB(73, 113, 105));
-    EXPECT_EQ(Rgb(CLR::MakeHighlightedColor(CLR(100, 200, 50))), RGB(51, 101, 26));
+    EXPECT_EQ(Rgb(CLR::MakeDisabledColor(CLR(100, 200, 50))), Triple(73, 113, 105));
+    EXPECT_EQ(Rgb(CLR::MakeHighlightedColor(CLR(100, 200, 50))), Triple(51, 101, 26));
     std::fill(std::begin(DISABLED_CLR_COMPONENT), std::end(DISABLED_CLR_COMPONENT), 0);
     std::fill(std::begin(HIGHLIGHT_CLR_COMPONENT), std::end(HIGHLIGHT_CLR_COMPONENT), 0);
 }
@@ -149,10 +149,10 @@ TEST(ColorTest, MoreIntenseRaisesLowSaturationsAlongTheCurve) {
         CLR::MakeMoreIntenseColor(h, l, s);
         EXPECT_NEAR(s, expected, 1e-5) << "l " << l << " expected " << expected;
     }
-    EXPECT_EQ(Rgb(CLR::MakeMoreIntenseColor(CLR(255, 0, 0))), RGB(255, 0, 0));  // saturation 1 stays
-    EXPECT_EQ(Rgb(CLR::MakeMoreIntenseColor(CLR(0, 0, 0))), RGB(0, 0, 0));      // lightness 0 stays
+    EXPECT_EQ(Rgb(CLR::MakeMoreIntenseColor(CLR(255, 0, 0))), Triple(255, 0, 0));  // saturation 1 stays
+    EXPECT_EQ(Rgb(CLR::MakeMoreIntenseColor(CLR(0, 0, 0))), Triple(0, 0, 0));      // lightness 0 stays
     EXPECT_EQ(Rgb(CLR::MakeMoreIntenseColor(CLR(128, 128, 128))),
-              RGB(128, 128, 128));  // grey: nothing to raise
+              Triple(128, 128, 128));  // grey: nothing to raise
     // (191, 63, 63): l = 254/510, s = 128/254 -> f(s) = 0.70283; rebuilt with hue 1.0 as (216, 37, 37).
     const CLR c = CLR::MakeMoreIntenseColor(CLR(191, 63, 63));
     EXPECT_NEAR(c.red, 216, 1);

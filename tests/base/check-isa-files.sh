@@ -5,7 +5,7 @@
 set -euo pipefail
 status=0
 for object in "$@"; do
-  weak=$(nm --defined-only -C "$object" | awk '$2 == "W" { $1 = ""; $2 = ""; sub(/^  /, ""); print }')
+  weak=$("${NM:-nm}" --defined-only -C "$object" | awk '$2 == "W" { $1 = ""; $2 = ""; sub(/^  /, ""); print }')
   if [[ -n "$weak" ]]; then
     echo "$(basename "$object") defines code another file may share:"
     echo "$weak"

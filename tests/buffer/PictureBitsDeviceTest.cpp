@@ -1,7 +1,11 @@
 // Showing buffers on a device (through the memory framebuffer) and the writable-memory check.
 #include <gtest/gtest.h>
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <sys/mman.h>
 #include <unistd.h>
+#endif
 
 #include <cstring>
 #include <functional>
@@ -65,7 +69,7 @@ TEST(SetToDeviceTest, PicturesAndDevicesMatchTheirGoldenImages) {
     const ULORect all(0, 0, 4, 3), lower(1, 1, 3, 3), big(-5, -5, 10, 10), fits(0, 0, 3, 2),
         topRow(0, 0, 4, 1);
     const auto at = [](const ULORect* rect, int x, int y) {
-        return [=](ULOPictureBits& p, MemoryDevice& d) { p.SetToDevice(&d, rect, x, y); };
+        return [=](ULOPictureBits& p, MemoryDevice& d) { p.SetToDevice(d.GetHDC(), rect, x, y); };
     };
     // clang-format off
     const DeviceScene scenes[] = {
@@ -106,12 +110,50 @@ TEST(SetToDeviceTest, PicturesAndDevicesMatchTheirGoldenImages) {
 
 class WritableMemoryTest : public ::testing::Test {
 protected:
+    // Four pages of the system's own, whose protection the tests change page by page.
+    enum Access { kWrite, kRead, kNone, kReadWrite };
+#if defined(_WIN32)
+    void SetUp() override {
+        block_ = static_cast<unsigned char*>(::VirtualAlloc(nullptr, 4 * page_, MEM_COMMIT, PAGE_READWRITE));
+        ASSERT_NE(block_, nullptr);
+    }
+    void TearDown() override {
+        ::VirtualFree(block_, 0, MEM_RELEASE);
+    }
+    // Windows has no write-only pages: kWrite is another writable protection, executable read-write.
+    bool Protect(size_t page, Access access) {
+        const DWORD kinds[] = {PAGE_EXECUTE_READWRITE, PAGE_READONLY, PAGE_NOACCESS, PAGE_READWRITE};
+        DWORD old = 0;
+        return ::VirtualProtect(block_ + page * page_, page_, kinds[access], &old) != 0;
+    }
+    bool Unmap(size_t page) {
+        return ::VirtualFree(block_ + page * page_, page_, MEM_DECOMMIT) != 0;
+    }
+    static size_t PageSize() {
+        SYSTEM_INFO info{};
+        ::GetSystemInfo(&info);
+        return info.dwPageSize;
+    }
+#else
     void SetUp() override {
         void* block = mmap(nullptr, 4 * page_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         ASSERT_NE(block, MAP_FAILED);
         block_ = static_cast<unsigned char*>(block);
     }
-    void TearDown() override { munmap(block_, 4 * page_); }
+    void TearDown() override {
+        munmap(block_, 4 * page_);
+    }
+    bool Protect(size_t page, Access access) {
+        const int kinds[] = {PROT_WRITE, PROT_READ, PROT_NONE, PROT_READ | PROT_WRITE};
+        return mprotect(block_ + page * page_, page_, kinds[access]) == 0;
+    }
+    bool Unmap(size_t page) {
+        return munmap(block_ + page * page_, page_) == 0;
+    }
+    static size_t PageSize() {
+        return static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    }
+#endif
 
     // A buffer over `bytes` bytes from `offset` (one row).
     bool IsBad(size_t offset, size_t bytes) const {
@@ -119,7 +161,7 @@ protected:
             .IsBadBitsPtr();
     }
 
-    const size_t page_ = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    const size_t page_ = PageSize();
     unsigned char* block_ = nullptr;
 };
 
@@ -128,19 +170,19 @@ TEST_F(WritableMemoryTest, WritableBlocksPass) {
     EXPECT_FALSE(ULOPictureBits(ULOSize(16, 16), 0).IsBadBitsPtr());  // heap
     EXPECT_FALSE(ULOPictureBits().IsBadBitsPtr());                    // nothing to write
     // Different protections split the block into separate mappings that are all writable.
-    ASSERT_EQ(mprotect(block_ + page_, page_, PROT_WRITE), 0);
+    ASSERT_TRUE(Protect(1, kWrite));
     EXPECT_FALSE(IsBad(page_ / 2, 2 * page_));
 }
 
 TEST_F(WritableMemoryTest, ReadOnlyPagesHolesNullAndNegativeSizesFail) {
-    ASSERT_EQ(mprotect(block_ + 2 * page_, page_, PROT_READ), 0);
+    ASSERT_TRUE(Protect(2, kRead));
     EXPECT_FALSE(IsBad(0, 2 * page_));
     EXPECT_TRUE(IsBad(0, 3 * page_));
     EXPECT_TRUE(IsBad(2 * page_ - 4, 8));  // straddles into the read-only page
-    ASSERT_EQ(mprotect(block_ + 2 * page_, page_, PROT_NONE), 0);
+    ASSERT_TRUE(Protect(2, kNone));
     EXPECT_TRUE(IsBad(2 * page_, 4));
-    ASSERT_EQ(mprotect(block_ + 2 * page_, page_, PROT_READ | PROT_WRITE), 0);
-    ASSERT_EQ(munmap(block_ + page_, page_), 0);  // a hole in the middle
+    ASSERT_TRUE(Protect(2, kReadWrite));
+    ASSERT_TRUE(Unmap(1));  // a hole in the middle
     EXPECT_TRUE(IsBad(0, 2 * page_));
     EXPECT_FALSE(IsBad(2 * page_, 2 * page_));
     EXPECT_TRUE(ULOPictureBits(nullptr, 4, 4, 16, 0).IsBadBitsPtr());

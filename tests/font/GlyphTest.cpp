@@ -2,6 +2,10 @@
 // and the input they must survive.
 #include <gtest/gtest.h>
 
+#include <cwchar>
+
+#include <vector>
+
 #include <algorithm>
 #include <climits>
 
@@ -69,8 +73,14 @@ TEST_F(GlyphFunctions, AWidthIsTheAdvancePlusTheKerningOfThePair) {
         EXPECT_EQ(advance, ULOGetGlyphWidth(L'A', L'B', face, 20, 1, 0, 0));
         EXPECT_EQ(advance + av->amount, ULOGetGlyphWidth(L'A', L'V', face, 20, 1, 0, 0));
     }
-    // Liberation Mono has no bold file here: the synthesised bold is a pixel wider.
-    EXPECT_EQ(ULOGetGlyphWidth(L'm', L'm', L"Liberation Mono", 15, 1, 0, 0) + 1,
+    // Liberation Mono has no bold file here: the synthesised bold is a pixel wider (Wine's GDI keeps
+    // a fixed-pitch face's advance: docs/windows.md).
+#if defined(_WIN32)
+    const int bolder = 0;
+#else
+    const int bolder = 1;
+#endif
+    EXPECT_EQ(ULOGetGlyphWidth(L'm', L'm', L"Liberation Mono", 15, 1, 0, 0) + bolder,
               ULOGetGlyphWidth(L'm', L'm', L"Liberation Mono", 15, 3, 0, 0));
 }
 
@@ -90,7 +100,11 @@ TEST_F(GlyphFunctions, BadInputIsSurvived) {
     ULOGlyphOutline missing, other;
     ASSERT_EQ(1, ULOGetGlyphOutline(&missing, 0xE000, L"DejaVu Sans", 20, 1, 0, 0));
     const int missingWidth = testfonts::ClassicAdvances(kFaces[0].second, 20, 0xE000, 0xE000)[0];
-    for (wchar_t ch : {wchar_t{0xD800}, wchar_t{0xDFFF}, wchar_t{-5}, wchar_t{0x7FFFFFFF}}) {
+    std::vector<wchar_t> bad = {0xD800, 0xDFFF};
+#if WCHAR_MAX > 0xFFFF  // 32-bit wchar_t: negative values and values beyond Unicode
+    bad.insert(bad.end(), {static_cast<wchar_t>(-5), static_cast<wchar_t>(0x7FFFFFFF)});
+#endif
+    for (wchar_t ch : bad) {
         EXPECT_EQ(1, ULOGetGlyphOutline(&other, ch, L"DejaVu Sans", 20, 1, 0, 0));
         EXPECT_TRUE(SameOutline(missing, other)) << ch;
         EXPECT_EQ(missingWidth, ULOGetGlyphWidth(ch, L'V', L"DejaVu Sans", 20, 1, 0, 0)) << ch;

@@ -1,10 +1,7 @@
 #include "KnownWidthFont.h"
 
-#include <fontconfig/fontconfig.h>
-#include <sys/stat.h>
-
 #include "font/FakeFontEngine.h"
-#include "platform/linux/FreeTypeFontEngine.h"
+#include "font/TestFonts.h"
 
 namespace platform = ulogui::platform;
 
@@ -15,9 +12,9 @@ namespace {
 const wchar_t* const kFaceName = L"Known Widths";
 
 int32_t KnownAdvance(uint32_t c, int32_t spaceWidth) {
-    const std::pair<wchar_t, int32_t> special[] = {{' ', spaceWidth}, {'i', kNarrow},  {'l', kNarrow},
-                                                   {'m', kWide},      {'-', kHyphen},  {'/', kSlash},
-                                                   {'.', kDot},       {'?', kQuestion}};
+    const std::pair<wchar_t, int32_t> special[] = {{' ', spaceWidth}, {'i', kNarrow}, {'l', kNarrow},
+                                                   {'m', kWide},      {'-', kHyphen}, {'/', kSlash},
+                                                   {'\\', kSlash},    {'.', kDot},    {'?', kQuestion}};
     for (const auto& [character, width] : special) {
         if (c == static_cast<uint32_t>(character)) {
             return width;
@@ -55,17 +52,11 @@ std::unique_ptr<ULOFont> KnownFont(float magnifier, int language, int32_t spaceW
 }
 
 std::unique_ptr<ULOFont> DejaVuSans(float magnifier) {
-    const std::string file = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
-    struct stat st {};
-    if (stat(file.c_str(), &st) != 0) {
+    if (!testfonts::MissingLatinFile().empty()) {
         return nullptr;
     }
-    FcConfig* config = FcConfigCreate();
-    FcConfigAppFontAddFile(config, reinterpret_cast<const FcChar8*>(file.c_str()));
-    FcConfigBuildFonts(config);
-    auto engine = std::make_shared<platform::ft::FreeTypeFontEngine>(config);
-    FcConfigDestroy(config);  // the engine keeps its own reference
-    return MakeWith(engine, L"DejaVu Sans", magnifier, kLatin);
+    return MakeWith(testfonts::MakeEngine({testfonts::DejaVu("DejaVuSans.ttf")}), L"DejaVu Sans", magnifier,
+                    kLatin);
 }
 
 }  // namespace measuretest

@@ -1,11 +1,6 @@
 #include "TestFonts.h"
 
-#include <fontconfig/fontconfig.h>
-#include <ft2build.h>
 #include <sys/stat.h>
-#include FT_FREETYPE_H
-#include FT_DRIVER_H
-#include FT_MODULE_H
 
 namespace testfonts {
 
@@ -48,23 +43,32 @@ bool HaveCjkFonts() {
     return HaveFile(IpaexGothic()) && HaveFile(ArphicGb());
 }
 
-std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> MakeEngine(const std::vector<std::string>& files) {
-    FcConfig* config = FcConfigCreate();
-    for (const std::string& file : files) {
-        FcConfigAppFontAddFile(config, reinterpret_cast<const FcChar8*>(file.c_str()));
+std::wstring FamilyOf(const std::string& file) {
+    const std::string name = file.substr(file.find_last_of("/\\") + 1);
+    const std::pair<const char*, const wchar_t*> families[] = {
+        {"DejaVuSansMono", L"DejaVu Sans Mono"},
+        {"DejaVuSans", L"DejaVu Sans"},
+        {"DejaVuSerif", L"DejaVu Serif"},
+        {"LiberationSans", L"Liberation Sans"},
+        {"LiberationSerif", L"Liberation Serif"},
+        {"LiberationMono", L"Liberation Mono"},
+        {"ipaexg", L"IPAexGothic"},
+        {"gbsn00lp", L"AR PL SungtiL GB"},
+    };
+    for (const auto& [prefix, family] : families) {
+        if (name.compare(0, std::char_traits<char>::length(prefix), prefix) == 0) {
+            return family;
+        }
     }
-    FcConfigBuildFonts(config);
-    auto engine = std::make_shared<ulogui::platform::ft::FreeTypeFontEngine>(config);
-    FcConfigDestroy(config);  // the engine holds its own reference
-    return engine;
+    return {};
 }
 
-std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> LatinEngine() {
+std::shared_ptr<TestEngine> LatinEngine() {
     static auto engine = MakeEngine(LatinFiles());
     return engine;
 }
 
-std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> FullEngine() {
+std::shared_ptr<TestEngine> FullEngine() {
     static auto engine = [] {
         std::vector<std::string> files = LatinFiles();
         files.push_back(IpaexGothic());
@@ -72,36 +76,6 @@ std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> FullEngine() {
         return MakeEngine(files);
     }();
     return engine;
-}
-
-std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last) {
-    return ClassicAdvances(file, ppem, first, last, FT_LOAD_DEFAULT | FT_LOAD_NO_AUTOHINT);
-}
-
-std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last,
-                                 int32_t loadFlags) {
-    std::vector<int> advances;
-    FT_Library library = nullptr;
-    if (FT_Init_FreeType(&library) != 0) {
-        return advances;
-    }
-    FT_UInt version = TT_INTERPRETER_VERSION_35;
-    FT_Property_Set(library, "truetype", "interpreter-version", &version);
-    FT_Face face = nullptr;
-    if (FT_New_Face(library, file.c_str(), 0, &face) == 0) {
-        FT_Set_Pixel_Sizes(face, 0, ppem);
-        for (unsigned c = first; c <= last; ++c) {
-            const FT_UInt glyph = FT_Get_Char_Index(face, c);
-            int advance = 0;
-            if (FT_Load_Glyph(face, glyph, loadFlags) == 0) {
-                advance = static_cast<int>((face->glyph->metrics.horiAdvance + 63) >> 6);
-            }
-            advances.push_back(advance);
-        }
-        FT_Done_Face(face);
-    }
-    FT_Done_FreeType(library);
-    return advances;
 }
 
 }  // namespace testfonts

@@ -1,28 +1,40 @@
 #pragma once
-// Font engines over private fontconfig configurations that hold only the project's test fonts
-// (Debian packages fonts-dejavu-core, fonts-liberation, fonts-ipaexfont-gothic,
-// fonts-arphic-gbsn00lp), so that no other font of the machine changes a result.
+// Font engines that see only the project's test fonts (Debian packages fonts-dejavu-core,
+// fonts-liberation, fonts-ipaexfont-gothic, fonts-arphic-gbsn00lp), so that no other font of the
+// machine changes a result: on Linux the FreeType engine over a private fontconfig configuration,
+// on Windows the GDI engine with its enumeration narrowed to the test faces (which the Wine prefix
+// of the tests holds in its Fonts folder).
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/FontEngine.h"
+#if !defined(_WIN32)
 #include "platform/linux/FreeTypeFontEngine.h"
+#endif
 
 namespace testfonts {
 
+#if defined(_WIN32)
+using TestEngine = ulogui::platform::FontEngine;
+#else
+using TestEngine = ulogui::platform::ft::FreeTypeFontEngine;
+#endif
+
+// Where a test font file lies: the Debian package's folder, or Windows' font folder.
+std::string FontFile(const char* debianFolder, const char* file);
 inline std::string DejaVu(const char* file) {  // e.g. DejaVu("DejaVuSans.ttf")
-    return std::string("/usr/share/fonts/truetype/dejavu/") + file;
+    return FontFile("/usr/share/fonts/truetype/dejavu/", file);
 }
 inline std::string Liberation(const char* file) {  // e.g. Liberation("LiberationSans-Regular.ttf")
-    return std::string("/usr/share/fonts/truetype/liberation/") + file;
+    return FontFile("/usr/share/fonts/truetype/liberation/", file);
 }
 inline std::string IpaexGothic() {
-    return "/usr/share/fonts/opentype/ipaexfont-gothic/ipaexg.ttf";
+    return FontFile("/usr/share/fonts/opentype/ipaexfont-gothic/", "ipaexg.ttf");
 }
 inline std::string ArphicGb() {
-    return "/usr/share/fonts/truetype/arphic-gbsn00lp/gbsn00lp.ttf";
+    return FontFile("/usr/share/fonts/truetype/arphic-gbsn00lp/", "gbsn00lp.ttf");
 }
 
 // The Latin faces: DejaVu Sans (4 styles), Sans Mono, Serif; Liberation Sans (3 styles), Serif, Mono.
@@ -36,12 +48,14 @@ std::string MissingLatinFile();
     }
 // Whether the Japanese and Chinese faces are installed.
 bool HaveCjkFonts();
+// The family name of a test font file ("DejaVu Sans" for DejaVuSans-Bold.ttf).
+std::wstring FamilyOf(const std::string& file);
 
 // An engine that sees exactly files.
-std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> MakeEngine(const std::vector<std::string>& files);
+std::shared_ptr<TestEngine> MakeEngine(const std::vector<std::string>& files);
 // Shared engines (made once per process): Latin faces only, and Latin plus the two CJK faces.
-std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> LatinEngine();
-std::shared_ptr<ulogui::platform::ft::FreeTypeFontEngine> FullEngine();
+std::shared_ptr<TestEngine> LatinEngine();
+std::shared_ptr<TestEngine> FullEngine();
 
 // Installs an engine as the process-wide one for the life of the object.
 class ScopedEngine {
@@ -54,11 +68,15 @@ public:
     ScopedEngine& operator=(const ScopedEngine&) = delete;
 };
 
-// Advances as the classic TrueType interpreter (v35) computes them, read with a FreeType library
-// of the test's own: the reference the engine's width tables are compared with.
+// Advances of the face in file at ppem pixels per em as the classic engine computes them, the
+// reference the engines' width tables are compared with: FreeType's classic TrueType interpreter
+// (v35) read with a FreeType library of the test's own on Linux; GDI's GetCharWidth32W for a font
+// made by the test itself on Windows.
 std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last);
+#if !defined(_WIN32)
 // The same with the given FreeType load flags (the engine's own, for example).
 std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last,
                                  int32_t loadFlags);
+#endif
 
 }  // namespace testfonts

@@ -2,7 +2,7 @@
 # ulogallery on bad input: each row breaks a scratch copy of the resource directory (or passes a bad
 # option) and expects a non-zero exit below 128 (no crash, no sanitizer report) and exactly one line
 # on standard error that names the file or value at fault.
-# usage: bad-input.sh ULOGALLERY RESOURCES
+# usage: bad-input.sh ULOGALLERY RESOURCES (ULO_EMULATOR, when set, runs the program: Wine)
 set -uo pipefail
 program=$1
 resources=$2
@@ -37,8 +37,10 @@ for row in "${cases[@]}"; do
   cp -r "$resources" "$scratch/res"
   (cd "$scratch/res" && eval "$breakIt")
   # shellcheck disable=SC2086  # options are words
-  "$program" -r "$scratch/res" -m 1.0 -o "$scratch/out" $options >/dev/null 2>"$scratch/err"
+  ${ULO_EMULATOR:-} "$program" -r "$scratch/res" -m 1.0 -o "$scratch/out" $options >/dev/null 2>"$scratch/err"
   status=$?
+  # Paths are named with the system's separators: "\" on Windows reads as "/" here.
+  tr '\\' / <"$scratch/err" >"$scratch/err.tmp" && mv "$scratch/err.tmp" "$scratch/err"
   lines=$(wc -l <"$scratch/err")
   if [[ $status -eq 0 || $status -ge 128 || $lines -ne 1 ]] || ! grep -qF -- "$expected" "$scratch/err"; then
     echo "FAIL $name: exit $status, $lines line(s) on stderr, expected one naming $expected:"

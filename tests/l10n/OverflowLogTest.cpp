@@ -61,6 +61,9 @@ TEST_F(OverflowLogTest, EachDialogHeaderOnceBeforeItsIndentedTexts) {
 }
 
 TEST_F(OverflowLogTest, TextsAreEncodedByTheLocale) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "Windows' C runtime (msvcrt) has no UTF-8 locale";
+#endif
     const std::string previous = std::setlocale(LC_CTYPE, nullptr);
     ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
     info_.StartEditDialog(L"Einstellungen");

@@ -33,7 +33,9 @@ protected:
         }
     }
     ULOPath At(const std::string& relative) const {
-        return ULOPath::FromNative((dir_.Root() / relative).string());
+        // In the system's separators, as the library joins paths.
+        return ULOPath::FromNative(
+            (dir_.Root() / std::filesystem::u8path(relative)).make_preferred().u8string());
     }
 
     // The names GetFiles finds for `lang`, and whether it reported all six.
@@ -179,7 +181,7 @@ TEST_F(ResourceFileDiscoverTest, SampleFixture) {
 // Hosts derive to look for the resource directory elsewhere.
 class FixedDirDiscover : public ResourceDirDiscover {
 public:
-    explicit FixedDirDiscover(ULOPath dir) : ResourceDirDiscover(true, this), dir_(std::move(dir)) {}
+    explicit FixedDirDiscover(ULOPath dir) : ResourceDirDiscover(true, nullptr), dir_(std::move(dir)) {}
     ULOPath FindResourceDir(const ULOString& name) const override {
         lastName = name;
         return dir_;

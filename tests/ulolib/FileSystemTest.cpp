@@ -13,7 +13,9 @@
 namespace {
 
 TEST(ULOPathTest, JoinsAndTakesApart) {
-    EXPECT_EQ((ULOPath(L"/res") / L"de" / L"" / L"Main.ura").wstring(), L"/res/de/Main.ura");
+    const std::wstring sep(1, ULOPath::wSeparator);  // "\\" on Windows
+    EXPECT_EQ((ULOPath(L"/res") / L"de" / L"" / L"Main.ura").wstring(),
+              L"/res" + sep + L"de" + sep + L"Main.ura");
     EXPECT_EQ((ULOPath(L"/res/") / L"Main.ura").wstring(), L"/res/Main.ura");
     EXPECT_EQ((ULOPath() / L"x").wstring(), L"x");
     // Path, parent, and file name | extension.
@@ -105,7 +107,11 @@ TEST(DirectoryTest, DefaultsToTheExecutablesFolderAndCanBeMoved) {
     const boost::shared_ptr<Directory> d = Directory::create();
     EXPECT_EQ(d, Directory::create()) << "one instance per process";
     const ULOPath original = d->GetApplicationDirectory();
-    EXPECT_TRUE((original / L"ulolib_tests").exists());  // this test's own executable
+#if defined(_WIN32)
+    EXPECT_TRUE((original / L"ulolib_tests.exe").exists());  // this test's own executable
+#else
+    EXPECT_TRUE((original / L"ulolib_tests").exists());
+#endif
     d->SetApplicationDirectory(ULOPath(L"/elsewhere"));
     EXPECT_EQ(Directory::create()->GetApplicationDirectory(), ULOPath(L"/elsewhere"));
     d->SetApplicationDirectory(original);

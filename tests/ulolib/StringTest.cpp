@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cwchar>
+#include <vector>
+
 #include "ulolib/String.h"
 
 namespace {
@@ -95,10 +98,21 @@ TEST(ULOStringTest, MalformedUtf8BecomesReplacementCharacters) {
 TEST(ULOStringTest, LoneSurrogatesAndNonCharactersBecomeReplacementCharacters) {
     // High without low, low without high, two highs, and a low then a high (wrong order).
     const std::u16string broken = {0xD800, u'a', 0xDC00, 0xD800, 0xD801, 0xDC01, 0xDC02, 0xD803};
-    EXPECT_EQ(ULOString::FromUtf16(broken), (std::wstring{r, L'a', r, r, 0x10401, r, r}));
+    EXPECT_EQ(ULOString::FromUtf16(broken),
+              L"\xFFFD"
+              L"a\xFFFD\xFFFD" +
+                  ULOString::FromUtf8("\xF0\x90\x90\x81") +
+                  L"\xFFFD\xFFFD");  // U+10401 whole, one or two wchar_t
     // A wide string may hold values that are no characters; they are never written as such.
-    const ULOString invalid(std::wstring{static_cast<wchar_t>(0xD800), static_cast<wchar_t>(0x110000),
-                                         static_cast<wchar_t>(-1), L'k'});
+#if WCHAR_MAX > 0xFFFF
+    const std::vector<uint32_t> units = {0xD800, 0x110000, 0xFFFFFFFF, L'k'};
+#else  // UTF-16 units: lone surrogates are the only units that are no characters
+    const std::vector<uint32_t> units = {0xDFFF, 0xDC00, 0xD800, L'k'};
+#endif
+    ULOString invalid;
+    for (uint32_t u : units) {
+        invalid += static_cast<wchar_t>(u);
+    }
     EXPECT_EQ(invalid.ToUtf16(), (std::u16string{r, r, r, u'k'}));
     EXPECT_EQ(invalid.ToUtf8(), "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBDk");
 }

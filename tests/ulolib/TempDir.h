@@ -1,10 +1,10 @@
 #pragma once
 // A folder of its own for one test, removed with everything in it afterwards.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 
 #include "ulolib/Path.h"
@@ -12,9 +12,15 @@
 class TempDir {
 public:
     TempDir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "ulo-test-XXXXXX").string();
-        if (mkdtemp(&pattern[0])) {
-            root_ = pattern;
+        // A new folder of a random name: creating it fails when it exists, so it is this test's own.
+        std::random_device random;
+        for (int attempt = 0; attempt < 100 && root_.empty(); ++attempt) {
+            const auto candidate =
+                std::filesystem::temp_directory_path() / ("ulo-test-" + std::to_string(random()));
+            std::error_code error;
+            if (std::filesystem::create_directory(candidate, error)) {
+                root_ = candidate;
+            }
         }
         EXPECT_FALSE(root_.empty()) << "cannot create a temporary folder";
     }
@@ -28,16 +34,20 @@ public:
     TempDir& operator=(const TempDir&) = delete;
 
     const std::filesystem::path& Root() const { return root_; }
-    ULOPath Path() const { return ULOPath::FromNative(root_.string()); }
+    ULOPath Path() const { return ULOPath::FromNative(root_.u8string()); }
 
-    // Relative to the folder: writes a file (making its folders), makes a folder, removes an entry.
+    // Relative to the folder, in UTF-8: writes a file (making its folders), makes a folder, removes an entry.
     void Write(const std::string& relative, const std::string& content = "x") const {
-        std::filesystem::create_directories((root_ / relative).parent_path());
-        std::ofstream(root_ / relative, std::ios::binary) << content;
+        std::filesystem::create_directories(At(relative).parent_path());
+        std::ofstream(At(relative), std::ios::binary) << content;
     }
-    void MakeDir(const std::string& relative) const { std::filesystem::create_directories(root_ / relative); }
-    void Remove(const std::string& relative) const { std::filesystem::remove(root_ / relative); }
+    void MakeDir(const std::string& relative) const { std::filesystem::create_directories(At(relative)); }
+    void Remove(const std::string& relative) const { std::filesystem::remove(At(relative)); }
 
 private:
+    std::filesystem::path At(const std::string& relative) const {
+        return root_ / std::filesystem::u8path(relative);
+    }
+
     std::filesystem::path root_;
 };

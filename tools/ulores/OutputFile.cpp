@@ -2,10 +2,14 @@
 
 #include <sys/stat.h>
 #include <unistd.h>
+#if defined(_WIN32)
+#include <windows.h>
+#endif
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "ToolError.h"
 
@@ -28,10 +32,12 @@ OutputFile::OutputFile(const std::string& path) : path_(path) {
     if (fd < 0) {
         throw ToolError(path + ": cannot create the output file: " + Reason());
     }
+#if !defined(_WIN32)
     // mkstemp makes the file private; the output gets the permissions a new file normally has.
     const mode_t mask = umask(0);
     umask(mask);
     fchmod(fd, 0666 & ~mask);
+#endif
     file_ = fdopen(fd, "wb");
     if (file_ == nullptr) {
         close(fd);
@@ -56,8 +62,15 @@ void OutputFile::Commit() {
         unlink(temporary_.c_str());
         throw ToolError(path_ + ": cannot write the output file: " + why);
     }
-    if (std::rename(temporary_.c_str(), path_.c_str()) != 0) {
-        const std::string why = Reason();
+#if defined(_WIN32)
+    // Windows' rename does not replace an existing file; MoveFileEx does.
+    const bool moved = ::MoveFileExA(temporary_.c_str(), path_.c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+    const std::string why = moved ? std::string() : "error " + std::to_string(::GetLastError());
+#else
+    const bool moved = std::rename(temporary_.c_str(), path_.c_str()) == 0;
+    const std::string why = moved ? std::string() : Reason();
+#endif
+    if (!moved) {
         unlink(temporary_.c_str());
         throw ToolError(path_ + ": cannot create the output file: " + why);
     }

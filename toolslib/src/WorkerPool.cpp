@@ -30,10 +30,19 @@ WorkerPool* WorkerPool::Instance() {
     if (poolShutDown.load(std::memory_order_acquire)) {
         return nullptr;
     }
+#if defined(_WIN32)
+    // On Windows the pool lives as long as the process: the library is a DLL whose static objects
+    // are destroyed in its detach notification, when the system has already ended the workers in
+    // the middle of whatever they did, so that waking or joining them there would wait for ever.
+    // The system reclaims the pool with the process (see docs/windows.md).
+    static WorkerPool* const pool = new WorkerPool(HardwareThreadCount());
+    return pool;
+#else
     // A function-local static: created on first use, and destroyed (workers joined) at exit or
     // when the library is unloaded, before leak checkers look at the heap.
     static WorkerPool pool(HardwareThreadCount());
     return &pool;
+#endif
 }
 
 WorkerPool::WorkerPool(int workerCount) {

@@ -4,8 +4,8 @@
 #include <climits>
 #include <cstdint>
 
+#include "platform/DeviceOutput.h"
 #include "platform/WritableMemory.h"
-#include "ulogui/Device.h"
 #include "ulogui/PictureBits.h"
 
 namespace {
@@ -58,7 +58,7 @@ void ULOPictureBits::SetToDevice(HDC dc, const ULORect* rect, int x, int y) {
             for (int c = left; c < right; ++c) {
                 unsigned char* pixel = row + static_cast<std::ptrdiff_t>(c) * 4;
                 if (pixel[3] != 0) {
-                    ComposeOverDevice(pixel, dc->GetPixel(x + c, y + i));
+                    ComposeOverDevice(pixel, ulogui::platform::GetDevicePixel(dc, x + c, y + i));
                 }
             }
         }
@@ -73,8 +73,9 @@ void ULOPictureBits::SetToDevice(HDC dc, const ULORect* rect, int x, int y) {
     header.sizeImage = 0;
     header.xPelsPerMeter = 1000;
     header.yPelsPerMeter = 1000;
-    dc->CopyBits(x + left, y + top, right - left, bottom - top, left, height - bottom, 0, height, bits,
-                 header, ulogui::platform::kColorUseRGB);
+    ulogui::platform::SetBitsToDevice(dc, x + left, y + top, right - left, bottom - top, left,
+                                      height - bottom, 0, height, bits, header,
+                                      ulogui::platform::kColorUseRGB);
 }
 
 bool ULOPictureBits::IsBadBitsPtr() const {

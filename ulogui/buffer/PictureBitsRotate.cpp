@@ -18,16 +18,16 @@ namespace {
 enum class QuarterTurn { kNone, k90, k180, k270 };
 
 QuarterTurn QuarterTurnOf(float degrees) {
-    const auto near = [degrees](double angle) {
+    const auto isNear = [degrees](double angle) {
         return std::fabs(static_cast<double>(degrees) - angle) < 1e-5;
     };
-    if (near(90.0)) {
+    if (isNear(90.0)) {
         return QuarterTurn::k90;
     }
-    if (near(180.0)) {
+    if (isNear(180.0)) {
         return QuarterTurn::k180;
     }
-    if (near(270.0)) {
+    if (isNear(270.0)) {
         return QuarterTurn::k270;
     }
     return QuarterTurn::kNone;

@@ -1,7 +1,5 @@
 #include "l10n/LanguageManagerXml.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -86,9 +84,7 @@ std::vector<ulo::gui::LanguageManager::Language> ReadLanguages(const TiXmlDocume
 }
 
 std::vector<ulo::gui::LanguageManager::Language> LoadLanguagesXml(const ULOPath& file) {
-    struct stat info {};
-    if (::stat(file.native().c_str(), &info) != 0 || !S_ISREG(info.st_mode) ||
-        info.st_size > kMaxLanguagesXmlBytes) {
+    if (!file.is_regular_file() || file.file_size() > static_cast<uint64_t>(kMaxLanguagesXmlBytes)) {
         return {};
     }
     TiXmlDocument document;

@@ -38,7 +38,7 @@ ulo::ErrorCode BitmapResourceFile::Init(const ULOPath& path) {
 }
 
 ulo::ErrorCode BitmapResourceFile::DoInit(const ULOPath& path) {
-    FILE* file = std::fopen(path.native().c_str(), "rb");
+    FILE* file = ULOOpenFile(path, "rb");
     if (file == nullptr) {
         const int err = errno;
         return ulo::ErrorCode(ULO_AT(ulo::exception::SystemError::FromErrno(err, "fopen"), kDoInitSignature,
@@ -59,7 +59,7 @@ FILE* BitmapResourceFile::GetBitmapResource() {
     if (path_.empty()) {
         return nullptr;
     }
-    return std::fopen(path_.native().c_str(), "rb");
+    return ULOOpenFile(path_, "rb");
 }
 
 bool BitmapResourceFile::IsInitialized() const {

@@ -9,6 +9,10 @@ namespace platform {
 
 PlatformFont::~PlatformFont() = default;
 
+HFONT PlatformFont::Handle() const {
+    return reinterpret_cast<HFONT>(const_cast<PlatformFont*>(this));
+}
+
 int32_t PlatformFont::GetKerningAmount(uint32_t first, uint32_t second) const {
     for (const KerningPair& pair : GetKerningPairs()) {
         if (pair.first == first && pair.second == second) {
@@ -46,8 +50,8 @@ EngineSlot& Slot() {
 
 struct HandleTable {
     std::mutex mutex;
-    std::unordered_map<PlatformFont*, std::shared_ptr<PlatformFont>> live;
-    std::unordered_map<Device*, HFONT> selected;
+    std::unordered_map<HFONT, std::shared_ptr<PlatformFont>> live;
+    std::unordered_map<HDC, HFONT> selected;
 };
 
 HandleTable& Handles() {
@@ -79,7 +83,7 @@ HFONT CreateFontHandle(const FontRequest& request) {
     }
     HandleTable& table = Handles();
     std::lock_guard<std::mutex> lock(table.mutex);
-    HFONT handle = font.get();
+    const HFONT handle = font->Handle();
     table.live[handle] = std::move(font);
     return handle;
 }

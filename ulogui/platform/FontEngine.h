@@ -4,9 +4,10 @@
 // which pairs does it kern) rather than an emulation of a windowing system's font calls. The
 // portable code keeps the algorithms (face choice, width tables); a backend only answers.
 //
-// HFONT (ulogui/PlatformTypes.h) points to a PlatformFont. Handles are registered here so that
-// deleting a handle twice, or using one after its deletion, is a harmless no-op, as it is with
-// the handles of a windowing system, instead of touching freed memory.
+// An HFONT (ulogui/PlatformTypes.h) names a PlatformFont: its Handle(), which is the font object's
+// address where HFONT is a PlatformFont pointer and the real GDI font on Windows. Handles are
+// registered here so that deleting a handle twice, or using one after its deletion, is a harmless
+// no-op, as it is with the handles of a windowing system, instead of touching freed memory.
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -182,6 +183,9 @@ using GlyphImagePtr = std::shared_ptr<const GlyphImage>;
 class PlatformFont {
 public:
     virtual ~PlatformFont();
+    // The handle the font is known by. By default the object's own address; an engine whose fonts
+    // are objects of the platform (GDI) gives the platform's handle.
+    virtual HFONT Handle() const;
     // The family name actually used (after substitution).
     virtual ULOString GetFaceName() const = 0;
     virtual const FontRequest& GetRequest() const = 0;
@@ -243,7 +247,10 @@ std::shared_ptr<PlatformFont> ResolveFont(HFONT font);
 
 // Font selection into a device context, kept beside the devices (keyed by the handle) so that a
 // device needs no notion of fonts. A null HDC stands for the screen context. Selecting a null font
-// clears the context's selection, so select/restore pairs leave nothing behind.
+// clears the context's selection, so select/restore pairs leave nothing behind. This is the
+// library's own record on every platform, Windows included: the backend's text output selects the
+// recorded font into its memory context when it draws (a Windows host drawing with GDI into its own
+// context selects the font's handle, a real GDI font, itself).
 HFONT SelectFont(HDC dc, HFONT font);  // returns the font selected before (null when none)
 HFONT GetSelectedFont(HDC dc);
 // Advances of the font selected into dc; false (and zeros) when none is selected or it is gone.

@@ -60,18 +60,18 @@ void DrawAxisLine(const raster::RasterView& canvas, Axis axis, float along, floa
     if (first + count > alongSize) {
         count = alongSize - first - 1;
     }
-    const float far = across + thickness;
-    if (count <= 0 || !(far == far)) {
+    const float farEdge = across + thickness;
+    if (count <= 0 || !(farEdge == farEdge)) {
         return;
     }
 
     const std::ptrdiff_t alongStep = horizontal ? 4 : canvas.Stride();
-    const std::int64_t farLine = TruncateHeld(far);
+    const std::int64_t farLine = TruncateHeld(farEdge);
     std::int64_t line = TruncateHeld(across);
-    const std::int64_t end = TruncateHeld(std::ceil(far));
+    const std::int64_t end = TruncateHeld(std::ceil(farEdge));
     for (line = line < 0 ? 0 : line; line < end && line < acrossSize; ++line) {
         const float r = static_cast<float>(line);
-        const float coverage = across > r ? 1.0f - (across - r) : line == farLine ? far - r : 1.0f;
+        const float coverage = across > r ? 1.0f - (across - r) : line == farLine ? farEdge - r : 1.0f;
         const int weight = pixelops::OpacityWeight(coverage);
         if (weight == 0) {
             continue;

@@ -1,6 +1,10 @@
 #include "ulolib/Directory.h"
 
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <unistd.h>
+#endif
 
 #include <string>
 #include <vector>
@@ -14,6 +18,31 @@ struct Directory::State {
 
 namespace {
 
+#if defined(_WIN32)
+// The folder of the running executable; the working folder when Windows does not say.
+ULOPath FindApplicationDirectory() {
+    std::vector<wchar_t> buffer(MAX_PATH);
+    for (;;) {
+        const DWORD n = ::GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size()));
+        if (n == 0) {
+            break;
+        }
+        if (n < buffer.size()) {
+            return ULOPath(ULOString(buffer.data(), n)).parent_path();
+        }
+        if (buffer.size() >= (size_t(1) << 16)) {
+            break;  // longer than any Windows path
+        }
+        buffer.resize(buffer.size() * 2);  // the name was cut short
+    }
+    std::vector<wchar_t> cwd(32768);
+    const DWORD n = ::GetCurrentDirectoryW(static_cast<DWORD>(cwd.size()), cwd.data());
+    if (n > 0 && n < cwd.size()) {
+        return ULOPath(ULOString(cwd.data(), n));
+    }
+    return ULOPath(L".");
+}
+#else
 // The folder of the running executable; the working folder when the kernel does not say.
 ULOPath FindApplicationDirectory() {
     std::vector<char> buffer(256);
@@ -36,6 +65,7 @@ ULOPath FindApplicationDirectory() {
     }
     return ULOPath(L".");
 }
+#endif
 
 }  // namespace
 

@@ -58,10 +58,12 @@ constexpr ErrnoMapping kErrnoMap[] = {
     {EDEADLK, 1131},      // ERROR_POSSIBLE_DEADLOCK
     {EMLINK, 1142},       // ERROR_TOO_MANY_LINKS
     {ECANCELED, 1223},    // ERROR_CANCELLED
+#if defined(EDQUOT)       // not a C runtime value on Windows
     {EDQUOT, 1295},       // ERROR_DISK_QUOTA_EXCEEDED
-    {ETIMEDOUT, 1460},    // ERROR_TIMEOUT
-    {ELOOP, 1921},        // ERROR_CANT_RESOLVE_FILENAME
-    // Aliases of the values above on Linux, distinct on some other systems.
+#endif
+    {ETIMEDOUT, 1460},  // ERROR_TIMEOUT
+    {ELOOP, 1921},      // ERROR_CANT_RESOLVE_FILENAME
+    // Aliases of the values above on Linux, distinct on some other systems (Windows' C runtime).
     {EWOULDBLOCK, 33},
     {EDEADLOCK, 1131},
     {EOPNOTSUPP, 50},

@@ -199,7 +199,7 @@ ULOFileStream::~ULOFileStream() {
 ulo::ErrorCode ULOFileStream::Open(const ULOPath& path, Mode mode) {
     static const char kFunction[] = "ulo::ErrorCode ULOFileStream::Open(const ULOPath&, Mode)";
     Close();
-    FILE* file = std::fopen(path.native().c_str(), mode == Mode::kRead ? "rb" : "wb");
+    FILE* file = ULOOpenFile(path, mode == Mode::kRead ? "rb" : "wb");
     if (!file) {
         return ulo::ErrorCode(ULO_AT(ulo::exception::SystemError::FromErrno(errno, "fopen"), kFunction,
                                      "ulolib/Stream", __LINE__));

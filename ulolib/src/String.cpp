@@ -1,6 +1,10 @@
 #include "ulolib/String.h"
 
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <locale.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
@@ -19,13 +23,63 @@ bool IsSurrogate(char32_t c) {
     return c >= 0xD800 && c <= 0xDFFF;
 }
 
-// A code point that may be stored in UTF-8 or UTF-16: anything else is written as U+FFFD.
-char32_t Sanitized(wchar_t w) {
+// wchar_t holds a whole code point on Linux (UTF-32) and a UTF-16 unit on Windows.
+constexpr bool kWideIsUtf16 = sizeof(wchar_t) == 2;
+
+bool IsHighSurrogate(char32_t c) {
+    return c >= 0xD800 && c <= 0xDBFF;
+}
+
+bool IsLowSurrogate(char32_t c) {
+    return c >= 0xDC00 && c <= 0xDFFF;
+}
+
+char32_t Unit(wchar_t w) {
     // wchar_t is signed on Linux: negative values are not characters either.
-    const auto c = static_cast<char32_t>(static_cast<uint32_t>(w));
+    return kWideIsUtf16 ? static_cast<char32_t>(static_cast<char16_t>(w))
+                        : static_cast<char32_t>(static_cast<uint32_t>(w));
+}
+
+// The code point that starts at s[i], i moved past it: in UTF-16 a surrogate pair is one code point.
+// Anything that may not be stored in UTF-8 or UTF-16 (a lone surrogate, a value beyond U+10FFFF)
+// reads as U+FFFD.
+char32_t NextCodePoint(const std::wstring& s, size_t& i) {
+    const char32_t c = Unit(s[i++]);
+    if (kWideIsUtf16 && IsHighSurrogate(c) && i < s.size() && IsLowSurrogate(Unit(s[i]))) {
+        return 0x10000 + ((c - 0xD800) << 10) + (Unit(s[i++]) - 0xDC00);
+    }
     return (c > kMaxCodePoint || IsSurrogate(c)) ? kReplacement : c;
 }
 
+// Appends a code point: one wchar_t on Linux, a surrogate pair beyond U+FFFF on Windows.
+void AppendCodePoint(std::wstring& out, char32_t c) {
+    if (kWideIsUtf16 && c >= 0x10000) {
+        out += static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
+        out += static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
+    } else {
+        out += static_cast<wchar_t>(c);
+    }
+}
+
+#if defined(_WIN32)
+// Windows folds case with the invariant locale's full Unicode mapping, one UTF-16 unit at a time
+// (a surrogate stays as it is).
+wchar_t MapCase(wchar_t c, DWORD flags) {
+    if (c >= 0xD800 && c <= 0xDFFF) {
+        return c;
+    }
+    wchar_t out = c;
+    return ::LCMapStringEx(LOCALE_NAME_INVARIANT, flags, &c, 1, &out, 1, nullptr, nullptr, 0) == 1 ? out : c;
+}
+
+wint_t FoldLower(wchar_t c) {
+    return static_cast<wint_t>(MapCase(c, LCMAP_LOWERCASE));
+}
+
+wint_t FoldUpper(wchar_t c) {
+    return static_cast<wint_t>(MapCase(c, LCMAP_UPPERCASE));
+}
+#else
 // Case folding must not depend on whatever locale the host selected: with the process's default
 // "C" locale towlower folds ASCII only. A private UTF-8 locale gives the full Unicode mapping; the
 // global locale is the fallback where that locale is not installed.
@@ -43,6 +97,7 @@ wint_t FoldUpper(wchar_t c) {
     const locale_t locale = CaseLocale();
     return locale ? towupper_l(static_cast<wint_t>(c), locale) : towupper(static_cast<wint_t>(c));
 }
+#endif
 
 int Sign(long long v) {
     return v < 0 ? -1 : (v > 0 ? 1 : 0);
@@ -125,9 +180,17 @@ ULOString FormatV(const wchar_t* format, va_list args) {
         errno = 0;
         const int n = std::vswprintf(&buffer[0], buffer.size(), translated.c_str(), copy);
         va_end(copy);
-        if (n >= 0) {
+        if (n >= 0 && static_cast<size_t>(n) < buffer.size()) {
             buffer.resize(static_cast<size_t>(n));
             return ULOString(std::move(buffer));
+        }
+        // MinGW-w64's C99 function returns the length the whole text needs, as snprintf does.
+        if (n >= 0) {
+            if (static_cast<size_t>(n) >= kMaxFormattedLength) {
+                return ULOString();
+            }
+            buffer.resize(static_cast<size_t>(n) + 1);
+            continue;
         }
         // glibc reports both a short buffer and a bad argument with -1; only the former is worth
         // another try.
@@ -301,7 +364,7 @@ ULOString ULOString::FromUtf8(const std::string& utf8) {
             }
             c = (c << 6) | (s[i] & 0x3F);
         }
-        out += static_cast<wchar_t>(complete ? c : kReplacement);
+        AppendCodePoint(out, complete ? c : kReplacement);
     }
     return out;
 }
@@ -309,8 +372,8 @@ ULOString ULOString::FromUtf8(const std::string& utf8) {
 std::string ULOString::ToUtf8() const {
     std::string out;
     out.reserve(size());
-    for (wchar_t w : *this) {
-        AppendUtf8(out, Sanitized(w));
+    for (size_t i = 0; i < size();) {
+        AppendUtf8(out, NextCodePoint(*this, i));
     }
     return out;
 }
@@ -327,11 +390,11 @@ ULOString ULOString::FromUtf16(const uint16_t* units, size_t count) {
     out.reserve(count);
     for (size_t i = 0; i < count; ++i) {
         const char32_t u = units[i];
-        if (u >= 0xD800 && u <= 0xDBFF && i + 1 < count && units[i + 1] >= 0xDC00 && units[i + 1] <= 0xDFFF) {
-            out += static_cast<wchar_t>(0x10000 + ((u - 0xD800) << 10) + (units[i + 1] - 0xDC00));
+        if (IsHighSurrogate(u) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
+            AppendCodePoint(out, 0x10000 + ((u - 0xD800) << 10) + (units[i + 1] - 0xDC00));
             ++i;
         } else {
-            out += static_cast<wchar_t>(IsSurrogate(u) ? kReplacement : u);  // a lone surrogate
+            AppendCodePoint(out, IsSurrogate(u) ? kReplacement : u);  // a lone surrogate
         }
     }
     return out;
@@ -340,8 +403,8 @@ ULOString ULOString::FromUtf16(const uint16_t* units, size_t count) {
 std::u16string ULOString::ToUtf16() const {
     std::u16string out;
     out.reserve(size());
-    for (wchar_t w : *this) {
-        const char32_t c = Sanitized(w);
+    for (size_t i = 0; i < size();) {
+        const char32_t c = NextCodePoint(*this, i);
         if (c < 0x10000) {
             out += static_cast<char16_t>(c);
         } else {

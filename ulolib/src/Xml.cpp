@@ -11,7 +11,7 @@ struct FileCloser {
 };
 
 bool ReadWholeFile(const ULOPath& path, std::string& bytes) {
-    std::unique_ptr<FILE, FileCloser> file(std::fopen(path.native().c_str(), "rb"));
+    std::unique_ptr<FILE, FileCloser> file(ULOOpenFile(path, "rb"));
     if (!file) {
         return false;
     }

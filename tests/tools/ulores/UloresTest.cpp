@@ -2,7 +2,11 @@
 // and unpacked again, and its errors.
 #include <gtest/gtest.h>
 #include <png.h>
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <sys/wait.h>
+#endif
 
 #include <cstdio>
 #include <filesystem>
@@ -87,8 +91,17 @@ protected:
 
     Result Run(const std::string& arguments) const {
         Result result;
+#if defined(_WIN32)
+        // The program beside this one (the build puts all programs in one folder), by a path cmd.exe reads.
+        char self[MAX_PATH] = {};
+        const std::string own(self, ::GetModuleFileNameA(nullptr, self, MAX_PATH));
+        const std::string command =
+            "\"" + own.substr(0, own.find_last_of('\\') + 1) + "ulores.exe\" " + arguments + " 2>&1";
+        FILE* pipe = _popen(command.c_str(), "r");
+#else
         const std::string command = std::string(ULORES_PATH) + " " + arguments + " 2>&1";
         FILE* pipe = popen(command.c_str(), "r");
+#endif
         if (pipe == nullptr) {
             ADD_FAILURE() << "cannot run " << command;
             return result;
@@ -97,8 +110,12 @@ protected:
         while (size_t n = std::fread(buffer, 1, sizeof buffer, pipe)) {
             result.output.append(buffer, n);
         }
+#if defined(_WIN32)
+        result.status = _pclose(pipe);
+#else
         const int status = pclose(pipe);
         result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+#endif
         return result;
     }
 
@@ -106,7 +123,9 @@ protected:
         std::ofstream(Path(name)) << text;
     }
 
-    bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
+    bool Exists(const std::string& name) const {
+        return std::filesystem::exists(Path(name));
+    }
 
     // The number of files in the folder, to see that nothing temporary was left.
     size_t FileCount() const {

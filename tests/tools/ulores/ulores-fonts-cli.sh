@@ -2,7 +2,7 @@
 # The resource builder's font commands from the command line: pack a manifest, list the file,
 # and refuse a manifest without font 0 (every missing ID falls back to it).
 set -euo pipefail
-ulores=$1
+ulores=("$@")  # the program, after the emulator that runs it if any
 dir=$(mktemp -d)
 trap 'rm -rf "$dir"' EXIT
 
@@ -14,8 +14,8 @@ cat >"$dir/fonts.xml" <<'XML'
   </font>
 </fonts>
 XML
-"$ulores" pack-fonts "$dir/fonts.xml" -o "$dir/fonts.urf"
-listing=$("$ulores" dump "$dir/fonts.urf")
+"${ulores[@]}" pack-fonts "$dir/fonts.xml" -o "$dir/fonts.urf"
+listing=$("${ulores[@]}" dump "$dir/fonts.urf")
 grep -q 'font 0: .*"DejaVu Sans" height 11 weight 400' <<<"$listing"
 grep -q 'font 2: no record (font 0 stands in)' <<<"$listing"
 grep -q 'font 3: .*"Liberation Sans" height 12 weight 700 italic .*name "Caption" heightExt 14' <<<"$listing"
@@ -24,7 +24,7 @@ grep -q 'alternative "DejaVu Sans"' <<<"$listing"
 cat >"$dir/no-zero.xml" <<'XML'
 <fonts><font id="1" face="DejaVu Sans" height="11"/></fonts>
 XML
-if "$ulores" pack-fonts "$dir/no-zero.xml" -o "$dir/bad.urf" 2>"$dir/err"; then
+if "${ulores[@]}" pack-fonts "$dir/no-zero.xml" -o "$dir/bad.urf" 2>"$dir/err"; then
   echo "a manifest without font 0 was accepted"
   exit 1
 fi

@@ -1,5 +1,7 @@
 #pragma once
 // ULOPath: a file-system path held as a wide string.
+#include <cstdint>
+#include <cstdio>
 #include <string>
 
 #include "ulolib/ErrorCode.h"
@@ -8,7 +10,10 @@
 
 class ULOLIB_API ULOPath {
 public:
-    static const wchar_t wSeparator;  // the platform's path separator: '/' on Linux
+    // The platform's path separator: '/' on Linux, '\\' on Windows, where '/' separates components
+    // as well (both are read as separators there; joins insert wSeparator).
+    static const wchar_t wSeparator;
+    static bool IsSeparator(wchar_t c);
 
     ULOPath() = default;
     ULOPath(const ULOString& path) : path_(path) {}
@@ -26,6 +31,9 @@ public:
     // set to no error.
     bool exists(ulo::ErrorCode* error = nullptr) const;
     bool is_directory(ulo::ErrorCode* error = nullptr) const;
+    bool is_regular_file(ulo::ErrorCode* error = nullptr) const;
+    // The size of a file in bytes; 0 when it cannot be asked (error says why).
+    uint64_t file_size(ulo::ErrorCode* error = nullptr) const;
 
     // The extension without its dot: what follows the last dot of filename() ("ura" for
     // "Main.ura", "bashrc" for ".bashrc"); empty when there is none and for "." and "..".
@@ -37,7 +45,8 @@ public:
     ULOPath parent_path() const;
 
     const ULOString& wstring() const { return path_; }
-    // The narrow form the C runtime's fopen takes (UTF-8 on Linux).
+    // The narrow form: UTF-8, the form Linux file calls take. Windows file calls take the wide
+    // form: use ULOOpenFile rather than fopen(native()).
     std::string native() const;
 
     bool operator==(const ULOPath& other) const { return path_ == other.path_; }
@@ -46,3 +55,7 @@ public:
 private:
     ULOString path_;
 };
+
+// The C runtime's fopen for a path, with the file name in the form the platform takes (_wfopen on
+// Windows, where a narrow name would go through the ANSI code page). Null on failure, with errno set.
+ULOLIB_API std::FILE* ULOOpenFile(const ULOPath& path, const char* mode);

@@ -1,6 +1,7 @@
 #pragma once
-// ULOString: the wide string of the base library. On Linux wchar_t holds UTF-32 code points;
-// files exchanged with other platforms use UTF-8 or UTF-16, converted here.
+// ULOString: the wide string of the base library. On Linux wchar_t holds UTF-32 code points, on
+// Windows UTF-16 units (a character beyond U+FFFF is a surrogate pair); files exchanged with other
+// platforms use UTF-8 or UTF-16, converted here.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -31,9 +32,10 @@ public:
     static ULOString Format(const wchar_t* format, ...);
     void FormatInPlace(const wchar_t* format, ...);
 
-    // Ordinal comparisons returning -1, 0 or 1; the NoCase forms fold with towlower on each code
-    // point, with the full Unicode mapping whatever locale the host selected (taken from the
-    // C.UTF-8 locale, which Debian always installs; without it, the host's locale decides).
+    // Ordinal comparisons returning -1, 0 or 1; the NoCase forms fold each character to lower case
+    // with the full Unicode mapping whatever locale the host selected (on Linux towlower in the
+    // C.UTF-8 locale, which Debian always installs, else the host's locale; on Windows the
+    // invariant locale's mapping, one UTF-16 unit at a time).
     int Compare(const std::wstring& other) const;
     int CompareNoCase(const std::wstring& other) const;
     bool EqualsNoCase(const std::wstring& other) const { return CompareNoCase(other) == 0; }
