@@ -11,6 +11,7 @@
 
 #include "platform/DeviceCopy.h"
 #include "platform/linux/X11Failure.h"
+#include "platform/linux/X11PixelRows.h"
 #include "platform/linux/X11SharedSegment.h"
 #include "platform/linux/X11Window.h"
 
@@ -59,7 +60,11 @@ struct X11Device::State {
     bool sharedMemory = false;
     size_t plainBandBytes = 0;  // image bytes one plain put request may carry
     x11::SharedSegment segments[kSlots];
-    std::vector<xcb_void_cookie_t> pending[kSlots];  // puts of each slot not yet known to be handled
+    // Each slot's puts not yet known to be handled, and the request sent right after the last of them:
+    // its reply tells that the server is done with them, without waiting for the puts sent later
+    // (checking a put alone would wait for a round trip behind everything sent so far).
+    std::vector<xcb_void_cookie_t> pending[kSlots];
+    xcb_get_input_focus_cookie_t fence[kSlots] = {};
     int nextSlot = 0;
     std::vector<unsigned char> staging;  // the pixels of a plain put
     ulo::ErrorCode firstError;
@@ -76,9 +81,12 @@ struct X11Device::State {
             return;
         }
         if (!xcb_connection_has_error(connection)) {
-            for (auto& cookies : pending) {
-                for (const xcb_void_cookie_t& cookie : cookies) {
+            for (int slot = 0; slot < kSlots; ++slot) {
+                for (const xcb_void_cookie_t& cookie : pending[slot]) {
                     xcb_discard_reply(connection, cookie.sequence);
+                }
+                if (!pending[slot].empty()) {
+                    xcb_discard_reply(connection, fence[slot].sequence);
                 }
             }
         }
@@ -116,6 +124,10 @@ struct X11Device::State {
 
     // Waits until the server has handled the puts of `slot`, keeping the first error it reported.
     void Settle(int slot) {
+        if (pending[slot].empty()) {
+            return;
+        }
+        std::free(xcb_get_input_focus_reply(connection, fence[slot], nullptr));
         for (const xcb_void_cookie_t& cookie : pending[slot]) {
             if (xcb_generic_error_t* error = xcb_request_check(connection, cookie)) {
                 const int code = error->error_code;
@@ -172,20 +184,8 @@ struct X11Device::State {
             staging.resize(bytes);
         }
         unsigned char* target = sharedMemory ? segments[slot].Data() : staging.data();
-        for (int k = 0; k < band.rows; ++k) {
-            const unsigned char* from = copy.Row(row + k) + static_cast<size_t>(column) * 4;
-            unsigned char* to = target + rowBytes * static_cast<size_t>(k);
-            if (format.opaqueBits == 0) {
-                std::memcpy(to, from, rowBytes);
-                continue;
-            }
-            for (size_t j = 0; j < rowBytes; j += 4) {
-                uint32_t pixel;
-                std::memcpy(&pixel, from + j, 4);
-                pixel |= format.opaqueBits;
-                std::memcpy(to + j, &pixel, 4);
-            }
-        }
+        // Another process reads the shared segment: it is written around this thread's caches.
+        x11::WriteBand(copy, column, row, band.columns, band.rows, format.opaqueBits, sharedMemory, target);
         const auto columns = static_cast<uint16_t>(band.columns);
         const auto rows = static_cast<uint16_t>(band.rows);
         const auto x = static_cast<int16_t>(copy.destX + column);
@@ -197,6 +197,7 @@ struct X11Device::State {
                                             0)
                 : xcb_put_image_checked(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, gc, columns, rows, x,
                                         y, 0, format.depth, static_cast<uint32_t>(bytes), target));
+        fence[slot] = xcb_get_input_focus(connection);
         // Sent now, so that the server draws this band while the next one is being prepared.
         xcb_flush(connection);
     }
