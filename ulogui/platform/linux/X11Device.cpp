@@ -178,9 +178,10 @@ struct X11Device::State {
         nextSlot = (nextSlot + 1) % kSlots;
         const size_t rowBytes = static_cast<size_t>(band.columns) * 4;
         const size_t bytes = rowBytes * static_cast<size_t>(band.rows);
-        if (sharedMemory) {
-            Settle(slot);  // the server may still be reading this segment
-        } else {
+        // The server may still be reading this slot's segment; with plain puts, waiting for the puts
+        // before the last keeps the requests (and the errors to check) from piling up.
+        Settle(slot);
+        if (!sharedMemory) {
             staging.resize(bytes);
         }
         unsigned char* target = sharedMemory ? segments[slot].Data() : staging.data();
