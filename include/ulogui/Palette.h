@@ -105,8 +105,8 @@ ULODRAW_API extern const int EDIT_RIGHT;   // 1
 ULODRAW_API extern const int EDIT_BOTTOM;  // 2
 }  // namespace margin
 
-// When on, the drawing surface's text output marks texts that do not fit their box and reports them
-// to the overflowing-text log. Off at start.
+// When on, the drawing surface's text output draws texts that do not fit their box in red (the host
+// reports them to the overflowing-text log itself). Off at start.
 ULODRAW_API bool HighlightOverflowingTexts();
 ULODRAW_API void SetHighlightOverflowingTexts(bool on);
 

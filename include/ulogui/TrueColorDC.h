@@ -10,6 +10,7 @@
 //
 // Drawing reports no errors: rectangles are clipped to the buffer, points are clamped onto its border,
 // empty rectangles draw nothing.
+#include <boost/shared_ptr.hpp>
 #include <utility>
 
 #include "ulogui/Color.h"
@@ -25,6 +26,8 @@ namespace surface {
 class DeviceScope;
 }  // namespace surface
 }  // namespace ulogui
+
+class ULOFont;
 
 class ULODRAW_API ULOTrueColorDCBase : public ULOPicture {
 public:
@@ -355,6 +358,30 @@ public:
     // top-left. A null target draws nothing.
     void BlitToTrueColor(ULOTrueColorDCBase* target, const ULORect* targetRect, const ULORect* sourceRect,
                          ECopyPictureType type) const;
+
+    // ---- Text output (TrueColorDCText*.cpp) ----
+    // The text members share their last arguments:
+    //   flags: 0x2 centred, 0x4 right-aligned (wins over 0x2), 0x8 an opaque box in `colour` with the
+    //     glyphs in `backColour`, 0x20 italic, 0x100 or 0x80 underlined; other bits are ignored;
+    //   colour: the text colour; opacity: 0 or 1 draw the text fully, values between blend it in;
+    //   tabStartX: the logical x that tab stops are measured from; backColour: see flag 0x8.
+    // A null font, rectangle or text draws nothing and returns 0.
+
+    // One line of text on the bottom rows of `rect` (logical), one font height at most, rasterised by
+    // the platform under csFontTextOut and composited into the surface. Returns the width drawn in
+    // device pixels: min(the clipped rectangle's width, the text's width rounded up); 0 when nothing
+    // is drawn (empty text, a rectangle narrower than 2, or none of it on the surface).
+    virtual int TextOutW(const boost::shared_ptr<ULOFont>& font, const ULORect* rect, const wchar_t* text,
+                         int flags, const CLR& colour, float opacity, int tabStartX, const CLR& backColour);
+    // The text wrapped into `rect`, a line a font height, each line drawn by TextOutW; a rectangle less
+    // than two font heights tall gets TextOutW alone. Returns the sum of the lines' results. A line of
+    // 5,000 characters or more ends the process.
+    int MultiLineTextOut(const boost::shared_ptr<ULOFont>& font, const ULORect* rect, const wchar_t* text,
+                         int flags, const CLR& colour, float opacity, int tabStartX, const CLR& backColour);
+    // TextOutW into a temporary surface of rect's size that is put back onto rect within `clip`.
+    int TextOutClipped(const boost::shared_ptr<ULOFont>& font, const ULORect* rect, const ULORect* clip,
+                       const wchar_t* text, int flags, const CLR& colour, float opacity, int tabStartX,
+                       const CLR& backColour);
 
 protected:
     // For subclasses that supply their own buffer. The surface starts empty and unmagnified, and

@@ -17,6 +17,19 @@ int32_t PlatformFont::GetKerningAmount(uint32_t first, uint32_t second) const {
     }
     return 0;
 }
+void PlatformFont::GetGlyphImages(const uint32_t* codePoints, size_t count, GlyphImagePtr* out) const {
+    for (size_t i = 0; i < count; ++i) {
+        auto image = std::make_shared<GlyphImage>();
+        GetCharAdvances(codePoints[i], codePoints[i], &image->advance);
+        out[i] = std::move(image);
+    }
+}
+
+bool PlatformFont::RenderGlyphWindow(uint32_t, const ULORect&, std::vector<uint8_t>& levels) const {
+    levels.clear();
+    return false;
+}
+
 FontEngine::~FontEngine() = default;
 
 namespace {

@@ -12,6 +12,7 @@
 #include <memory>
 #include <vector>
 
+#include "ulogui/Geometry.h"
 #include "ulogui/PlatformTypes.h"
 #include "ulolib/String.h"
 
@@ -96,6 +97,12 @@ struct FontMetrics {
     bool italic = false;
     bool underlined = false;
     bool struckOut = false;
+    // The lines text output draws for the underline and strike-out styles: the distance of the
+    // line's centre above the baseline (negative below it) and the line's thickness, at least 1.
+    int32_t underlinePosition = 0;
+    int32_t underlineThickness = 1;
+    int32_t strikeOutPosition = 0;
+    int32_t strikeOutThickness = 1;
 };
 
 // A kerning pair: the amount in pixels is added to the advance of first when second follows it.
@@ -146,6 +153,30 @@ struct GlyphMetrics {
     int32_t cellIncY = 0;
 };
 
+// A glyph as text output draws it: its advance and its grey coverage. Coverage comes in 17 levels,
+// 0 (nothing) to kFullCoverage, one byte a pixel, rows top-down over the glyph's box. A glyph too
+// large to keep whole (see GlyphImage::kMaxKeptPixels) has its box but no levels; the parts of it
+// that are seen are rendered on demand with RenderGlyphWindow.
+struct GlyphImage {
+    static constexpr uint8_t kFullCoverage = 16;
+    static constexpr int64_t kMaxKeptPixels = 128 * 1024;
+
+    int32_t advance = 0;  // whole pixels, as GetCharAdvances gives them
+    int32_t left = 0;     // the box's first column, from the pen position
+    int32_t top = 0;      // the box's first row, in rows above the baseline
+    int32_t width = 0;
+    int32_t height = 0;
+    bool kept = true;  // false: too large to keep, levels is empty
+    std::vector<uint8_t> levels;
+
+    // The box in pixels from the pen position with y pointing down (the baseline is row 0).
+    ULORect Box() const {
+        return ULORect(left, -top, static_cast<int32_t>(static_cast<int64_t>(left) + width),
+                       static_cast<int32_t>(static_cast<int64_t>(-top) + height));
+    }
+};
+using GlyphImagePtr = std::shared_ptr<const GlyphImage>;
+
 // A font made by the engine. Member calls of one font may come from any thread but not at once
 // with calls that change it; the engine serialises its own shared state.
 class PlatformFont {
@@ -171,6 +202,16 @@ public:
     virtual bool GetGlyphOutline(uint32_t codePoint, GlyphOutline& out) const = 0;
     // False (and out zeroed) when the glyph cannot be loaded at all.
     virtual bool GetGlyphMetrics(uint32_t codePoint, GlyphMetrics& out) const = 0;
+
+    // Text output: the images of count code points into out[0..count-1], never null. Images are
+    // immutable and may be shared (a backend caches them). This default gives the advances of
+    // GetCharAdvances and no coverage, so that such a font lays text out without drawing glyphs.
+    virtual void GetGlyphImages(const uint32_t* codePoints, size_t count, GlyphImagePtr* out) const;
+    // The coverage of `window` (pixels from the pen position, y down from the baseline) of a glyph
+    // that was not kept, into levels (window width x height, rows top-down). False, with levels
+    // empty, when there is none to give; the default has none.
+    virtual bool RenderGlyphWindow(uint32_t codePoint, const ULORect& window,
+                                   std::vector<uint8_t>& levels) const;
 };
 
 class FontEngine {

@@ -10,6 +10,7 @@
 #include FT_TRUETYPE_TAGS_H
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <memory>
 #include <mutex>
@@ -18,6 +19,8 @@
 #include <vector>
 
 #include "platform/linux/FaceCatalogue.h"
+#include "platform/linux/GlyphCache.h"
+#include "platform/linux/GlyphRaster.h"
 #include "platform/linux/NativeOutline.h"
 #include "platform/linux/SfntFacts.h"
 #include "toolslib/MultiProc.h"
@@ -115,12 +118,33 @@ struct Library {
     }
 };
 
+// Serial numbers of open faces, the glyph cache's name for them: an address could be reused by the
+// next face opened.
+uint64_t NextFaceSerial() {
+    static std::atomic<uint64_t> next{1};
+    return next.fetch_add(1, std::memory_order_relaxed);
+}
+
+// The lines of the underline and strike-out styles in font units: the 'post' table's underline
+// (FreeType's reading of it) and the OS/2 strike-out, else half the ascent and the underline's
+// thickness.
+struct StyleLines {
+    int64_t underlinePosition = 0;
+    int64_t underlineThickness = 0;
+    int64_t strikeOutPosition = 0;
+    int64_t strikeOutThickness = 0;
+};
+
 // An open face file shared by every font made from it, with what is the same for all of them:
 // design values, hinted advances per pixel size, and the face's kerning pairs.
 class SharedFace {
 public:
     SharedFace(std::shared_ptr<Library> library, FT_Face face, std::string path, int index)
-        : library_(std::move(library)), face_(face), path_(std::move(path)), index_(index) {
+        : library_(std::move(library)),
+          face_(face),
+          path_(std::move(path)),
+          index_(index),
+          serial_(NextFaceSerial()) {
         if (!face_->charmap) {
             // Symbol faces map their characters at U+F000..U+F0FF only.
             if (FT_Select_Charmap(face_, FT_ENCODING_MS_SYMBOL) == 0) {
@@ -151,8 +175,18 @@ public:
             externalLeadingUnits_ = std::max<int64_t>(0, hhea->Line_Gap - (winCell - hheaCell));
         }
         maxWidthUnits_ = static_cast<int64_t>(face_->bbox.xMax) - face_->bbox.xMin;
+        lines_.underlinePosition = face_->underline_position;
+        lines_.underlineThickness = face_->underline_thickness;
+        if (os2Valid && os2->yStrikeoutSize > 0) {
+            lines_.strikeOutPosition = os2->yStrikeoutPosition;
+            lines_.strikeOutThickness = os2->yStrikeoutSize;
+        } else {
+            lines_.strikeOutPosition = design_.winAscent / 2;
+            lines_.strikeOutThickness = face_->underline_thickness;
+        }
     }
     ~SharedFace() {
+        GlyphCache::Instance().ForgetFace(serial_);
         std::lock_guard<std::recursive_mutex> lock(library_->mutex);
         FT_Done_Face(face_);
     }
@@ -166,6 +200,8 @@ public:
     int64_t AverageWidthUnits() const { return averageWidth_; }
     int64_t MaxWidthUnits() const { return maxWidthUnits_; }
     int64_t ExternalLeadingUnits() const { return externalLeadingUnits_; }
+    const StyleLines& Lines() const { return lines_; }
+    uint64_t Serial() const { return serial_; }
 
     FT_UInt GlyphOf(uint32_t codePoint) const {
         if (symbolMap_ && codePoint < 0x100) {
@@ -337,6 +373,8 @@ private:
     FT_Face face_;
     std::string path_;
     int index_;
+    uint64_t serial_;
+    StyleLines lines_;
     std::unique_ptr<HelperFace> helper_;  // opened on the first large batch, then kept
     bool symbolMap_ = false;
     VerticalDesign design_;
@@ -363,6 +401,8 @@ public:
           ppem_(ppem),
           fakeBold_(fakeBold),
           fakeItalic_(fakeItalic),
+          glyphStyle_((fakeBold ? glyphstyle::kBold : 0) | (fakeItalic ? glyphstyle::kItalic : 0) |
+                      (GreyAtSize(face_->Face(), ppem) ? glyphstyle::kGrey : 0)),
           request_(request),
           faceName_(std::move(faceName)),
           metrics_(metrics) {}
@@ -442,17 +482,78 @@ public:
         return true;
     }
 
+    void GetGlyphImages(const uint32_t* codePoints, size_t count, GlyphImagePtr* out) const override {
+        GlyphCache& cache = GlyphCache::Instance();
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        constexpr size_t kRun = 64;  // keys looked up under one lock of the cache
+        GlyphKey keys[kRun];
+        for (size_t first = 0; first < count; first += kRun) {
+            const size_t n = std::min(kRun, count - first);
+            for (size_t i = 0; i < n; ++i) {
+                keys[i] =
+                    GlyphKey{face_->Serial(), ppem_, face_->GlyphOf(codePoints[first + i]), glyphStyle_};
+            }
+            cache.Find(keys, n, out + first);
+            for (size_t i = 0; i < n; ++i) {
+                if (!out[first + i]) {
+                    out[first + i] = cache.Keep(keys[i], MakeImage(keys[i].glyph));
+                }
+            }
+        }
+    }
+
+    bool RenderGlyphWindow(uint32_t codePoint, const ULORect& window,
+                           std::vector<uint8_t>& levels) const override {
+        std::lock_guard<std::recursive_mutex> lock(face_->Lib().mutex);
+        levels.clear();
+        const FT_GlyphSlot slot = LoadGlyphIndex(face_->GlyphOf(codePoint));
+        return slot && RenderOutlineWindow(face_->Lib().ft, slot->outline, window,
+                                           (glyphStyle_ & glyphstyle::kGrey) != 0, levels);
+    }
+
 private:
+    // The image of a glyph: its advance and, unless it is too large to keep, its coverage. A glyph
+    // that cannot be loaded as an outline draws nothing and advances as GetCharAdvances says.
+    // Caller holds the lock.
+    GlyphImagePtr MakeImage(FT_UInt glyph) const {
+        auto image = std::make_shared<GlyphImage>();
+        const FT_GlyphSlot slot = LoadGlyphIndex(glyph);
+        if (!slot) {
+            face_->HintedAdvances(ppem_, {glyph}, fakeBold_ ? 1 : 0, &image->advance);
+            return image;
+        }
+        image->advance = static_cast<int32_t>((slot->metrics.horiAdvance + 63) >> 6) + (fakeBold_ ? 1 : 0);
+        const ULORect box = OutlinePixelBox(slot->outline);
+        if (box.IsEmpty()) {
+            return image;
+        }
+        image->left = box.left;
+        image->top = -box.top;
+        image->width = box.right - box.left;
+        image->height = box.bottom - box.top;
+        if (static_cast<int64_t>(image->width) * image->height > GlyphImage::kMaxKeptPixels) {
+            image->kept = false;
+            return image;
+        }
+        if (!RenderOutlineWindow(face_->Lib().ft, slot->outline, box, (glyphStyle_ & glyphstyle::kGrey) != 0,
+                                 image->levels)) {
+            image->width = 0;
+            image->height = 0;
+        }
+        return image;
+    }
+
     static int64_t FloorPixels(FT_Pos v) { return v >= 0 ? v / 64 : -((-static_cast<int64_t>(v) + 63) / 64); }
     static int64_t CeilPixels(FT_Pos v) { return -FloorPixels(-v); }
 
     // The glyph of codePoint loaded into the face's slot at this font's size, hinted, with the
     // synthesised styles applied to its outline: a sheared italic (x + y / 4) and an outline
     // widened by ppem / 24 pixels for bold. Null when it cannot be loaded. Caller holds the lock.
-    FT_GlyphSlot LoadGlyph(uint32_t codePoint) const {
+    FT_GlyphSlot LoadGlyph(uint32_t codePoint) const { return LoadGlyphIndex(face_->GlyphOf(codePoint)); }
+    FT_GlyphSlot LoadGlyphIndex(FT_UInt glyph) const {
         FT_Activate_Size(size_);
         const FT_Face face = face_->Face();
-        if (FT_Load_Glyph(face, face_->GlyphOf(codePoint), kGlyphLoadFlags) != 0 ||
+        if (FT_Load_Glyph(face, glyph, kGlyphLoadFlags) != 0 ||
             face->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
             return nullptr;
         }
@@ -472,6 +573,7 @@ private:
     uint32_t ppem_;
     bool fakeBold_;
     bool fakeItalic_;
+    uint32_t glyphStyle_;  // the glyph cache's style of this font's glyphs
     FontRequest request_;
     ULOString faceName_;
     FontMetrics metrics_;
@@ -717,6 +819,11 @@ std::shared_ptr<PlatformFont> FreeTypeFontEngine::CreateFontObject(const FontReq
     metrics.italic = request.italic || file->italic;
     metrics.underlined = request.underline;
     metrics.struckOut = request.strikeOut;
+    const StyleLines& lines = shared->Lines();
+    metrics.underlinePosition = ScaleRounded(lines.underlinePosition, ppem, upem);
+    metrics.underlineThickness = std::max(1, ScaleRounded(lines.underlineThickness, ppem, upem));
+    metrics.strikeOutPosition = ScaleRounded(lines.strikeOutPosition, ppem, upem);
+    metrics.strikeOutThickness = std::max(1, ScaleRounded(lines.strikeOutThickness, ppem, upem));
     return std::make_shared<FreeTypeFont>(shared, size, ppem, fakeBold, fakeItalic, request,
                                           fam ? fam->name : file->family, metrics);
 }

@@ -1,0 +1,334 @@
+// The draw-text call of the Linux backend: lines and prefixes, layout on a scripted font whose glyphs
+// are bars of known coverage, the blend, and the FreeType glyph images and their cache.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "font/TestFonts.h"
+#include "platform/TextCanvas.h"
+#include "platform/linux/GlyphCache.h"
+#include "platform/linux/LevelBlend.h"
+#include "platform/linux/SectionText.h"
+#include "platform/linux/TextLines.h"
+
+namespace {
+
+namespace platform = ulogui::platform;
+namespace ft = ulogui::platform::ft;
+namespace dt = ulogui::platform::drawtext;
+
+TEST(TextLines, LineEndsAndPrefixes) {
+    // "|" between lines, "_" before the marked character.
+    const std::pair<const wchar_t*, const char*> cases[] = {
+        {L"a\r\nb\n\rc", "a|b|c"}, {L"a\r\rb\n\nc", "a||b||c"},
+        {L"a\nb\n", "a|b"},        {L"&File && Edit", "_File & Edit"},
+        {L"a&b&c&", "a_bc&"},      {L"&&&x", "&_x"},
+        {L"x&\ny", "x&|y"},
+    };
+    for (const auto& c : cases) {
+        const size_t length = std::wcslen(c.first);
+        std::string out;
+        ft::DrawnLine line;
+        for (size_t pos = 0; pos < length;) {
+            const ft::LineSpan span = ft::NextLine(c.first, length, pos);
+            ft::PrepareLine(c.first + span.begin, c.first + span.end, true, line);
+            out += pos == 0 ? "" : "|";
+            for (size_t i = 0; i < line.codes.size(); ++i) {
+                out += (std::ptrdiff_t(i) == line.marked ? "_" : "") + std::string(1, char(line.codes[i]));
+            }
+            pos = span.next;
+        }
+        EXPECT_EQ(out, c.second);
+    }
+    ft::DrawnLine line;
+    ft::PrepareLine(L"&a", L"&a" + 2, false, line);
+    EXPECT_EQ(line.codes.size() * 10 + size_t(line.marked + 1), 20u);  // no prefixes: "&a", unmarked
+}
+
+// A scripted font: cell height 10, ascent 8. A character c advances (c % 4) + 3 pixels ("a" 4, "b" 5,
+// "c" 6); its glyph is a bar one pixel wide at its pen position, of level c % 17 (16 for letters), from
+// the cell's top to the baseline.
+class BarFont : public platform::PlatformFont {
+public:
+    BarFont() {
+        metrics_.height = 10;
+        metrics_.ascent = 8;
+        metrics_.underlinePosition = -1;
+        metrics_.strikeOutPosition = 3;
+        metrics_.strikeOutThickness = 2;
+    }
+    platform::FontMetrics metrics_;
+    ULOString GetFaceName() const override { return L"Bar"; }
+    const platform::FontRequest& GetRequest() const override { return request_; }
+    platform::FontMetrics GetMetrics() const override { return metrics_; }
+    void GetCharAdvances(uint32_t first, uint32_t last, int32_t* widths) const override {
+        for (uint32_t c = first; c <= last; ++c) {
+            widths[c - first] = static_cast<int32_t>(c % 4) + 3;
+        }
+    }
+    std::vector<platform::KerningPair> GetKerningPairs() const override { return {}; }
+    bool GetGlyphOutline(uint32_t, platform::GlyphOutline&) const override { return false; }
+    bool GetGlyphMetrics(uint32_t, platform::GlyphMetrics&) const override { return false; }
+    void GetGlyphImages(const uint32_t* codes, size_t count, platform::GlyphImagePtr* out) const override {
+        for (size_t i = 0; i < count; ++i) {
+            auto image = std::make_shared<platform::GlyphImage>();
+            image->advance = static_cast<int32_t>(codes[i] % 4) + 3;
+            image->top = image->height = 8;
+            image->width = 1;
+            const bool letter = (codes[i] | 0x20) >= 'a' && (codes[i] | 0x20) <= 'z';
+            image->levels.assign(8, static_cast<uint8_t>(letter ? 16 : codes[i] % 17));
+            out[i] = std::move(image);
+        }
+    }
+
+private:
+    platform::FontRequest request_;
+};
+
+constexpr unsigned char kPaper = 0xEE;  // every byte of an untouched pixel
+
+struct Section {
+    explicit Section(int w = 20, unsigned char paper = kPaper) : width(w), bytes(size_t(w) * 22 * 4, paper) {}
+    ulogui::raster::RasterView View() {
+        return ulogui::raster::RasterView::TopDown(bytes.data(), width, 22, width * 4, 4);
+    }
+    // The touched pixels ("x") of each row, rows ending at their last touched pixel, "/" between rows,
+    // up to the last row touched.
+    std::string Map() {
+        std::string map, row;
+        for (size_t i = 0; i < bytes.size() / 4; ++i) {
+            row += bytes[i * 4 + 3] == 0 ? 'x' : '.';
+            if (row.size() == size_t(width)) {
+                map += row.substr(0, row.find_last_of('x') + 1) + "/";
+                row.clear();
+            }
+        }
+        return map.substr(0, map.find_last_not_of('/') + 1);
+    }
+    int width;
+    std::vector<unsigned char> bytes;
+};
+
+// Rows of a map, each repeated.
+std::string Rows(std::initializer_list<std::pair<const char*, int>> rows) {
+    std::string map;
+    for (const auto& row : rows) {
+        for (int i = 0; i < row.second; ++i) {
+            map += row.first + std::string("/");
+        }
+    }
+    return map.substr(0, map.size() - 1);
+}
+
+TEST(SectionText, Layout) {
+    enum { kOpaque = 1, kUnderline = 2, kStrikeOut = 4 };
+    const struct {
+        const wchar_t* text;
+        ULORect rect;
+        unsigned format;
+        int style;
+        std::string map;
+    } cases[] = {
+        {L"ab", {2, 0, 20, 10}, dt::kLeft, 0, Rows({{"..x...x", 8}})},
+        {L"ab", {2, 0, 20, 10}, dt::kCenter, 0, Rows({{"......x...x", 8}})},  // 13 / 2 = 6
+        {L"abc", {-4, 0, 2, 10}, dt::kCenter, 0, Rows({{".x", 8}})},          // -17 / 2 = -8
+        {L"abc", {0, 0, 20, 10}, dt::kRight | dt::kCenter, 0, Rows({{".....x...x....x", 8}})},  // right wins
+        // The mnemonic underline: one row under the baseline, the advance less one long. Lines step by
+        // the cell height.
+        {L"a&b\nb", {0, 0, 10, 22}, 0, 0, Rows({{"x...x", 8}, {"", 1}, {"....xxxx", 1}, {"x", 8}})},
+        // Cut at the rectangle's bottom, and no line after the first that reaches past it.
+        {L"b\r\nb\rb", {1, 1, 10, 13}, 0, 0, Rows({{"", 1}, {".x", 8}, {"", 2}, {".x", 2}})},
+        // The opaque cell: the advances wide, the cell's height, cut by the rectangle.
+        {L"ab", {1, 2, 8, 22}, 0, kOpaque, Rows({{"", 2}, {".xxxxxxx", 10}})},
+        // The font's lines: underline top 8 + 1 - 0 = 9, strike-out 8 - 3 - 1 = 4 (2 rows).
+        {L"&ab",
+         {0, 0, 10, 22},
+         0,
+         kUnderline | kStrikeOut,
+         Rows({{"x...x", 4}, {"xxxxxxxxx", 2}, {"x...x", 2}, {"", 1}, {"xxxxxxxxx", 1}})},
+    };
+    for (const auto& c : cases) {
+        Section s;
+        BarFont font;
+        font.metrics_.underlined = (c.style & kUnderline) != 0;
+        font.metrics_.struckOut = (c.style & kStrikeOut) != 0;
+        ft::TextPaint paint;
+        paint.mode =
+            c.style & kOpaque ? platform::BackgroundMode::kOpaque : platform::BackgroundMode::kTransparent;
+        EXPECT_EQ(ft::DrawTextOnSection(s.View(), font, paint, c.text, std::wcslen(c.text), c.rect, c.format),
+                  std::wcschr(c.text, L'\n') != nullptr ? 20 : 10);
+        EXPECT_EQ(s.Map(), c.map) << c.format << " " << c.rect.left;
+        for (size_t i = 0; i < s.bytes.size(); i += 4) {  // untouched pixels keep all four bytes
+            ASSERT_TRUE(s.bytes[i + 3] == 0 || std::count(&s.bytes[i], &s.bytes[i] + 4, kPaper) == 4);
+        }
+    }
+}
+
+TEST(SectionText, CoverageLevelsBlackOnWhite) {
+    // U+0100 + k is a bar of level k + 1, advancing 3, 4, 5, 6 in turn.
+    std::wstring text;
+    for (wchar_t k = 0; k < 16; ++k) {
+        text += static_cast<wchar_t>(0x100 + k);
+    }
+    Section s(80, 255);
+    ft::TextPaint paint;
+    paint.mode = platform::BackgroundMode::kTransparent;
+    ft::DrawTextOnSection(s.View(), BarFont(), paint, text.c_str(), 16, ULORect(0, 0, 80, 10), dt::kNoPrefix);
+    // As measured on the platform for levels 1 to 16 of black text on white.
+    const int expected[16] = {248, 240, 233, 225, 217, 208, 199, 189, 178, 167, 154, 140, 124, 104, 77, 0};
+    for (int k = 0, pen = 0; k < 16; pen += (k++ % 4) + 3) {
+        const unsigned char* p = s.View().Pixel(pen, 5);
+        EXPECT_EQ(std::vector<int>(p, p + 4), std::vector<int>({expected[k], expected[k], expected[k], 0}))
+            << k;
+    }
+}
+
+TEST(LevelBlend, RowsMatchTheScalarReference) {
+    std::srand(5);
+    for (int round = 0; round < 300; ++round) {
+        const ft::LevelBlend blend(CLR(std::rand() % 256, std::rand() % 256, std::rand() % 256));
+        const int count = std::rand() % 40;
+        std::vector<unsigned char> pixels(static_cast<size_t>(count) * 4), reference;
+        std::vector<uint8_t> levels(static_cast<size_t>(count));
+        for (unsigned char& byte : pixels) {
+            byte = static_cast<unsigned char>(std::rand());
+        }
+        for (uint8_t& level : levels) {
+            level = static_cast<uint8_t>(std::rand() % 2 == 0 ? 0 : std::rand() % 17);
+        }
+        reference = pixels;
+        blend.Row(pixels.data(), levels.data(), count);
+        blend.RowScalar(reference.data(), levels.data(), count);
+        ASSERT_EQ(pixels, reference) << round;
+    }
+}
+
+std::shared_ptr<platform::PlatformFont> MakeFont(const wchar_t* face, int32_t height) {
+    platform::FontRequest request;
+    request.faceName = face;
+    request.height = height;
+    return testfonts::LatinEngine()->CreateFontObject(request);
+}
+
+std::vector<platform::GlyphImagePtr> Images(const platform::PlatformFont& font,
+                                            const std::vector<uint32_t>& codes) {
+    std::vector<platform::GlyphImagePtr> images(codes.size());
+    font.GetGlyphImages(codes.data(), codes.size(), images.data());
+    return images;
+}
+
+// U+0020..U+007E and a surrogate half (the missing glyph).
+std::vector<uint32_t> Printable() {
+    std::vector<uint32_t> codes;
+    for (uint32_t c = 0x20; c <= 0x7F; ++c) {
+        codes.push_back(c == 0x7F ? 0xD800 : c);
+    }
+    return codes;
+}
+
+TEST(GlyphImages, OncePerFaceSizeAndStyleWithTheWidthTablesAdvances) {
+    REQUIRE_LATIN_FONTS();
+    // Liberation Sans asks for no grey from 9 to 16 pixels per em ('gasp'); DejaVu Sans always for grey.
+    const struct {
+        const wchar_t* face;
+        int32_t height;
+        bool grey;
+    } cases[] = {{L"DejaVu Sans", -13, true},
+                 {L"DejaVu Sans", 24, true},
+                 {L"Liberation Sans", -13, false},
+                 {L"Liberation Sans", -20, true}};
+    for (const auto& c : cases) {
+        const auto font = MakeFont(c.face, c.height);
+        const std::vector<uint32_t> codes = Printable();
+        const auto first = Images(*font, codes), again = Images(*MakeFont(c.face, c.height), codes);
+        bool between = false;
+        for (size_t i = 0; i < first.size(); ++i) {
+            int32_t advance = 0;
+            font->GetCharAdvances(codes[i], codes[i], &advance);
+            EXPECT_EQ(first[i]->advance, advance) << i;
+            EXPECT_EQ(first[i], again[i]) << i;  // another font of that face and size shares the image
+            ASSERT_EQ(first[i]->levels.size(), size_t(first[i]->width) * size_t(first[i]->height));
+            for (uint8_t level : first[i]->levels) {
+                ASSERT_LE(level, 16);
+                between |= level != 0 && level != 16;
+            }
+        }
+        EXPECT_EQ(between, c.grey) << c.height;
+    }
+}
+
+TEST(GlyphCache, LeastRecentlyUsedLeaveFirst) {
+    ft::GlyphCache cache(3 * ft::GlyphCache::kEntryOverhead + 30);
+    auto image = [](size_t bytes) {
+        auto made = std::make_shared<platform::GlyphImage>();
+        made->levels.resize(bytes);
+        return platform::GlyphImagePtr(made);
+    };
+    const ft::GlyphKey keys[4] = {{1, 10, 1, 0}, {1, 10, 2, 0}, {1, 10, 3, 0}, {2, 10, 1, 0}};
+    const auto first = cache.Keep(keys[0], image(10));
+    cache.Keep(keys[1], image(10));
+    EXPECT_EQ(cache.Keep(keys[0], image(10)), first);  // kept before: the first stays, and is now recent
+    cache.Keep(keys[2], image(10));
+    cache.Keep(keys[3], image(10));  // over budget by one entry: keys[1], the least recently used, goes
+    platform::GlyphImagePtr found[4];
+    cache.Find(keys, 4, found);
+    EXPECT_TRUE(found[0] && !found[1] && found[2] && found[3]);
+    EXPECT_EQ(cache.Bytes(), 3 * ft::GlyphCache::CostOf(*first));
+    cache.ForgetFace(1);
+    const auto big = image(1000);
+    EXPECT_EQ(cache.Keep(keys[1], big), big);  // beyond the budget: handed out, not kept
+    EXPECT_EQ(cache.Count(), 1u);
+}
+
+TEST(TextCanvas, LargeGlyphsDrawOnlyWhatShows) {
+    REQUIRE_LATIN_FONTS();
+    testfonts::ScopedEngine engine(testfonts::LatinEngine());
+    platform::FontRequest request;
+    request.faceName = L"DejaVu Sans";
+    request.height = -4000;
+    HFONT handle = platform::CreateFontHandle(request);
+    EXPECT_FALSE(Images(*platform::ResolveFont(handle), {'H'})[0]->kept);
+    platform::TextCanvas canvas(60, 40);
+    platform::SelectFont(canvas.Context(), handle);
+    canvas.SetBackgroundMode(platform::BackgroundMode::kTransparent);
+    // The window lies in the left stem of the "H" (about 390 to 780 pixels right of the pen, up to
+    // 2900 above the baseline, which lies about 3700 under the cell's top): all black, alpha 0.
+    EXPECT_GT(canvas.DrawText(L"H", -1, ULORect(-400, -2000, 60, 40), 0), 4000);
+    const unsigned char* bits = canvas.Pixels().Row(0);
+    EXPECT_EQ(std::vector<unsigned char>(bits, bits + 60 * 40 * 4),
+              std::vector<unsigned char>(60 * 40 * 4, 0));
+    platform::DeleteFontHandle(handle);
+}
+
+TEST(GlyphImages, ThreadsShareTheCache) {
+    REQUIRE_LATIN_FONTS();
+    const auto font = MakeFont(L"DejaVu Sans", 17);
+    std::vector<std::vector<uint8_t>> reference;
+    for (const auto& image : Images(*font, Printable())) {
+        reference.push_back(image->levels);
+    }
+    ft::GlyphCache& cache = ft::GlyphCache::Instance();
+    const size_t budget = cache.Budget();
+    cache.SetBudget(8 * 1024);  // images come and go while the threads draw
+    std::vector<int> mismatches(4, 0);
+    std::vector<std::thread> threads;
+    for (size_t t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int round = 0; round < 20 * 96; ++round) {
+                mismatches[t] += Images(*font, {Printable()[size_t(round) % 96]})[0]->levels !=
+                                 reference[size_t(round) % 96];
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    cache.SetBudget(budget);
+    EXPECT_EQ(mismatches, std::vector<int>(4, 0));
+}
+
+}  // namespace
