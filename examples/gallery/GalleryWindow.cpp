@@ -137,17 +137,20 @@ private:
                 if (symbol == kKeyEscape) {
                     return false;
                 }
-                size_t* choice = symbol == kKeySheet           ? &sheet_
-                                 : symbol == kKeyMagnification ? &magnification_
-                                 : symbol == kKeyLanguage      ? &language_
-                                                               : nullptr;
-                const size_t count = symbol == kKeySheet           ? Sheets().size()
-                                     : symbol == kKeyMagnification ? resources_.magnifications.size()
-                                                                   : resources_.languages.size();
-                if (choice != nullptr && shown_ != nullptr) {
-                    *choice = (*choice + 1) % count;
-                    ShowTitle();
-                    ShowFrame();
+                // Each key steps its choice on to the next, round to the first.
+                const struct {
+                    uint32_t key;
+                    size_t* choice;
+                    size_t count;
+                } cycles[] = {{kKeySheet, &sheet_, Sheets().size()},
+                              {kKeyMagnification, &magnification_, resources_.magnifications.size()},
+                              {kKeyLanguage, &language_, resources_.languages.size()}};
+                for (const auto& cycle : cycles) {
+                    if (cycle.key == symbol && shown_ != nullptr) {
+                        *cycle.choice = (*cycle.choice + 1) % cycle.count;
+                        ShowTitle();
+                        ShowFrame();
+                    }
                 }
                 break;
             }
