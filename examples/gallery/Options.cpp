@@ -19,6 +19,9 @@ const char kUsage[] =
     "  -o, --output DIR       write into DIR (default: gallery)\n"
     "  -r, --resources DIR    take the resources from DIR (default: resources beside the program)\n"
     "      --timing           list the CPU time of every sheet\n"
+    "      --window           show the sheets in a window instead (keys in its title: S sheet,\n"
+    "                         M magnification, L language, Escape quits)\n"
+    "      --display NAME     the X display of the window (default: $DISPLAY)\n"
     "  -h, --help             show this text\n";
 
 namespace {
@@ -63,6 +66,10 @@ Options ParseOptions(int argc, char** argv) {
             options.help = true;
         } else if (option == "--timing") {
             options.timing = true;
+        } else if (option == "--window") {
+            options.window = true;
+        } else if (option == "--display") {
+            options.display = take();
         } else if (option == "-m" || option == "--magnification") {
             options.magnifications.push_back(ParseMagnification(take()));
         } else if (option == "-l" || option == "--language") {

@@ -11,6 +11,8 @@ struct Options {
     std::string output = "gallery";
     std::string resources;  // empty: the folder "resources" beside the program
     bool timing = false;
+    bool window = false;  // show the sheets in a window instead of writing files
+    std::string display;  // the X display of the window; empty: the default (DISPLAY)
     bool help = false;
 };
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "GalleryError.h"
+#include "GalleryWindow.h"
 #include "IndexPage.h"
 #include "Options.h"
 #include "PngWrite.h"
@@ -129,6 +130,11 @@ int main(int argc, char** argv) {
         return 0;
     }
     try {
+        if (options.window) {
+            return RunGalleryWindow(LoadResources(ULOPath::FromNative(options.resources), options.languages,
+                                                  options.magnifications),
+                                    options.display);
+        }
         return Run(options);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "ulogallery: %s\n", e.what());

@@ -3,11 +3,14 @@
 // HDC is a real device context. Elsewhere an HDC points to a Device: something that offers exactly
 // what showing a buffer needs, the colour it currently shows at a point and copying a bottom-up
 // 32-bit rectangle onto it (the parameters of the Windows call SetDIBitsToDevice). MemoryDevice is
-// a framebuffer in memory with a device handle, the same on every platform.
+// a framebuffer in memory with a device handle, the same on every platform. Devices whose reads are
+// costly (a window on a display server) may fetch an area at once when told that its pixels are about
+// to be read.
 #include <cstdint>
 
 #include "ulogui/Color.h"
 #include "ulogui/Export.h"
+#include "ulogui/Geometry.h"
 #include "ulogui/PlatformTypes.h"
 
 namespace ulogui {
@@ -40,10 +43,15 @@ public:
     // The colour the device shows at (x, y).
     virtual CLR GetPixel(int x, int y) const = 0;
 
+    // GetPixel is about to be asked for points of `area`. A device may read the area in one go and
+    // answer from that copy until its next CopyBits or ReadAhead; by default nothing happens.
+    virtual void ReadAhead(const ULORect& area);
+
     // Copies the rectangle of `width` x `height` pixels whose lower-left corner is (srcX, srcY) in the
     // image (rows counted from the bottom, as in a bottom-up bitmap) so that its top-left pixel lands on
     // (destX, destY). `bits` holds `scanLines` rows of the image starting with row `startScan` (counted
-    // from the bottom); only those rows can be copied. Returns the number of rows copied.
+    // from the bottom); only those rows can be copied. Returns the number of device rows that received
+    // pixels.
     virtual int CopyBits(int destX, int destY, int width, int height, int srcX, int srcY, int startScan,
                          int scanLines, const void* bits, const BitmapInfoHeader& header,
                          unsigned colorUse) = 0;

@@ -28,6 +28,7 @@ cases=(
   "magnification not a number||-m big|'big'"
   "unknown option||--colour|'--colour'"
   "option without value||-o|-o"
+  "no X display||--window --display nowhere|No X display was found at \"nowhere\""
 )
 
 failures=0

@@ -49,7 +49,8 @@ void ULOPictureBits::SetToDevice(HDC dc, const ULORect* rect, int x, int y) {
         return;
     }
 
-    if (flags & PICTBITS_ALPHA) {
+    if ((flags & PICTBITS_ALPHA) && left < right && top < bottom) {
+        ulogui::platform::ReadAheadOnDevice(dc, ULORect(x + left, y + top, x + right, y + bottom));
         // Memory rows are counted from bottom - top - 1 down to 0 as the device rows go from top to
         // bottom - 1, which is the picture's own row for a rectangle that reaches the bottom edge.
         int memoryRow = bottom - top - 1;

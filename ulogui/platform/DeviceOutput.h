@@ -11,6 +11,10 @@ namespace platform {
 // The colour dc shows at (x, y); white where it shows none (outside it, or an invalid dc).
 CLR GetDevicePixel(HDC dc, int x, int y);
 
+// The device behind dc is about to be asked for the colours of `area` (a hint; a window on a display
+// server reads the area in one go). Nothing happens for an invalid dc or where reads are cheap.
+void ReadAheadOnDevice(HDC dc, const ULORect& area);
+
 // SetDIBitsToDevice: copies the rectangle of width x height pixels whose lower-left corner is
 // (srcX, srcY) in a bottom-up image so that its top-left pixel lands on (destX, destY); bits holds
 // scanLines rows from row startScan. Returns the number of rows copied (0 on failure).

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/DeviceCopy.h"
 #include "platform/DeviceOutput.h"
 #include "ulogui/Device.h"
 
@@ -11,6 +12,8 @@ namespace ulogui {
 namespace platform {
 
 Device::~Device() = default;
+
+void Device::ReadAhead(const ULORect&) {}
 
 // The framebuffer is the Device that the memory device's handle points to.
 struct MemoryDevice::Framebuffer : Device {
@@ -38,42 +41,19 @@ struct MemoryDevice::Framebuffer : Device {
 int MemoryDevice::Framebuffer::CopyBits(int destX, int destY, int w, int h, int srcX, int srcY, int startScan,
                                         int scanLines, const void* bits, const BitmapInfoHeader& header,
                                         unsigned colorUse) {
-    if (bits == nullptr || header.size != sizeof(BitmapInfoHeader) || header.planes != 1 ||
-        header.bitCount != 32 || header.compression != kCompressionRGB || colorUse != kColorUseRGB ||
-        header.width <= 0 || header.height <= 0 || w <= 0 || h <= 0 || startScan < 0 || scanLines <= 0) {
-        return 0;
-    }
-    const int64_t imageStride = static_cast<int64_t>(header.width) * 4;
-    // Image rows (counted from the bottom) that are present in `bits` and in the image.
-    const int64_t firstRow = std::max<int64_t>(startScan, 0);
-    const int64_t endRow = std::min<int64_t>(static_cast<int64_t>(startScan) + scanLines, header.height);
-    const unsigned char* source = static_cast<const unsigned char*>(bits);
-    int rowsCopied = 0;
-    for (int k = 0; k < h; ++k) {
-        // The rectangle's top row is its highest image row.
-        const int64_t imageRow = static_cast<int64_t>(srcY) + h - 1 - k;
-        const int64_t deviceY = static_cast<int64_t>(destY) + k;
-        if (imageRow < firstRow || imageRow >= endRow || deviceY < 0 || deviceY >= height) {
-            continue;
-        }
-        const unsigned char* sourceRow = source + (imageRow - startScan) * imageStride;
-        unsigned char* deviceRow = &pixels[static_cast<size_t>(deviceY) * width * 4];
-        for (int j = 0; j < w; ++j) {
-            const int64_t imageColumn = static_cast<int64_t>(srcX) + j;
-            const int64_t deviceX = static_cast<int64_t>(destX) + j;
-            if (imageColumn < 0 || imageColumn >= header.width || deviceX < 0 || deviceX >= width) {
-                continue;
-            }
-            const unsigned char* s = sourceRow + imageColumn * 4;
-            unsigned char* d = deviceRow + deviceX * 4;
+    const DeviceCopy copy = PlanDeviceCopy(
+        {destX, destY, w, h, srcX, srcY, startScan, scanLines, bits, header, colorUse}, width, height);
+    for (int k = 0; k < copy.height; ++k) {
+        const unsigned char* s = copy.Row(k);
+        unsigned char* d = &pixels[(static_cast<size_t>(copy.destY + k) * width + copy.destX) * 4];
+        for (int j = 0; j < copy.width; ++j, s += 4, d += 4) {
             d[0] = s[0];
             d[1] = s[1];
             d[2] = s[2];
             d[3] = 0;
         }
-        ++rowsCopied;
     }
-    return rowsCopied;
+    return copy.height;
 }
 
 MemoryDevice::MemoryDevice(int width, int height, const CLR& background)
@@ -135,6 +115,12 @@ int MemoryDevice::CopyBits(int destX, int destY, int width, int height, int srcX
 
 CLR GetDevicePixel(HDC dc, int x, int y) {
     return dc ? dc->GetPixel(x, y) : CLR(255, 255, 255);
+}
+
+void ReadAheadOnDevice(HDC dc, const ULORect& area) {
+    if (dc != nullptr) {
+        dc->ReadAhead(area);
+    }
 }
 
 int SetBitsToDevice(HDC dc, int destX, int destY, int width, int height, int srcX, int srcY, int startScan,

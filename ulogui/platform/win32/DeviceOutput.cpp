@@ -18,6 +18,9 @@ CLR GetDevicePixel(HDC dc, int x, int y) {
     return CLR(GetRValue(colour), GetGValue(colour), GetBValue(colour));
 }
 
+// GDI reads a device context's pixels one GetPixel at a time; there is nothing to fetch ahead.
+void ReadAheadOnDevice(HDC, const ULORect&) {}
+
 int SetBitsToDevice(HDC dc, int destX, int destY, int width, int height, int srcX, int srcY, int startScan,
                     int scanLines, const void* bits, const BitmapInfoHeader& header, unsigned colorUse) {
     // Only the header is passed: an image that needs a colour table or colour masks after it is not
