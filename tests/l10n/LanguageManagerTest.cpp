@@ -193,14 +193,14 @@ TEST_F(LanguageManagerTest, AvailabilityNeedsARealFolder) {
     dir_.MakeDir("French");
     dir_.Write("German", "a plain file");
     dir_.MakeDir("italian");  // "Italian" in another case: found where the file system ignores case
-    const int italian = NamesAreCaseSensitive(dir_) ? -1 : 4;
+    const bool italian = !NamesAreCaseSensitive(dir_);
     LanguageManager& lm = LoadWithoutFile();
     for (int id : {-1, 0, 1, 2, 4, 5}) {
-        EXPECT_EQ(lm.IsLanguageAvailable(id), id == 1 || id == italian) << id;
+        EXPECT_EQ(lm.IsLanguageAvailable(id), id == 1 || (id == 4 && italian)) << id;
     }
     EXPECT_EQ(lm.GetFirstAvailableLanguage(), 1);
     dir_.Remove("French");
-    EXPECT_EQ(lm.GetFirstAvailableLanguage(), italian);
+    EXPECT_EQ(lm.GetFirstAvailableLanguage(), italian ? 4 : -1);
     dir_.MakeDir("Japanese");
     EXPECT_EQ(lm.GetFirstAvailableLanguage(), 3);
 }
