@@ -34,13 +34,14 @@ public:
         return s;
     }
 
-    // Components of letters and dots, now and then a tab or a line end, sometimes empty.
+    // Components of letters and dots, now and then a tab or a line end, sometimes empty; "/" or "\\" (a
+    // separator on Windows only) between them.
     ULOString Path(int maxComponents) {
         const int parts = Uniform(1, maxComponents);
         ULOString path;
         for (int k = 0; k < parts; ++k) {
             if (k > 0) {
-                path += L'/';
+                path += Uniform(0, 3) == 0 ? L'\\' : L'/';
             }
             const int length = Uniform(0, 8);
             for (int i = 0; i < length; ++i) {

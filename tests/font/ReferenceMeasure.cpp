@@ -177,18 +177,26 @@ bool TruncatePath(const ULOFont& font, const ULOString& path, ULOString& out, in
         out = path;
         return false;
     }
-    const wchar_t sep = ULOPath::wSeparator;
-    const std::vector<ULOString> parts = path.Split(sep);
+    // Split at the separators the system reads, each kept with the component after it.
+    std::vector<ULOString> parts{L""}, seps{ULOString(1, ULOPath::wSeparator)};
+    for (wchar_t c : path) {
+        if (ULOPath::IsSeparator(c)) {
+            parts.emplace_back();
+            seps.emplace_back(1, c);
+        } else {
+            parts.back() += c;
+        }
+    }
     ULOString candidate = path;
     for (size_t k = 2; k < parts.size() && Wider(font, candidate, limit); ++k) {
-        candidate = parts[0] + sep + ellipsis;
+        candidate = parts[0] + seps[1] + ellipsis;
         for (size_t j = k; j < parts.size(); ++j) {
-            candidate += sep;
+            candidate += seps[j];
             candidate += parts[j];
         }
     }
     if (Wider(font, candidate, limit)) {
-        candidate = ellipsis + sep + parts.back();
+        candidate = ellipsis + seps.back() + parts.back();
     }
     if (!Wider(font, candidate, limit)) {
         out = candidate;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "FileNameCase.h"
 #include "ulogui/LanguageManager.h"
 #include "ulolib/TempDir.h"
 
@@ -131,13 +132,16 @@ TEST_F(ResourceFileDiscoverTest, MovesSwapTheCache) {
     EXPECT_EQ(Found(moved, 0).first.size(), 5u) << "the moved-from object holds the target's former cache";
 }
 
-TEST_F(ResourceFileDiscoverTest, ExtensionsAndBodyAreCaseSensitiveAndTheKindFollowsTheLastExtension) {
+// Names are matched as the file system matches them; the kind compares the extension exactly.
+TEST_F(ResourceFileDiscoverTest, NamesMatchAsTheFileSystemDoesAndTheKindFollowsTheLastExtension) {
     WriteAll("English/");
     dir_.Remove("English/Main.ura");
     dir_.Write("English/Main.URA");
     ResourceFileDiscover discover(dir_.Path(), L"Main"), lower(dir_.Path(), L"main");
-    EXPECT_EQ(Found(discover, 0).first.size(), 5u);
-    EXPECT_EQ(Found(lower, 0), std::make_pair(Names(), false));
+    const bool sensitive = NamesAreCaseSensitive(dir_);
+    EXPECT_EQ(Found(discover, 0),
+              std::make_pair(sensitive ? Names(all_.begin() + 1, all_.end()) : all_, !sensitive));
+    EXPECT_EQ(Found(lower, 0).first.size(), sensitive ? 0u : 6u);
     const std::pair<const wchar_t*, ResourceFile::resourceType_e> kinds[] = {
         {L"/r/Main.urb", ResourceFile::resourceURB},
         {L"/r/Main.urs", ResourceFile::resourceURS},
@@ -175,7 +179,9 @@ TEST_F(ResourceFileDiscoverTest, SampleFixture) {
     std::vector<ResourceFile> files;
     EXPECT_TRUE(discover.GetFiles(files, 1).IsOk());
     EXPECT_EQ(files[5].GetPath(), resources / ULOString(L"Main.urb"));
-    EXPECT_EQ(Found(discover, 3), std::make_pair(Names{L"Main.ura", L"Main.urb"}, false));
+    const Names japanese = NamesAreCaseSensitive(dir_) ? Names{L"Main.ura", L"Main.urb"}
+                                                       : Names{L"Main.ura", L"Main.urd", L"Main.urb"};
+    EXPECT_EQ(Found(discover, 3), std::make_pair(japanese, false));  // its folder has Main.URD
 }
 
 // Hosts derive to look for the resource directory elsewhere.

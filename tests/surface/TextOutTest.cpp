@@ -347,8 +347,14 @@ TEST_F(TextOutTest, ThreadsDrawWhatOneThreadDraws) {
 
 // Whole labels against images in tests/data/text (8-bit PGM of the blue byte, black text on white).
 // Tolerance: every pixel within 24 grey levels and at most 3 % of the pixels differing at all, so that a
-// change of the rasteriser's anti-aliasing passes and a misplaced glyph does not. ULO_WRITE_GOLDEN=1
-// rewrites them.
+// change of the rasteriser's anti-aliasing passes and a misplaced glyph does not. On Windows GDI draws
+// the text: a coverage level of its own apart, up to 100, in at most 8 % (docs/windows.md).
+// ULO_WRITE_GOLDEN=1 rewrites them.
+#if defined(_WIN32)
+constexpr int kGreyTolerance = 100, kDifferingPercent = 8;
+#else
+constexpr int kGreyTolerance = 24, kDifferingPercent = 3;
+#endif
 TEST_F(TextOutTest, GoldenLabels) {
     const struct {
         const char* file;
@@ -380,10 +386,10 @@ TEST_F(TextOutTest, GoldenLabels) {
         for (size_t i = 0; i < grey.size(); ++i) {
             const int d =
                 std::abs(static_cast<unsigned char>(grey[i]) - static_cast<unsigned char>(golden[i]));
-            EXPECT_LE(d, 24) << c.file << " byte " << i;
+            EXPECT_LE(d, kGreyTolerance) << c.file << " byte " << i;
             differing += d != 0;
         }
-        EXPECT_LE(differing * 100, 3 * int(grey.size())) << c.file;
+        EXPECT_LE(differing * 100, kDifferingPercent * int(grey.size())) << c.file;
     }
 }
 

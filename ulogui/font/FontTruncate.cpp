@@ -75,8 +75,9 @@ bool IsExactInteger(float v) {
     return std::isfinite(v) && v == std::floor(v) && std::fabs(v) <= kExactFloatIntegers;
 }
 
-// The first k ≥ 2 for which head + (components k.. of path) fits limit, or the number of components
-// when none does. starts[k] is where component k begins in path.
+// The first k ≥ 2 for which head + (path from the separator before component k) fits limit, or the
+// number of components when none does. starts[k] is where component k begins in path, one character
+// after its separator.
 //
 // Every candidate shares head and ends with a tail of path, so for the usual path (no tab or line
 // end after component 1, integer widths, as the platform gives them) each candidate's width is head's
@@ -92,13 +93,13 @@ size_t FirstFittingTail(const Widths& widths, const ULOString& path, const std::
     }
     simple = simple && IsExactInteger(headLine.X());
 
-    // tailSums[k]: the widths of path from component k on, separators included.
+    // tailSums[k]: the widths of path from the separator before component k on.
     std::vector<int64_t> tailSums(parts + 1, 0);
     double magnitude = std::fabs(headLine.X());
     for (size_t k = parts; simple && k-- > 2;) {
-        const size_t end = k + 1 < parts ? starts[k + 1] : path.size();
+        const size_t end = k + 1 < parts ? starts[k + 1] - 1 : path.size();
         int64_t sum = tailSums[k + 1];
-        for (size_t j = starts[k]; simple && j < end; ++j) {
+        for (size_t j = starts[k] - 1; simple && j < end; ++j) {
             const wchar_t c = path[j];
             const float w = widths.Device(c);
             magnitude += std::fabs(w);
@@ -114,7 +115,7 @@ size_t FirstFittingTail(const Widths& widths, const ULOString& path, const std::
             const float x = static_cast<float>(static_cast<int64_t>(headLine.X()) + tailSums[k]);
             width = (x - headLine.Origin()) / widths.Magnifier();
         } else {
-            const ULOString candidate = head + path.substr(starts[k]);
+            const ULOString candidate = head + path.substr(starts[k] - 1);
             width = MultiLineWidth(widths, candidate.data(), candidate.size(), 0.0f);
         }
         if (CeilToInt(width) <= limit) {
@@ -169,28 +170,33 @@ bool ULOFont::TruncatePath(const ULOString& path, ULOString& out, int maxWidth, 
         return false;
     }
 
-    // Split keeps empty components, so the root of an absolute path survives ("/…/file") and the
-    // components from any k on are exactly the rest of path.
-    const wchar_t separator = ULOPath::wSeparator;
-    const std::vector<ULOString> components = path.Split(separator);
-    std::vector<size_t> starts(components.size());
-    for (size_t k = 1; k < components.size(); ++k) {
-        starts[k] = starts[k - 1] + components[k - 1].size() + 1;
+    // Components lie between the separators the system reads in a path: "/" on Linux; "\\" and "/"
+    // on Windows, as its path-ellipsis text drawing reads them. The candidates keep the path's own
+    // separators, so a path written with "/" shortens alike on both systems. Empty components
+    // count, so the root of an absolute path survives ("/…/file").
+    std::vector<size_t> starts{0};
+    for (size_t i = 0; i < path.size(); ++i) {
+        if (ULOPath::IsSeparator(path[i])) {
+            starts.push_back(i + 1);
+        }
     }
 
     // Replace component 1, then components 1 and 2, and so on, keeping component 0 and the last.
     ULOString candidate;
     bool fits = false;
-    if (components.size() > 2) {
-        const ULOString head = components[0] + separator + ellipsis + separator;
+    if (starts.size() > 2) {
+        const ULOString head = path.substr(0, starts[1]) + ellipsis;
         const size_t k = FirstFittingTail(widths, path, starts, head, limit);
-        if (k < components.size()) {
-            candidate = head + path.substr(starts[k]);
+        if (k < starts.size()) {
+            candidate = head + path.substr(starts[k] - 1);
             fits = true;
         }
     }
     if (!fits) {
-        candidate = ellipsis + separator + components.back();
+        // The ellipsis and the last component, with the separator before it (the system's when the
+        // path has none).
+        candidate = starts.size() > 1 ? ellipsis + path.substr(starts.back() - 1)
+                                      : ellipsis + ULOPath::wSeparator + path;
         fits = CeilWidth(widths, candidate.data(), candidate.size()) <= limit;
     }
     if (fits) {

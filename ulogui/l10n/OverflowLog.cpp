@@ -1,5 +1,6 @@
 #include <climits>
 
+#include "platform/LogStream.h"
 #include "ulogui/OverflowingTextLog.h"
 
 namespace ulo {
@@ -13,17 +14,19 @@ void OverflowingTextDialogInfo::StartEditDialog(const std::wstring& name) {
     count = 0;
 }
 
+using ulogui::platform::WriteLogText;
+
 void OverflowingTextDialogInfo::LogOverflowingText(const ULOString& text) {
     if (logFile) {
         if (count == 0) {
-            std::fputws(L"\n\t-> ", logFile);
-            std::fputws(dialogName.c_str(), logFile);
-            std::fputws(L"\r\n", logFile);
+            WriteLogText(L"\n\t-> ", logFile);
+            WriteLogText(dialogName.c_str(), logFile);
+            WriteLogText(L"\r\n", logFile);
         }
         // A fixed indentation sets the texts apart from the dialog lines above them.
-        std::fputws(L"                           ", logFile);
-        std::fputws(text.c_str(), logFile);
-        std::fputws(L"\r\n", logFile);
+        WriteLogText(L"                           ", logFile);
+        WriteLogText(text.c_str(), logFile);
+        WriteLogText(L"\r\n", logFile);
     }
     if (count < INT_MAX) {
         ++count;

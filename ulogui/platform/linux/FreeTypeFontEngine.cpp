@@ -125,9 +125,9 @@ uint64_t NextFaceSerial() {
     return next.fetch_add(1, std::memory_order_relaxed);
 }
 
-// The lines of the underline and strike-out styles in font units: the 'post' table's underline
-// (FreeType's reading of it) and the OS/2 strike-out, else half the ascent and the underline's
-// thickness.
+// The lines of the underline and strike-out styles in font units: the 'post' table's underline as
+// the table has it and the OS/2 strike-out, else half the ascent and the underline's thickness.
+// Each line's top is the baseline less its position less half its thickness, as GDI places them.
 struct StyleLines {
     int64_t underlinePosition = 0;
     int64_t underlineThickness = 0;
@@ -175,8 +175,12 @@ public:
             externalLeadingUnits_ = std::max<int64_t>(0, hhea->Line_Gap - (winCell - hheaCell));
         }
         maxWidthUnits_ = static_cast<int64_t>(face_->bbox.xMax) - face_->bbox.xMin;
-        lines_.underlinePosition = face_->underline_position;
-        lines_.underlineThickness = face_->underline_thickness;
+        // Not FreeType's underline_position: that is the post value lowered by half the thickness
+        // already (the line's centre), and GDI takes away half the thickness itself.
+        const auto* post = static_cast<const TT_Postscript*>(FT_Get_Sfnt_Table(face_, FT_SFNT_POST));
+        lines_.underlinePosition =
+            post ? post->underlinePosition : face_->underline_position + face_->underline_thickness / 2;
+        lines_.underlineThickness = post ? post->underlineThickness : face_->underline_thickness;
         if (os2Valid && os2->yStrikeoutSize > 0) {
             lines_.strikeOutPosition = os2->yStrikeoutPosition;
             lines_.strikeOutThickness = os2->yStrikeoutSize;
