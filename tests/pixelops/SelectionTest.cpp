@@ -1,11 +1,6 @@
 // Which loop a drawing call gets, the instruction-set level it runs at, and how a loop walks two buffers.
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <cstdint>
-#include <limits>
 #include <set>
-#include <utility>
 
 #include "TransferTestSupport.h"
 #include "ulogui/PictureBits.h"

@@ -2,13 +2,7 @@
 // of every wrapper, random rows (every length up to past two vectors, so every tail, and one long row
 // across several staging blocks) for every functor under every wrapper, and the two integer identities
 // the kernels rest on.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
 #include <random>
-#include <utility>
-#include <vector>
 
 #include "TransferTestSupport.h"
 #include "pixelops/PixelTransferKernels.h"
