@@ -1,5 +1,4 @@
 // Showing buffers on a device (through the memory framebuffer) and the writable-memory check.
-#include <gtest/gtest.h>
 #if defined(_WIN32)
 #include <windows.h>
 #else
@@ -7,15 +6,9 @@
 #include <unistd.h>
 #endif
 
-#include <cstring>
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "PictureBitsTestSupport.h"
 #include "golden/Golden.h"
 #include "ulogui/Device.h"
-#include "ulogui/PictureBits.h"
 
 namespace {
 

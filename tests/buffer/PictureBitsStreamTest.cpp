@@ -1,9 +1,6 @@
 // The stream record of a pixel buffer. Read allocates a block that the buffer does not own (its
 // ownership flag is left as it was), so the tests free what Read gave them.
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstdlib>
 
 #include "PictureBitsTestSupport.h"
 #include "ulolib/Stream.h"

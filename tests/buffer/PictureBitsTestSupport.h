@@ -1,6 +1,12 @@
 #pragma once
 // Helpers shared by the pixel buffer tests. Ownership mistakes show in the sanitizer build: a block
 // freed twice or used after free aborts, a block never freed is reported as a leak.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <string>
 #include <tuple>
 #include <vector>
 

@@ -1,8 +1,4 @@
 // The resource file singleton and the process-wide catalogue.
-#include <gtest/gtest.h>
-
-#include <cstdio>
-
 #include "picture/PictureTestFiles.h"
 #include "ulolib/Exception.h"
 

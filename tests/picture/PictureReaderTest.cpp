@@ -1,9 +1,4 @@
 // The reader of catalogue records and pixel blocks, on files with every kind of damage.
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <functional>
-
 #include "picture/PictureReader.h"
 #include "picture/PictureTestFiles.h"
 #include "resfile/BitmapResourceFormat.h"
@@ -17,19 +12,21 @@ using ulogui::resfile::ReadPictureBlock;
 using ulogui::resfile::ReadPictureInfo;
 
 std::vector<unsigned char> Bytes(const DecodedBlock& b) {
-    return std::vector<unsigned char>(b.bits.get(),
-                                      b.bits.get() + static_cast<size_t>(b.lineWidth) * b.height);
+    const unsigned char* bits = b.bits.get();
+    return bits == nullptr
+               ? std::vector<unsigned char>()
+               : std::vector<unsigned char>(bits, bits + static_cast<size_t>(b.lineWidth) * b.height);
 }
 
 // The block's origin, width, height, line width, flags and parts count.
-std::tuple<bool, int, int, int, int, int> Shape(const DecodedBlock& b) {
+using BlockShape = std::tuple<bool, int, int, int, int, int>;
+BlockShape Shape(const DecodedBlock& b) {
     return std::make_tuple(b.fromRecord, b.width, b.height, b.lineWidth, b.flags, b.partsCount);
 }
 
 void ExpectTransparentPixel(const DecodedBlock& b) {
-    EXPECT_EQ(std::make_tuple(false, 1, 1, 4, 0, 1), Shape(b));
-    ASSERT_NE(b.bits, nullptr);
-    EXPECT_EQ(std::vector<unsigned char>(4, 255), Bytes(b));
+    EXPECT_EQ(std::make_tuple(Shape(b), Bytes(b)),
+              std::make_tuple(BlockShape(false, 1, 1, 4, 0, 1), std::vector<unsigned char>(4, 255)));
 }
 
 // Picture 3: 32-bit with alpha, two parts, versions 1 (10 x 4) and 2 (20 x 8); picture 5: 24-bit,
@@ -52,65 +49,56 @@ TEST(PictureReader, RecordListsEveryStoredVersionInBitOrder) {
     EXPECT_EQ(info.GetPicSizeInfo(0), ULOPictureSizeInfo::UndefPicSizeInfo());
 }
 
-TEST(PictureReader, PicturesWithoutRecordsAreOneTransparentPixel) {
+// Blocks of the sample file: parts follow one another after the version header (picture 5, part 2: 2 x
+// (4 x 32) bytes after width and height; picture 3, part n: n x 160 bytes in); the version bit picks the
+// slot of its lowest bit (6: slot 2); parts past the end of the file read as zeros, while part 3 of
+// picture 3 lies within the file and is whatever follows, as stored. IDs without records (negative, an
+// index entry of 0xFFFFFFFF, past the index), slots without a version (offset 0 lies in the header), no
+// bit at all, bits past slot 23 and no file give one transparent pixel.
+TEST(PictureReader, BlocksOfTheSampleFile) {
     const auto bytes = SampleFile();
     const auto file = StreamOf(bytes);
-    // A negative ID, an index entry of 0xFFFFFFFF, an ID past the index, and no file at all.
+    const auto stored = [&bytes](int id, size_t at, size_t n) {
+        const auto start = bytes.begin() + VersionOffset(bytes, id, 0) + 8 + at;
+        return std::vector<unsigned char>(start, start + n);
+    };
+    const BlockShape five(true, 10, 4, 32, PICTBITS_RGB24, 3), three(true, 10, 4, 40, PICTBITS_ALPHA, 2),
+        large(true, 20, 8, 80, PICTBITS_ALPHA, 2), none(false, 1, 1, 4, 0, 1);
+    const std::vector<unsigned char> white(4, 255), zeros(128, 0);
+    const struct {
+        int id;
+        unsigned int bit, part;
+        BlockShape shape;
+        std::vector<unsigned char> bytes;
+    } cases[] = {
+        {5, 1, 2, five, PartBytes(5, 0, 2, 10, 4, PICTBITS_RGB24)},
+        {5, 1, 2, five, stored(5, 2 * 128, 128)},
+        {3, 1, 1, three, PartBytes(3, 0, 1, 10, 4, PICTBITS_ALPHA)},
+        {3, 1, 0, three, PartBytes(3, 0, 0, 10, 4, PICTBITS_ALPHA)},
+        {3, 2, 1, large, PartBytes(3, 1, 1, 20, 8, PICTBITS_ALPHA)},
+        {3, 6, 1, large, PartBytes(3, 1, 1, 20, 8, PICTBITS_ALPHA)},
+        {5, 1, 3, five, zeros},
+        {5, 1, 4, five, zeros},
+        {5, 1, 0x7FFFFFFFu, five, zeros},
+        {5, 1, 0xFFFFFFFFu, five, zeros},
+        {3, 1, 2, three, stored(3, 2 * 160, 160)},
+        {3, 4, 0, none, white},
+        {5, 2, 0, none, white},
+        {3, 0, 0, none, white},
+        {3, 0x1000000u, 0, none, white},
+        {3, 0x80000000u, 0, none, white},
+    };
+    for (const auto& c : cases) {
+        const DecodedBlock b = ReadPictureBlock(file.get(), c.id, c.bit, c.part);
+        EXPECT_EQ(std::make_tuple(Shape(b), Bytes(b)), std::make_tuple(c.shape, c.bytes))
+            << "case " << (&c - cases);
+    }
     for (int id : {-1, -2, 0, 4, 6, 1000, 0x7FFFFFFF}) {
-        SCOPED_TRACE(id);
-        EXPECT_EQ(ReadPictureInfo(file.get(), id).GetID(), -1);
+        EXPECT_EQ(ReadPictureInfo(file.get(), id).GetID(), -1) << id;
         ExpectTransparentPixel(ReadPictureBlock(file.get(), id, 1, 0));
     }
     EXPECT_EQ(ReadPictureInfo(nullptr, 3).GetID(), -1);
     ExpectTransparentPixel(ReadPictureBlock(nullptr, 3, 1, 0));
-}
-
-TEST(PictureReader, PartsFollowOneAnotherAfterTheVersionHeader) {
-    const auto bytes = SampleFile();
-    const auto file = StreamOf(bytes);
-    // Picture 5, part 2: 2 x (4 x 32) bytes after width and height.
-    const DecodedBlock b = ReadPictureBlock(file.get(), 5, 1, 2);
-    EXPECT_EQ(std::make_tuple(true, 10, 4, 32, PICTBITS_RGB24, 3), Shape(b));
-    const size_t start = VersionOffset(bytes, 5, 0) + 8 + 2 * 128;
-    EXPECT_EQ(Bytes(b), std::vector<unsigned char>(bytes.begin() + start, bytes.begin() + start + 128));
-    EXPECT_EQ(Bytes(b), PartBytes(5, 0, 2, 10, 4, PICTBITS_RGB24));
-
-    // The spacing of a 32-bit picture of width 10 and height 4: part n starts n x 160 bytes in.
-    const DecodedBlock second = ReadPictureBlock(file.get(), 3, 1, 1);
-    EXPECT_EQ(Bytes(second), PartBytes(3, 0, 1, 10, 4, PICTBITS_ALPHA));
-}
-
-TEST(PictureReader, VersionBitPicksTheSlotOfItsLowestBit) {
-    const auto file = StreamOf(SampleFile());
-    const DecodedBlock first = ReadPictureBlock(file.get(), 3, 1, 0);
-    const DecodedBlock second = ReadPictureBlock(file.get(), 3, 2, 1);
-    EXPECT_EQ(std::make_tuple(true, 10, 4, 40, PICTBITS_ALPHA, 2), Shape(first));
-    EXPECT_EQ(Bytes(first), PartBytes(3, 0, 0, 10, 4, PICTBITS_ALPHA));
-    EXPECT_EQ(std::make_tuple(true, 20, 8, 80, PICTBITS_ALPHA, 2), Shape(second));
-    EXPECT_EQ(Bytes(second), PartBytes(3, 1, 1, 20, 8, PICTBITS_ALPHA));
-    EXPECT_EQ(Bytes(ReadPictureBlock(file.get(), 3, 6, 1)), Bytes(second));  // 6: lowest bit is 2
-    // Slots without a version (offset 0 lies in the header), no bit at all, and bits past slot 23.
-    ExpectTransparentPixel(ReadPictureBlock(file.get(), 3, 4, 0));
-    ExpectTransparentPixel(ReadPictureBlock(file.get(), 5, 2, 0));
-    ExpectTransparentPixel(ReadPictureBlock(file.get(), 3, 0, 0));
-    ExpectTransparentPixel(ReadPictureBlock(file.get(), 3, 0x1000000, 0));
-    ExpectTransparentPixel(ReadPictureBlock(file.get(), 3, 0x80000000u, 0));
-}
-
-TEST(PictureReader, PartsPastTheEndOfTheFileReadAsZeros) {
-    const auto bytes = SampleFile();  // picture 5's last part ends the file
-    const auto file = StreamOf(bytes);
-    const std::vector<unsigned char> zeros(128, 0);
-    for (unsigned int part : {3u, 4u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
-        SCOPED_TRACE(part);
-        const DecodedBlock b = ReadPictureBlock(file.get(), 5, 1, part);
-        EXPECT_TRUE(b.fromRecord);
-        EXPECT_EQ(Bytes(b), zeros);
-    }
-    // Part 3 of picture 3 lies within the file: it is whatever follows, as stored.
-    const DecodedBlock inside = ReadPictureBlock(file.get(), 3, 1, 2);
-    const size_t start = VersionOffset(bytes, 3, 0) + 8 + 2 * 160;
-    EXPECT_EQ(Bytes(inside), std::vector<unsigned char>(bytes.begin() + start, bytes.begin() + start + 160));
 }
 
 // One kind of damage applied to the sample file; picture 3 must then read as missing.

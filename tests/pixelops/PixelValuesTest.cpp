@@ -1,10 +1,5 @@
 // Every functor and wrapper on hand-computed pixels, at every level. Each pixel pair is repeated across a
 // row long enough for the vector kernels and their scalar tail, and every copy must come out the same.
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <vector>
-
 #include "TransferTestSupport.h"
 
 namespace {

@@ -1,11 +1,6 @@
 // Which loop a drawing call gets, the instruction-set level it runs at, and how a loop walks two buffers.
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <cstdint>
-#include <limits>
 #include <set>
-#include <utility>
 
 #include "TransferTestSupport.h"
 #include "ulogui/PictureBits.h"
@@ -58,21 +53,20 @@ TEST(TransferSelection, SourceFlagsThenCopyTypeThenTheWrapperTable) {
     }
 
     // Flag 0x2 first: full copy, plain at exactly 1.0 and mixed otherwise, whatever the copy type.
-    PictureTransfer t = SelectPictureTransfer(kFullCopySourceFlag | PICTBITS_ALPHA, true, 1.0f, 3);
-    EXPECT_EQ(t.route, Route::kFullCopy);
-    EXPECT_EQ(t.loop.GetFunctor(), Functor::kFullCopy);
-    EXPECT_EQ(t.loop.GetWrapper(), W0);
-    t = SelectPictureTransfer(kFullCopySourceFlag | PICTBITS_MASK8, false, 0.5f, 9);
-    EXPECT_EQ(t.route, Route::kFullCopy);
-    EXPECT_EQ(t.loop.GetWrapper(), W3All);
-    EXPECT_EQ(t.loop.GetConstants().k, 127);
+    const auto facts = [](const PictureTransfer& p) {
+        return std::make_tuple(p.route, p.loop.GetFunctor(), p.loop.GetWrapper(), p.loop.GetConstants().k);
+    };
+    EXPECT_EQ(facts(SelectPictureTransfer(kFullCopySourceFlag | PICTBITS_ALPHA, true, 1.0f, 3)),
+              std::make_tuple(Route::kFullCopy, Functor::kFullCopy, W0, 255));
+    EXPECT_EQ(facts(SelectPictureTransfer(kFullCopySourceFlag | PICTBITS_MASK8, false, 0.5f, 9)),
+              std::make_tuple(Route::kFullCopy, Functor::kFullCopy, W3All, 127));
 
     // Then a one-byte mask goes to the mask routine whatever the copy type; otherwise a copy type outside
     // 0..3 draws nothing. Neither has a loop, and an empty loop changes nothing.
     for (int type : {0, 2, 4, 5, 1000, -1}) {
-        EXPECT_TRUE(SelectPictureTransfer(PICTBITS_MASK8, false, 0.5f, type).loop.IsEmpty());
-        EXPECT_EQ(SelectPictureTransfer(PICTBITS_MASK8, false, 0.5f, type).route, Route::kMask) << type;
-        t = SelectPictureTransfer(PICTBITS_ALPHA, true, 1.0f, type);
+        const PictureTransfer mask = SelectPictureTransfer(PICTBITS_MASK8, false, 0.5f, type);
+        EXPECT_TRUE(mask.loop.IsEmpty() && mask.route == Route::kMask) << type;
+        const PictureTransfer t = SelectPictureTransfer(PICTBITS_ALPHA, true, 1.0f, type);
         EXPECT_EQ(t.route, type >= 0 && type < 4 ? Route::kLoop : Route::kNothing) << type;
         EXPECT_EQ(t.loop.IsEmpty(), t.route == Route::kNothing) << type;
     }
@@ -82,9 +76,9 @@ TEST(TransferSelection, SourceFlagsThenCopyTypeThenTheWrapperTable) {
 
     // The relative functor keeps its own opacity apart from the wrapper's.
     const Loop relative = SelectLoop(Functor::kRelativeOpacity, true, false, 0.5f, 0.25f);
-    EXPECT_EQ(relative.GetWrapper(), W2);
-    EXPECT_EQ(relative.GetConstants().k, 127);
-    EXPECT_EQ(relative.GetConstants().relativeOpacity, 0.25f);
+    EXPECT_EQ(std::make_tuple(relative.GetWrapper(), relative.GetConstants().k,
+                              relative.GetConstants().relativeOpacity),
+              std::make_tuple(W2, 127, 0.25f));
     EXPECT_EQ(SelectLoop(Functor::kRelative, true, true, 1.0f).GetWrapper(), W4);
 }
 

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <limits>
+#include <utility>
 #include <vector>
 
 #include "pixelops/PixelTransferLoops.h"

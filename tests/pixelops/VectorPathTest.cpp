@@ -2,13 +2,7 @@
 // of every wrapper, random rows (every length up to past two vectors, so every tail, and one long row
 // across several staging blocks) for every functor under every wrapper, and the two integer identities
 // the kernels rest on.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
 #include <random>
-#include <utility>
-#include <vector>
 
 #include "TransferTestSupport.h"
 #include "pixelops/PixelTransferKernels.h"
@@ -53,16 +47,14 @@ void Grid(Bytes& dst, Bytes& src, Fill fill) {
         reference.RunRow(&expected[4 * start], &src[4 * start], n);
         fast.RunRow(&actual[4 * start], &src[4 * start], n);
     }
-    const auto mismatch = std::mismatch(expected.begin(), expected.end(), actual.begin());
-    if (mismatch.first == expected.end()) {
+    const size_t i = std::mismatch(expected.begin(), expected.end(), actual.begin()).first - expected.begin();
+    if (i == expected.size()) {
         return ::testing::AssertionSuccess();
     }
-    const size_t i = (mismatch.first - expected.begin()) / 4 * 4;
-    auto at = [i](const Bytes& b) { return ::testing::PrintToString(std::vector<int>(&b[i], &b[i + 4])); };
     return ::testing::AssertionFailure()
            << IsaName(isa) << ", functor " << int(functor) << ", wrapper " << int(wrapper) << ", opacity "
-           << opacity << ": pixel " << i / 4 << " " << at(dst) << " under " << at(src) << " gives "
-           << at(actual) << ", not " << at(expected);
+           << opacity << ": byte " << i << " of " << int(dst[i]) << " under " << int(src[i]) << " gives "
+           << int(actual[i]) << ", not " << int(expected[i]);
 }
 
 TEST(TransferIdentities, DivisionBy255AndTheScaledFloatReciprocal) {

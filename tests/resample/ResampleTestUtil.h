@@ -1,9 +1,14 @@
 #pragma once
 // Helpers of the resampling tests: buffers of each format filled from a function or at random, and
 // pixel bytes read back by picture coordinates.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <functional>
-#include <initializer_list>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -53,24 +58,6 @@ inline std::vector<std::uint8_t> Pixels(const ULOPictureBits& b) {
     for (int y = 0; y < b.GetHeight(false); ++y) {
         const std::uint8_t* p = b.GetBits(0, y);
         all.insert(all.end(), p, p + b.GetWidth(false) * b.GetBytesPerPixel());
-    }
-    return all;
-}
-
-// The pixels of rows [top, top + rows) and columns [left, left + columns) of a picture, row by row.
-inline std::vector<std::uint8_t> Region(const ULOPictureBits& b, int left, int top, int columns, int rows) {
-    std::vector<std::uint8_t> all;
-    for (int y = top; y < top + rows; ++y) {
-        const std::uint8_t* p = b.GetBits(left, y);
-        all.insert(all.end(), p, p + columns * b.GetBytesPerPixel());
-    }
-    return all;
-}
-
-inline std::vector<std::uint8_t> Concat(std::initializer_list<std::vector<std::uint8_t>> parts) {
-    std::vector<std::uint8_t> all;
-    for (const std::vector<std::uint8_t>& part : parts) {
-        all.insert(all.end(), part.begin(), part.end());
     }
     return all;
 }

@@ -1,29 +1,12 @@
-// Resize by its three methods, ResizeToWidth/ResizeToHeight and ResizeLazy; the box method on golden
-// images of random sizes and rectangles.
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <random>
-#include <string>
-#include <vector>
-
+// Resize by its three methods, ResizeToWidth/ResizeToHeight, Enlarge and ResizeLazy, the box method on
+// golden images of random sizes and rectangles; Crop at its nine anchors, the stretching operations
+// (HEnlarge, VEnlarge, HResize) as golden blocks, and ClipRectToPictureSize.
 #include "ResampleTestUtil.h"
 
 namespace {
 
 using namespace resample_test;
-
-TEST(ResizeTest, SameSizeChangesNothingWhateverTheMethodOrSource) {
-    for (int method = 0; method < 4; ++method) {
-        TestBits b(ULOSize(3, 2), PICTBITS_ALPHA);
-        Paint(b, Distinct);
-        const std::vector<std::uint8_t> before = Block(b);
-        const unsigned char* block = b.GetBits();
-        b.Resize(3, 2, ULORect(1, 0, 2, 1), static_cast<ULOPictureBits::EResizeMethod>(method));
-        EXPECT_EQ(b.GetBits(), block);
-        EXPECT_EQ(Block(b), before);
-    }
-}
+using B = ULOPictureBits;
 
 // Row y takes source row h * y / nh and column x source column x * w / nw, for every pixel size; the
 // first round is 2 x 2 -> 4 x 4, where every pixel becomes a 2 x 2 block.
@@ -41,7 +24,7 @@ TEST(ResizeTest, NearestTakesPixelsByIntegerDivision) {
         PaintRandom(b, random);
         TestBits original(ULOSize(w, h), flags);
         std::memcpy(original.GetBits(), b.GetBits(), static_cast<size_t>(b.GetLineWidth(false)) * h);
-        b.Resize(nw, nh, ULORect(5, 5, 1, 1), ULOPictureBits::eResizeNearest);  // the rectangle is ignored
+        b.Resize(nw, nh, ULORect(5, 5, 1, 1), B::eResizeNearest);  // the rectangle is ignored
         ASSERT_TRUE(b.OwnsBits());
         ASSERT_EQ(b.GetLineWidth(false), ULOPictureUtil::ComputeLineWidth(nw, flags));
         for (int y = 0; y < nh; ++y) {
@@ -56,51 +39,33 @@ TEST(ResizeTest, NearestTakesPixelsByIntegerDivision) {
     }
 }
 
-TEST(ResizeTest, CopyTakesTheRectangleAndClearsTheRest) {
-    for (int flags : kFormats) {
-        TestBits b(ULOSize(4, 4), flags);
-        Paint(b, Distinct);
-        b.Resize(3, 3, ULORect(1, 2, 3, 4), ULOPictureBits::eResizeCopy);
-        ASSERT_EQ(b.GetSize(false), ULOSize(3, 3));
-        // Rows 2 and 3 of the rectangle land in the bottom two rows; the top row and column 2 are not
-        // written and stay cleared.
-        for (int y = 0; y < 3; ++y) {
-            for (int x = 0; x < 3; ++x) {
-                const bool inside = x < 2 && y >= 1;
-                EXPECT_EQ(Pixel(b, x, y)[0], inside ? Distinct(1 + x, y + 1, 0) : 0)
-                    << flags << " " << x << y;
-            }
-        }
+// The copy takes the rectangle and clears the rest (rows 2 and 3 of the rectangle land in the bottom two
+// rows; the top row and column 2 stay cleared). The box averages blocks and truncates; its origin is in
+// output units (4 -> 2 columns over the right half: one output column, origin 2 / 2 = 1, so it averages
+// source columns 1 and 2, and the second column is not written). ResizeToWidth and ResizeToHeight keep
+// the aspect: (5 + 0.9) * 4 / 10 = 2.36, (10 + 0.9) * 3 / 5 = 6.54. Enlarge stretches only a side that is
+// smaller.
+TEST(ResizeTest, OperationsMatchTheirGoldenBlocks) {
+    std::vector<Operation> operations;
+    for (const int flags : kFormats) {
+        operations.push_back({"copy", 4, 4, flags, [](TestBits& b) {
+                                  b.Resize(3, 3, {1, 2, 3, 4}, B::eResizeCopy);
+                              }});
+        operations.push_back(
+            {"box halving", 4, 2, flags, [](TestBits& b) { b.Resize(2, 1, B::eResizeBox); }});
+        operations.push_back({"box origin", 4, 1, flags, [](TestBits& b) {
+                                  b.Resize(2, 1, {2, 0, 4, 1}, B::eResizeBox);
+                              }});
     }
-}
-
-TEST(ResizeTest, BoxHalvingAveragesBlocksAndTruncates) {
-    for (int flags : kFormats) {
-        TestBits b(ULOSize(4, 2), flags);
-        // Block of columns 0-1: 10, 20 / 30, 41 -> 101 / 4 = 25.25 -> 25; columns 2-3: 255 everywhere.
-        Paint(b, [](int x, int y, int c) -> std::uint8_t {
-            if (x >= 2) {
-                return 255;
-            }
-            const std::uint8_t v[2][2] = {{10, 20}, {30, 41}};
-            return static_cast<std::uint8_t>(v[y][x] + c);
-        });
-        b.Resize(2, 1, ULOPictureBits::eResizeBox);
-        for (int c = 0; c < b.GetBytesPerPixel(); ++c) {
-            EXPECT_EQ(Pixel(b, 0, 0)[c], (101 + 4 * c) / 4) << flags;
-            EXPECT_EQ(Pixel(b, 1, 0)[c], 255);
-        }
-    }
-}
-
-TEST(ResizeTest, BoxOriginIsInOutputUnits) {
-    // 4 -> 2 columns over the rectangle's right half: one output column, origin 2 / 2 = 1, so it averages
-    // source columns 1 and 2 (not 2 and 3); the second output column is not written.
-    TestBits b(ULOSize(4, 1), PICTBITS_MASK8);
-    Paint(b, [](int x, int, int) { return static_cast<std::uint8_t>(10 * (x + 1)); });
-    b.Resize(2, 1, ULORect(2, 0, 4, 1), ULOPictureBits::eResizeBox);
-    EXPECT_EQ(Pixel(b, 0, 0)[0], 25);
-    EXPECT_EQ(Pixel(b, 1, 0)[0], 0);
+    operations.push_back(
+        {"to width", 10, 5, PICTBITS_ALPHA, [](TestBits& b) { b.ResizeToWidth(4, B::eResizeNearest); }});
+    operations.push_back(
+        {"to height", 10, 5, PICTBITS_ALPHA, [](TestBits& b) { b.ResizeToHeight(3, B::eResizeBox); }});
+    operations.push_back({"enlarge", 4, 4, PICTBITS_MASK8, [](TestBits& b) {
+                              b.Enlarge(ULORect(10, 10, 16, 13), ULOPoint(-1, -1));  // 6 x 3: wider only
+                              b.Enlarge(ULORect(0, 0, 2, 7), ULOPoint(0, 0));        // 2 x 7: taller only
+                          }});
+    ExpectOperations("resample/resize", operations);
 }
 
 // Random sizes and rectangles inside the picture, kept as golden images (taken when the method matched a
@@ -126,7 +91,7 @@ TEST(ResizeTest, BoxMatchesItsGoldenImages) {
             s.right = s.left + 1 + static_cast<int>(random() % (w - s.left));
             s.bottom = s.top + 1 + static_cast<int>(random() % (h - s.top));
         }
-        b.Resize(nw, nh, s, ULOPictureBits::eResizeBox);
+        b.Resize(nw, nh, s, B::eResizeBox);
         images.push_back(Picture(std::to_string(round) + ": " + std::to_string(w) + "x" + std::to_string(h) +
                                      " flags " + std::to_string(flags),
                                  b));
@@ -134,38 +99,80 @@ TEST(ResizeTest, BoxMatchesItsGoldenImages) {
     golden::ExpectMatches("resample/box", images);
 }
 
-TEST(ResizeTest, ResizeToWidthAndHeightKeepTheAspectWithTheirRounding) {
-    TestBits b(ULOSize(10, 5), PICTBITS_ALPHA);
+// Operations that keep the size keep the block and its bytes, whatever the method or source rectangle;
+// ResizeLazy replaces the block only for a new size. A view gets a block of its own; the owner's block
+// is neither freed (the sanitizer build would report the owner's second free) nor changed.
+TEST(ResizeTest, OnlyANewSizeReplacesTheBlockAndAViewGetsItsOwn) {
+    TestBits b(ULOSize(3, 2), PICTBITS_RGB24);
     Paint(b, Distinct);
-    b.ResizeToWidth(4, ULOPictureBits::eResizeNearest);  // (5 + 0.9) * 4 / 10 = 2.36
-    EXPECT_EQ(b.GetSize(false), ULOSize(4, 2));
-    TestBits c(ULOSize(10, 5), PICTBITS_ALPHA);
-    Paint(c, Distinct);
-    c.ResizeToHeight(3, ULOPictureBits::eResizeBox);  // (10 + 0.9) * 3 / 5 = 6.54
-    EXPECT_EQ(c.GetSize(false), ULOSize(6, 3));
-}
-
-TEST(ResizeTest, ResizeLazyReplacesTheBlockOnlyForANewSize) {
-    TestBits b(ULOSize(3, 3), PICTBITS_RGB24);
+    const std::vector<std::uint8_t> before = Block(b);
     const unsigned char* block = b.GetBits();
-    b.ResizeLazy(3, 3);
+    for (int method = 0; method < 4; ++method) {
+        b.Resize(3, 2, ULORect(1, 0, 2, 1), static_cast<B::EResizeMethod>(method));
+    }
+    b.VEnlarge(2, 0);
+    b.VEnlarge(1, 0);
+    b.ResizeLazy(3, 2);
     EXPECT_EQ(b.GetBits(), block);
+    EXPECT_EQ(Block(b), before);
+    TestBits view(b.GetBits(), 3, 2, 12, PICTBITS_RGB24);
+    view.Resize(4, 4, B::eResizeNearest);
+    EXPECT_TRUE(view.OwnsBits());
+    EXPECT_NE(view.GetBits(), b.GetBits());
+    EXPECT_EQ(Block(b), before);
     b.ResizeLazy(5, 2);
-    EXPECT_EQ(b.GetSize(false), ULOSize(5, 2));
-    EXPECT_EQ(b.GetLineWidth(false), 16);
+    EXPECT_EQ(std::make_tuple(b.GetSize(false), b.GetLineWidth(false)), std::make_tuple(ULOSize(5, 2), 16));
+}
+// Crop at its nine anchors and unknown ones (10 x 8 cut to 4 x 3; anchor 2 takes the width difference as
+// its top edge, so its last row lies below the picture and stays cleared), by a rectangle, and past the
+// picture (the block read as it lies, what is outside it cleared); HEnlarge repeating and dropping
+// columns around the split; VEnlarge repeating a memory row and never shrinking; HResize centring rows
+// between transparent padding (a mask's rows copied with their own padding, not realigned).
+TEST(CropStretchTest, OperationsMatchTheirGoldenBlocks) {
+    std::vector<Operation> operations;
+    for (const int flags : kFormats) {
+        for (const int anchor : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, -3}) {
+            operations.push_back({"crop at " + std::to_string(anchor), 10, 8, flags, [anchor](TestBits& b) {
+                                      b.Crop(4, 3, static_cast<ULOPictureBits::ECropPosition>(anchor));
+                                  }});
+        }
+        operations.push_back(
+            {"crop to a rectangle", 10, 8, flags, [](TestBits& b) { b.Crop(ULORect(3, 2, 7, 5)); }});
+        operations.push_back({"HEnlarge 7 at 1", 4, 2, flags, [](TestBits& b) { b.HEnlarge(7, 1); }});
+        operations.push_back({"HEnlarge 2 at -1", 4, 2, flags, [](TestBits& b) { b.HEnlarge(2, -1); }});
+        operations.push_back({"VEnlarge", 2, 3, flags, [](TestBits& b) {
+                                  b.VEnlarge(3, 0);
+                                  b.VEnlarge(2, 0);
+                                  b.VEnlarge(5, 1);
+                              }});
+    }
+    operations.push_back({"HResize", 2, 2, PICTBITS_ALPHA, [](TestBits& b) {
+                              b.HResize(5);
+                              b.HResize(3);
+                          }});
+    operations.push_back({"crop past the picture", 10, 10, PICTBITS_ALPHA,
+                          [](TestBits& b) { b.Crop(12, 12, ULOPictureBits::eCropCenter); }});
+    operations.push_back({"HResize of a one-pixel mask", 1, 2, PICTBITS_MASK8,
+                          [](TestBits& b) {
+                              const std::uint8_t rows[8] = {
+                                  2, 0x77, 0, 0, 1, 0x77, 0, 0};  // bottom row first, padding marked
+                              std::memcpy(b.GetBits(), rows, sizeof rows);
+                              b.HResize(3);
+                          },
+                          true});
+    ExpectOperations("resample/crop-stretch", operations);
 }
 
-// A view gets a block of its own; the owner's block is neither freed (the sanitizer build would
-// report the owner's second free) nor changed.
-TEST(ResizeTest, AViewGetsABlockOfItsOwn) {
-    TestBits owner(ULOSize(2, 2), PICTBITS_ALPHA);
-    Paint(owner, Distinct);
-    const std::vector<std::uint8_t> before = Block(owner);
-    TestBits view(owner.GetBits(), 2, 2, 8, PICTBITS_ALPHA);
-    view.Resize(4, 4, ULOPictureBits::eResizeNearest);
-    EXPECT_TRUE(view.OwnsBits());
-    EXPECT_NE(view.GetBits(), owner.GetBits());
-    EXPECT_EQ(Block(owner), before);
+// Flag 1 caps the width, 2 the height, keeping left and top.
+TEST(ClipRectTest, CapsWidthAndHeightKeepingLeftAndTop) {
+    const TestBits b(ULOSize(5, 4), PICTBITS_ALPHA);
+    ULORect r(2, 3, 20, 30), small(1, 1, 3, 2);
+    b.ClipRectToPictureSize(&r, 1);
+    EXPECT_EQ(r, ULORect(2, 3, 7, 30));
+    b.ClipRectToPictureSize(&r, 2);
+    b.ClipRectToPictureSize(&small, 3);
+    b.ClipRectToPictureSize(nullptr, 3);
+    EXPECT_EQ(std::make_tuple(r, small), std::make_tuple(ULORect(2, 3, 7, 7), ULORect(1, 1, 3, 2)));
 }
 
 }  // namespace

@@ -1,15 +1,8 @@
 // The drawing frame: conversion only outside the guard on a magnified surface, the guard raised while a
 // member runs and restored on every exit, clipping of rectangles, clamping of points, bottom-up rows;
 // and the two reference members, FillRect and DrawPixel, on plain and magnified surfaces.
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <stdexcept>
-#include <vector>
-
 #include "GoldenScene.h"
 #include "surface/DrawingFrame.h"
-#include "ulogui/TrueColorDC.h"
 
 namespace {
 

@@ -3,9 +3,17 @@
 // allocate, a surface that watches the frame from inside its virtual getters, and raw pixel checks.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <climits>
+#include <cmath>
 #include <cstdlib>
+#include <functional>
+#include <random>
 #include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "ulogui/Magnify.h"

@@ -1,23 +1,15 @@
 // Text output on the test faces: what holds whatever the anti-aliasing (which pixels change, where the
 // band lies, alignment as shifts of the same image, solid lines and boxes, the composites of pixels
 // whose section value is known), golden labels, wrapping, bad input and threads.
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <boost/make_shared.hpp>
-#include <cmath>
 #include <cstdlib>
 #include <fstream>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "SurfaceTestSupport.h"
 #include "font/TestFonts.h"
 #include "surface/TextLines.h"
 #include "ulogui/Font.h"
 #include "ulogui/Palette.h"
-#include "ulogui/TrueColorDC.h"
 
 namespace {
 

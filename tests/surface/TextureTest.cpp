@@ -1,14 +1,7 @@
 // Texture fills: where tiles start, what the opacity does, 24-bit and scaled pictures, pictures by ID
 // from a resource file, and pictures that draw nothing.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <string>
-#include <vector>
-
 #include "GoldenScene.h"
 #include "picture/PictureTestFiles.h"
-#include "ulogui/TrueColorDC.h"
 
 namespace {
 

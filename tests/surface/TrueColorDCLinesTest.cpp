@@ -1,24 +1,13 @@
 // The outline members: golden scenes of pixels, lines, outlines and bevels on plain and magnified surfaces
-// (m = 1.5 and 2.0, guard down and raised) and one formula per write kind; arcs and chart curves on
-// hand-computed maps of the whole device buffer (they depend on floating-point geometry); the smooth ring
+// (m = 1.5 and 2.0, guard down and raised) and one formula per write kind; chart curves as golden scenes;
+// arcs on hand-computed maps of the whole device buffer (they depend on libm trigonometry); the smooth ring
 // against the exact coverage of the ring; and one sweep of bad inputs, which must finish without touching
 // memory outside the buffer (the sanitizer build sees every write).
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <cmath>
-#include <functional>
 #include <initializer_list>
 #include <iterator>
 #include <limits>
-#include <map>
-#include <random>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "GoldenScene.h"
-#include "ulogui/TrueColorDC.h"
 
 namespace {
 
@@ -29,53 +18,8 @@ const float kNaN = std::numeric_limits<float>::quiet_NaN();
 const float kInf = std::numeric_limits<float>::infinity();
 const float kPi = 3.1415927f;
 const CLR kWhite(255, 255, 255);
-const Pixel kBlack{0, 0, 0, 0};
-
-Pixel Grey(int v, int alpha = 0) {
-    return Pixel{static_cast<unsigned char>(v), static_cast<unsigned char>(v), static_cast<unsigned char>(v),
-                 static_cast<unsigned char>(alpha)};
-}
-
-// A drawing on a surface of w x h logical units whose every device pixel starts as `background`, and the
-// expected device buffer: one string per row, one character per pixel, read through `legend` ('.' is
-// the background).
-struct Drawing {
-    const char* what;
-    float m;
-    bool magnified, guard;
-    int w, h;
-    Pixel background;
-    std::function<void(DC&)> draw;
-    std::vector<std::string> rows;
-    std::map<char, Pixel> legend;
-};
-
-void Check(const Drawing& d) {
-    SCOPED_TRACE(d.what);
-    magnify::GetMagnifier() = d.m;
-    DC dc(ULORect(0, 0, d.w, d.h), true, d.magnified);
-    FillAll(dc, CLR(d.background[2], d.background[1], d.background[0]), d.background[3]);
-    dc.SetWorkingOnScreenSize(d.guard);
-    d.draw(dc);
-    EXPECT_EQ(dc.GetWorkingOnScreenSize(), d.guard);
-    ASSERT_EQ(static_cast<int>(d.rows.size()), dc.GetHeight(true));
-    for (int y = 0; y < dc.GetHeight(true); ++y) {
-        ASSERT_EQ(static_cast<int>(d.rows[y].size()), dc.GetWidth(true));
-        for (int x = 0; x < dc.GetWidth(true); ++x) {
-            const char key = d.rows[y][x];
-            const Pixel expected = key == '.' ? d.background : d.legend.at(key);
-            ASSERT_EQ(PixelAt(dc, x, y), expected) << "at (" << x << ", " << y << ")";
-        }
-    }
-}
 
 using LinesTest = MagnifierTest;
-
-void CheckAll(const std::vector<Drawing>& drawings) {
-    for (const Drawing& d : drawings) {
-        Check(d);
-    }
-}
 
 // The pixel, straight-line, outline and bevel members as golden scenes, at 1.0, 1.5 and 2.0 with the
 // guard down and raised, with clamped ends, dashes, wild counts and opacities outside 0..1.
@@ -156,29 +100,36 @@ TEST_F(LinesTest, Arcs) {
         return [=](DC& dc) { dc.DrawArc(kWhite, clip, {3, 3}, 2.0f, start, sweep, 0.0f, middle, false); };
     };
     const std::vector<std::string> none(7, ".......");
-    const std::map<char, Pixel> ink = {{'#', Grey(255)}};
+    // A drawing in white on a cleared surface and its device buffer, one string a row, '#' for white.
     // clang-format off
-    CheckAll({
-        {"full turn", 1, false, false, 7, 7, kBlack, arc(ULORect(), 0.0f, 2 * kPi),
-         {".......", "..###..", ".#.....", ".#.....", ".#...#.", "..###..", "......."}, ink},
-        {"a quarter from pi/2 holds one segment whole", 1, false, false, 7, 7, kBlack, arc(ULORect(), kPi / 2, kPi / 2),
-         {".......", ".......", ".......", ".......", ".......", "..#....", "......."}, ink},
-        {"the same quarter swept backwards from pi", 1, false, false, 7, 7, kBlack, arc(ULORect(), kPi, -kPi / 2),
-         {".......", ".......", ".......", ".......", ".......", "..#....", "......."}, ink},
-        {"past a full turn the range wraps to 7.5 - 2pi", 1, false, false, 7, 7, kBlack, arc(ULORect(), 5.0f, 2.5f),
-         {".......", "....#..", ".......", ".......", ".....#.", ".......", "......."}, ink},
-        {"both ends inside the clip", 1, false, false, 7, 7, kBlack, arc(ULORect(0, 0, 3, 7), 0.0f, 7.0f),
-         {".......", ".......", ".#.....", ".#.....", ".#.....", "..#....", "......."}, ink},
-        {"2.0: centre, radius and thickness to device pixels", 2, true, false, 4, 4, kBlack,
+    const struct {
+        const char* what;
+        float m;
+        bool magnified, guard;
+        int w, h;
+        std::function<void(DC&)> draw;
+        std::vector<std::string> rows;
+    } maps[] = {
+        {"full turn", 1, false, false, 7, 7, arc(ULORect(), 0.0f, 2 * kPi),
+         {".......", "..###..", ".#.....", ".#.....", ".#...#.", "..###..", "......."}},
+        {"a quarter from pi/2 holds one segment whole", 1, false, false, 7, 7, arc(ULORect(), kPi / 2, kPi / 2),
+         {".......", ".......", ".......", ".......", ".......", "..#....", "......."}},
+        {"the same quarter swept backwards from pi", 1, false, false, 7, 7, arc(ULORect(), kPi, -kPi / 2),
+         {".......", ".......", ".......", ".......", ".......", "..#....", "......."}},
+        {"past a full turn the range wraps to 7.5 - 2pi", 1, false, false, 7, 7, arc(ULORect(), 5.0f, 2.5f),
+         {".......", "....#..", ".......", ".......", ".....#.", ".......", "......."}},
+        {"both ends inside the clip", 1, false, false, 7, 7, arc(ULORect(0, 0, 3, 7), 0.0f, 7.0f),
+         {".......", ".......", ".#.....", ".#.....", ".#.....", "..#....", "......."}},
+        {"2.0: centre, radius and thickness to device pixels", 2, true, false, 4, 4,
          [middle](DC& dc) { dc.DrawArc(kWhite, {}, {2, 2}, 1.0f, 0.0f, 7.0f, 0.0f, middle, false); },
-         {"........", "........", "...###..", "..#.....", "..#.....", "..#...#.", "...###..", "........"}, ink},
-        {"1.5: radius 4/3 around (2, 2) is radius 2 around (3, 3)", 1.5f, true, false, 5, 5, kBlack,
+         {"........", "........", "...###..", "..#.....", "..#.....", "..#...#.", "...###..", "........"}},
+        {"1.5: radius 4/3 around (2, 2) is radius 2 around (3, 3)", 1.5f, true, false, 5, 5,
          [middle](DC& dc) { dc.DrawArc(kWhite, {}, {2, 2}, 4.0f / 3, 0.0f, 2 * kPi, 0.0f, middle, false); },
-         {"........", "..###...", ".#......", ".#......", ".#...#..", "..###...", "........", "........"}, ink},
-        {"1.5, guard raised", 1.5f, true, true, 5, 5, kBlack, arc(ULORect(), 0.0f, 2 * kPi),
-         {"........", "..###...", ".#......", ".#......", ".#...#..", "..###...", "........", "........"}, ink},
+         {"........", "..###...", ".#......", ".#......", ".#...#..", "..###...", "........", "........"}},
+        {"1.5, guard raised", 1.5f, true, true, 5, 5, arc(ULORect(), 0.0f, 2 * kPi),
+         {"........", "..###...", ".#......", ".#......", ".#...#..", "..###...", "........", "........"}},
         {"nothing: radius 0, negative or NaN, NaN thickness or angle, empty sweep, clip off the surface", 1, false,
-         false, 7, 7, kBlack, [middle](DC& dc) {
+         false, 7, 7, [middle](DC& dc) {
              for (const float radius : {0.0f, -3.0f, kNaN}) {
                  dc.DrawArc(kWhite, {}, {3, 3}, radius, 0.0f, 7.0f, 2.0f, middle, true);
              }
@@ -186,9 +137,28 @@ TEST_F(LinesTest, Arcs) {
              dc.DrawArc(kWhite, {}, {3, 3}, 2.0f, kNaN, 7.0f, 1.0f, middle, true);
              dc.DrawArc(kWhite, {}, {3, 3}, 2.0f, 1.0f, 0.0f, 1.0f, middle, true);
              dc.DrawArc(kWhite, {20, 0, 30, 7}, {3, 3}, 2.0f, 0.0f, 7.0f, 1.0f, middle, true); },
-         none, ink},
-    });
+         none},
+    };
     // clang-format on
+    for (const auto& d : maps) {
+        SetMagnifier(d.m);
+        DC dc(ULORect(0, 0, d.w, d.h), true, d.magnified);
+        dc.SetWorkingOnScreenSize(d.guard);
+        d.draw(dc);
+        EXPECT_EQ(dc.GetWorkingOnScreenSize(), d.guard) << d.what;
+        std::string drawn, want;
+        for (int y = 0; y < dc.GetHeight(true); ++y, drawn += '\n') {
+            for (int x = 0; x < dc.GetWidth(true); ++x) {
+                drawn += PixelAt(dc, x, y) == kClear                    ? '.'
+                         : PixelAt(dc, x, y) == Pixel{255, 255, 255, 0} ? '#'
+                                                                        : '?';
+            }
+        }
+        for (const std::string& row : d.rows) {
+            want += row + '\n';
+        }
+        EXPECT_EQ(drawn, want) << d.what;
+    }
 }
 
 ULOArray_NOSTL<double> Samples(std::initializer_list<double> values) {
@@ -199,41 +169,25 @@ ULOArray_NOSTL<double> Samples(std::initializer_list<double> values) {
     return array;
 }
 
-TEST_F(LinesTest, ChartCurvesAndFills) {
+// Chart curves join (i, values[i]) (or (values[i], i)) with a NaN as a gap and each run's last sample
+// drawn, at 2.0 a sample every two device pixels; fills run between pixel centres above and below the
+// baseline, then draw the baseline (two thick at 2.0, cut at the edge).
+TEST_F(LinesTest, ChartCurvesAndFillsMatchTheirGoldenScenes) {
     const ULOArray_NOSTL<double> curve = Samples({1.0, 1.0, 3.0, std::nan(""), 2.0, 2.0});
     const ULOArray_NOSTL<double> fill = Samples({0.0, 3.0, 2.5});
     const std::pair<int, int> middle(1, 3), inverted(5, 2), early(-10, 1);
-    const std::map<char, Pixel> ink = {
-        {'#', Grey(255)}, {'p', Grey(128)}, {'q', Grey(127)}, {'r', Grey(170)}, {'s', Grey(85)}};
     const CLR red(255, 0, 0), green(0, 255, 0), blue(0, 0, 255);
-    const std::map<char, Pixel> fillInk = {{'a', Pixel{0, 0, 127, 0}},
-                                           {'A', Pixel{0, 0, 255, 0}},
-                                           {'b', Pixel{0, 127, 0, 0}},
-                                           {'L', Pixel{255, 0, 0, 0}}};
     // clang-format off
-    CheckAll({
-        {"(i, values[i]) joined; a NaN is a gap; each run's last sample drawn", 1, false, false, 8, 5, kBlack,
-         [&](DC& dc) { dc.TraceCurvefX(6, curve, kWhite, 1.0f); },
-         {"........", "##......", ".pq.##..", "..#.....", "........"}, ink},
-        {"a range, and a count beyond the array", 1, false, false, 8, 5, kBlack,
-         [&](DC& dc) { dc.TraceCurvefX(100, curve, kWhite, 1.0f, &middle); },
-         {"........", ".#......", ".pq.....", "..#.....", "........"}, ink},
-        {"a negative count and an inverted range draw nothing; a lone sample is a pixel", 1, false, false, 8, 5,
-         kBlack, [&](DC& dc) {
+    ExpectScenes("surface/chart", {
+        {"curve", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(6, curve, kWhite, 1.0f); }},
+        {"a range, and a count beyond the array", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(100, curve, kWhite, 1.0f, &middle); }},
+        {"a negative count and an inverted range draw nothing; a lone sample is a pixel", 1, true, false, false, 8, 5, [&](DC& dc) {
              dc.TraceCurvefX(-1, curve, kWhite, 1.0f); dc.TraceCurvefX(6, curve, kWhite, 1.0f, &inverted);
-             dc.TraceCurvefX(6, curve, kWhite, 1.0f, &early); },
-         {"........", "#.......", "........", "........", "........"}, ink},
-        {"(values[i], i): (0, 0) to (3, 1), g = 85", 1, false, false, 4, 3, kBlack,
-         [&](DC& dc) { dc.TraceCurvefY(2, fill, kWhite, 1.0f); }, {"#rs.", ".sr#", "...."}, ink},
-        {"2.0: samples every two device pixels", 2, true, false, 3, 3, kBlack,
-         [&](DC& dc) { dc.TraceCurvefX(2, curve, kWhite, 1.0f); },
-         {"......", "......", "###...", "......", "......", "......"}, ink},
-        {"fill between pixel centres, above and below the baseline, then the baseline", 1, false, false, 6, 5,
-         kBlack, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); },
-         {".a....", ".A....", ".LLL..", "..b...", "......"}, fillInk},
-        {"2.0: columns two wide, the baseline two thick and cut at the edge", 2, true, false, 3, 3, kBlack,
-         [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); },
-         {"......", "..AA..", "..AA..", "..AA..", "..LLLL", "..LLLL"}, fillInk},
+             dc.TraceCurvefX(6, curve, kWhite, 1.0f, &early); }},
+        {"(values[i], i)", 1, true, false, false, 4, 3, [&](DC& dc) { dc.TraceCurvefY(2, fill, kWhite, 1.0f); }},
+        {"curve at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.TraceCurvefX(2, curve, kWhite, 1.0f); }},
+        {"fill", 1, true, false, false, 6, 5, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
+        {"fill at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
     });
     // clang-format on
 }

@@ -1,16 +1,12 @@
-// Construction, copying, pixel assignment and ownership of the drawing surface. Ownership mistakes show
-// in the sanitizer build: a block freed twice or one the surface did not allocate aborts, a block never
-// freed is reported as a leak.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <climits>
+// Construction, copying, pixel assignment and ownership of the drawing surface; its logical and device
+// sizes under magnifiers 1.0, 1.5 and 2.0, with the guard raised or not, and the size-changing
+// operations, which take logical units only outside the guard. Ownership mistakes show in the sanitizer
+// build: a block freed twice or one the surface did not allocate aborts, a block never freed is reported
+// as a leak.
 #include <memory>
 #include <new>
-#include <vector>
 
 #include "SurfaceTestSupport.h"
-#include "ulogui/TrueColorDC.h"
 
 namespace {
 
@@ -26,10 +22,8 @@ using SurfaceTest = MagnifierTest;
 
 TEST_F(SurfaceTest, ConstructionSizesClearsAndFlagsTheBuffer) {
     const ULOTrueColorDCBase dc(ULORect(-7, 30, 3, 33), true, false);
-    EXPECT_EQ(dc.GetSize(true), ULOSize(10, 3));
-    EXPECT_EQ(dc.GetLineWidth(true), 40);
-    EXPECT_EQ(dc.GetBytesPerPixel(), 4);
-    EXPECT_EQ(dc.GetFlags(), PICTBITS_ALPHA);
+    EXPECT_EQ(std::make_tuple(dc.GetSize(true), dc.GetLineWidth(true), dc.GetBytesPerPixel(), dc.GetFlags()),
+              std::make_tuple(ULOSize(10, 3), 40, 4, PICTBITS_ALPHA));
     EXPECT_TRUE(Access::ComputeAlpha(dc));
     EXPECT_EQ(Bytes(dc), std::vector<unsigned char>(40 * 3, 0));
     EXPECT_FALSE(dc.GetUpdated() || dc.GetEnableMnemonic() || dc.GetWorkingOnScreenSize());
@@ -38,15 +32,15 @@ TEST_F(SurfaceTest, ConstructionSizesClearsAndFlagsTheBuffer) {
     // An empty or inverted side becomes one pixel.
     for (const ULORect& rect : {ULORect(0, 0, 0, 0), ULORect(10, 10, 0, 0), ULORect(5, 5, 5, 9)}) {
         const ULOTrueColorDCBase one(rect, false, false);
-        EXPECT_EQ(one.GetSize(true), ULOSize(1, rect.Height() > 0 ? rect.Height() : 1));
-        EXPECT_EQ(one.GetLineWidth(true), 4);
-        EXPECT_EQ(PixelAt(one, 0, 0), kClear);
+        EXPECT_EQ(std::make_tuple(one.GetSize(true), one.GetLineWidth(true), PixelAt(one, 0, 0)),
+                  std::make_tuple(ULOSize(1, rect.Height() > 0 ? rect.Height() : 1), 4, kClear));
     }
 
     // Sides too long for a 32-bit stride.
-    EXPECT_THROW(ULOTrueColorDCBase(ULORect(0, 0, INT_MAX, 1), false, false), std::bad_alloc);
-    EXPECT_THROW(ULOTrueColorDCBase(ULORect(INT_MIN, 0, INT_MAX, 1), false, false), std::bad_alloc);
-    EXPECT_THROW(ULOTrueColorDCBase(ULORect(0, INT_MIN, 1, INT_MAX), false, false), std::bad_alloc);
+    for (const ULORect& rect :
+         {ULORect(0, 0, INT_MAX, 1), ULORect(INT_MIN, 0, INT_MAX, 1), ULORect(0, INT_MIN, 1, INT_MAX)}) {
+        EXPECT_THROW(ULOTrueColorDCBase(rect, false, false), std::bad_alloc);
+    }
     SetMagnifier(4.0f);
     EXPECT_THROW(ULOTrueColorDCBase(ULORect(0, 0, INT_MAX / 8, 1), false, true), std::bad_alloc);
 
@@ -55,8 +49,7 @@ TEST_F(SurfaceTest, ConstructionSizesClearsAndFlagsTheBuffer) {
     const ULOTrueColorDCBase magnified(ULORect(0, 0, 4, 4), false, true);
     EXPECT_FALSE(Access::CanGetBits(magnified));
     magnified.SetWorkingOnScreenSize(true);
-    EXPECT_TRUE(Access::CanGetBits(magnified));
-    EXPECT_TRUE(Access::CanGetBits(dc));
+    EXPECT_TRUE(Access::CanGetBits(magnified) && Access::CanGetBits(dc));
 }
 
 TEST_F(SurfaceTest, CopyIsAViewOfTheSamePixelsWithTheSameFlagsThatFreesNothing) {
@@ -66,12 +59,10 @@ TEST_F(SurfaceTest, CopyIsAViewOfTheSamePixelsWithTheSameFlagsThatFreesNothing) 
     original->SetEnableMnemonic(true);
     {
         ULOTrueColorDCBase copy(*original);
-        EXPECT_EQ(copy.GetBits(), original->GetBits());
-        EXPECT_EQ(copy.GetSize(true), ULOSize(6, 4));
-        EXPECT_EQ(copy.GetSize(false), ULOSize(3, 2));
+        EXPECT_EQ(std::make_tuple(copy.GetBits(), copy.GetSize(true), copy.GetSize(false), copy.GetFlags()),
+                  std::make_tuple(original->GetBits(), ULOSize(6, 4), ULOSize(3, 2), PICTBITS_ALPHA));
         EXPECT_TRUE(copy.IsMagnified() && copy.GetUpdated() && copy.GetEnableMnemonic());
         EXPECT_FALSE(copy.GetWorkingOnScreenSize());
-        EXPECT_EQ(copy.GetFlags(), PICTBITS_ALPHA);
         const ULORect all(0, 0, 3, 2);
         copy.FillRect(&all, CLR(1, 2, 3), 4);
         EXPECT_EQ(PixelAt(*original, 5, 3), Bgra(CLR(1, 2, 3), 4));
@@ -95,9 +86,8 @@ TEST_F(SurfaceTest, AssignmentCopiesPixelsOnlyCutToTheSmallerBlockAndTheLogicalS
     target = small;  // 16 bytes available, 144 asked for
     std::vector<unsigned char> expected(144, 0);
     std::fill(expected.begin(), expected.begin() + 16, 1);
-    EXPECT_EQ(Bytes(target), expected);
-    EXPECT_FALSE(target.GetUpdated());
-    EXPECT_EQ(target.GetFlags(), 0);
+    EXPECT_EQ(std::make_tuple(Bytes(target), target.GetUpdated(), target.GetFlags()),
+              std::make_tuple(expected, false, 0));
 
     FillAll(target, CLR(2, 2, 2), 2);
     small = target;  // only the 16 bytes the target holds
@@ -121,6 +111,112 @@ TEST_F(SurfaceTest, AssignmentCopiesPixelsOnlyCutToTheSmallerBlockAndTheLogicalS
     magnified.SetWorkingOnScreenSize(true);
     magnified = source;
     EXPECT_EQ(Bytes(magnified), Bytes(source));
+}
+TEST_F(MagnifierTest, GettersReportLogicalSizesOnlyOutsideTheGuard) {
+    // The buffer built from (0, 0, 10, 7): 7 * 1.5 = 10.5 rounds up to 11, and 11 / 1.5 = 7.33 back down.
+    const std::pair<float, ULOSize> devices[] = {
+        {1.0f, ULOSize(10, 7)}, {1.5f, ULOSize(15, 11)}, {2.0f, ULOSize(20, 14)}};
+    for (const auto& d : devices) {
+        SCOPED_TRACE(::testing::Message() << "magnifier " << d.first);
+        SetMagnifier(d.first);
+        const ULOSize device = d.second, logical(10, 7);
+        const ULOTrueColorDCBase dc(ULORect(0, 0, 10, 7), false, true);
+        const auto sizes = [&dc] {
+            return std::make_tuple(ULOSize(dc.GetWidth(false), dc.GetHeight(false)), dc.GetSize(false),
+                                   dc.GetRect(false), dc.GetLineWidth(false));
+        };
+        EXPECT_EQ(std::make_tuple(dc.GetSize(true), dc.GetLineWidth(true)),
+                  std::make_tuple(device, device.cx * 4));
+        // The stride is divided like a length: 60 / 1.5, 80 / 2.
+        EXPECT_EQ(sizes(), std::make_tuple(logical, logical, ULORect(0, 0, 10, 7), 40));
+        dc.SetWorkingOnScreenSize(true);
+        EXPECT_EQ(sizes(),
+                  std::make_tuple(device, device, ULORect(0, 0, device.cx, device.cy), device.cx * 4));
+        // A surface that is not magnified always reports its buffer.
+        const ULOTrueColorDCBase plain(ULORect(0, 0, 10, 7), false, false);
+        EXPECT_EQ(std::make_tuple(plain.GetSize(false), plain.GetLineWidth(false)),
+                  std::make_tuple(logical, 40));
+    }
+}
+
+TEST_F(MagnifierTest, LogicalSizesFollowTheCallingThreadsCurrentMagnifier) {
+    SetMagnifier(2.0f);
+    const ULOTrueColorDCBase dc(ULORect(0, 0, 10, 10), false, true);
+    SetMagnifier(1.5f);
+    EXPECT_EQ(dc.GetWidth(false), 13);      // 20 / 1.5 = 13.33
+    EXPECT_EQ(dc.GetLineWidth(false), 53);  // 80 / 1.5 = 53.33
+    // A thread of its own starts at 1.0 (no global factor is set) and sees device sizes.
+    int otherThreadWidth = 0;
+    std::thread([&] { otherThreadWidth = dc.GetWidth(false); }).join();
+    EXPECT_EQ(otherThreadWidth, 20);
+}
+
+using SurfaceResizeTest = MagnifierTest;
+
+TEST_F(SurfaceResizeTest, ArgumentsAreLogicalOnlyOnAMagnifiedSurfaceOutsideTheGuard) {
+    SetMagnifier(2.0f);
+    ULOTrueColorDCBase dc(ULORect(0, 0, 10, 10), false, true);
+    dc.Crop(6, 4, ULOPictureBits::eCropTopLeft);
+    // The crop resizes through the virtual Resize; that nested call must not double the size again.
+    EXPECT_EQ(std::make_tuple(dc.GetSize(true), dc.GetSize(false)),
+              std::make_tuple(ULOSize(12, 8), ULOSize(6, 4)));
+    dc.Resize(5, 3, ULOPictureBits::eResizeNearest);
+    EXPECT_EQ(dc.GetSize(true), ULOSize(10, 6));
+    dc.ResizeLazy(7, 2);
+    EXPECT_EQ(std::make_tuple(dc.GetSize(true), dc.GetLineWidth(true)), std::make_tuple(ULOSize(14, 4), 56));
+    dc.HResize(9);
+    EXPECT_EQ(dc.GetSize(true), ULOSize(18, 4));
+    dc.ResizeToWidth(3, ULOPictureBits::eResizeNearest);
+    EXPECT_EQ(dc.GetWidth(true), 6);
+    dc.ResizeToHeight(4, ULOPictureBits::eResizeNearest);
+    EXPECT_EQ(dc.GetHeight(true), 8);
+    EXPECT_FALSE(dc.GetWorkingOnScreenSize());
+
+    dc.SetWorkingOnScreenSize(true);
+    dc.Crop(6, 4, ULOPictureBits::eCropCenter);
+    EXPECT_EQ(dc.GetSize(true), ULOSize(6, 4));
+    EXPECT_TRUE(dc.GetWorkingOnScreenSize());
+
+    ULOTrueColorDCBase plain(ULORect(0, 0, 10, 10), false, false);
+    plain.Resize(4, 3, ULORect(0, 0, 10, 10), ULOPictureBits::eResizeBox);
+    EXPECT_EQ(plain.GetSize(true), ULOSize(4, 3));
+    plain.Crop(ULORect(1, 1, 3, 2));
+    EXPECT_EQ(plain.GetSize(true), ULOSize(2, 1));
+}
+
+TEST_F(SurfaceResizeTest, CropRectangleIsScaledAsARectangleAndItsPixelsFollow) {
+    SetMagnifier(1.5f);
+    ULOTrueColorDCBase dc(ULORect(0, 0, 10, 10), false, true);
+    dc.Crop(ULORect(1, 1, 4, 3));  // (2, 2, 7, 5) in device pixels: origin and size scaled apart
+    EXPECT_EQ(dc.GetSize(true), ULOSize(5, 3));
+
+    SetMagnifier(2.0f);
+    ULOTrueColorDCBase marked(ULORect(0, 0, 4, 4), false, true);
+    const ULORect mark(1, 1, 2, 2);  // device (2, 2)-(4, 4)
+    marked.FillRect(&mark, CLR(200, 100, 50), 0);
+    marked.Crop(ULORect(1, 1, 3, 3));  // device source (2, 2, 6, 6)
+    ASSERT_EQ(marked.GetSize(true), ULOSize(4, 4));
+    ExpectOnly(marked, ULORect(0, 0, 2, 2), Bgra(CLR(200, 100, 50), 0));
+}
+
+// A surface given memory starts unmagnified and draws into it without owning it; a buffer operation
+// replaces that memory with a block the surface then owns and frees (the sanitizer build reports a
+// leak or a wrong free otherwise).
+TEST_F(SurfaceResizeTest, GivenMemoryIsNotOwnedButABlockBuiltByAResizeIs) {
+    std::vector<unsigned char> memory(16, 9);
+    {
+        BufferSurface dc(memory.data(), 2, 2, 8);
+        EXPECT_FALSE(dc.OwnBuffer() || dc.IsMagnified() || dc.GetWorkingOnScreenSize());
+        const ULORect all(0, 0, 2, 2);
+        dc.FillRect(&all, CLR(3, 3, 3), 3);
+        EXPECT_EQ(memory, std::vector<unsigned char>(16, 3));
+        dc.Resize(3, 3, ULOPictureBits::eResizeNearest);
+        EXPECT_EQ(dc.GetSize(true), ULOSize(3, 3));
+        EXPECT_NE(dc.GetBits(), memory.data());
+        EXPECT_TRUE(dc.OwnBuffer());
+    }
+    EXPECT_EQ(memory, std::vector<unsigned char>(16, 3));
+    EXPECT_TRUE(BufferSurface(2, 2).OwnBuffer());  // a block handed over is freed by the surface
 }
 
 }  // namespace
