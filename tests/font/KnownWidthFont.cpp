@@ -29,16 +29,6 @@ int32_t KnownAdvance(uint32_t c, int32_t spaceWidth) {
     return c < 0x20 ? 99 : kLetter;  // the font clears the control characters itself
 }
 
-// The engine serves the font's construction only: the font keeps its widths and handles.
-std::unique_ptr<ULOFont> MakeWith(std::shared_ptr<platform::FontEngine> engine, const wchar_t* face,
-                                  float magnifier, int language) {
-    platform::SetFontEngine(std::move(engine));
-    auto font = std::make_unique<ULOFont>(std::vector<ULOString>{face}, kHeight, language, magnifier, false,
-                                          false, false);
-    platform::SetFontEngine(nullptr);
-    return font;
-}
-
 }  // namespace
 
 std::unique_ptr<ULOFont> KnownFont(float magnifier, int language, int32_t spaceWidth) {
@@ -48,15 +38,10 @@ std::unique_ptr<ULOFont> KnownFont(float magnifier, int language, int32_t spaceW
     engine->advance = [spaceWidth](const platform::FontRequest&, uint32_t c) {
         return KnownAdvance(c, spaceWidth);
     };
-    return MakeWith(engine, kFaceName, magnifier, language);
-}
-
-std::unique_ptr<ULOFont> DejaVuSans(float magnifier) {
-    if (!testfonts::MissingLatinFile().empty()) {
-        return nullptr;
-    }
-    return MakeWith(testfonts::MakeEngine({testfonts::DejaVu("DejaVuSans.ttf")}), L"DejaVu Sans", magnifier,
-                    kLatin);
+    // The engine serves the font's construction only: the font keeps its widths and handles.
+    testfonts::ScopedEngine scoped(engine);
+    return std::make_unique<ULOFont>(std::vector<ULOString>{kFaceName}, kHeight, language, magnifier, false,
+                                     false, false);
 }
 
 }  // namespace measuretest

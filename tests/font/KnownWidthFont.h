@@ -1,9 +1,8 @@
 #pragma once
 // Fonts whose advance widths the tests know: a font engine that makes every font from one width
-// table, and one over DejaVu Sans alone (a private fontconfig configuration) for a real face.
+// table.
 #include <cstdint>
 #include <memory>
-#include <string>
 
 #include "ulogui/Font.h"
 
@@ -29,9 +28,5 @@ constexpr int kJapanese = 3;
 
 // A font of the known widths; spaceWidth replaces the width of ' '.
 std::unique_ptr<ULOFont> KnownFont(float magnifier, int language = kLatin, int32_t spaceWidth = kSpace);
-
-// DejaVu Sans at a cell height of 16 from /usr/share/fonts/truetype/dejavu (Debian
-// fonts-dejavu-core), or null when the file is missing.
-std::unique_ptr<ULOFont> DejaVuSans(float magnifier);
 
 }  // namespace measuretest
