@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "font/FakeFontEngine.h"
 #include "font/TestFonts.h"
 #include "platform/TextCanvas.h"
 #include "platform/linux/GlyphCache.h"
@@ -52,27 +54,15 @@ TEST(TextLines, LineEndsAndPrefixes) {
 // A scripted font: cell height 10, ascent 8. A character c advances (c % 4) + 3 pixels ("a" 4, "b" 5,
 // "c" 6); its glyph is a bar one pixel wide at its pen position, of level c % 17 (16 for letters), from
 // the cell's top to the baseline.
-class BarFont : public platform::PlatformFont {
+class BarFont : public testfonts::FakeFont {
 public:
-    BarFont() {
-        metrics_.height = 10;
-        metrics_.ascent = 8;
-        metrics_.underlinePosition = -1;
-        metrics_.strikeOutPosition = 3;
-        metrics_.strikeOutThickness = 2;
+    BarFont() : FakeFont({}, [](const platform::FontRequest&, uint32_t c) { return int32_t(c % 4) + 3; }) {
+        metrics.height = 10;
+        metrics.ascent = 8;
+        metrics.underlinePosition = -1;
+        metrics.strikeOutPosition = 3;
+        metrics.strikeOutThickness = 2;
     }
-    platform::FontMetrics metrics_;
-    ULOString GetFaceName() const override { return L"Bar"; }
-    const platform::FontRequest& GetRequest() const override { return request_; }
-    platform::FontMetrics GetMetrics() const override { return metrics_; }
-    void GetCharAdvances(uint32_t first, uint32_t last, int32_t* widths) const override {
-        for (uint32_t c = first; c <= last; ++c) {
-            widths[c - first] = static_cast<int32_t>(c % 4) + 3;
-        }
-    }
-    std::vector<platform::KerningPair> GetKerningPairs() const override { return {}; }
-    bool GetGlyphOutline(uint32_t, platform::GlyphOutline&) const override { return false; }
-    bool GetGlyphMetrics(uint32_t, platform::GlyphMetrics&) const override { return false; }
     void GetGlyphImages(const uint32_t* codes, size_t count, platform::GlyphImagePtr* out) const override {
         for (size_t i = 0; i < count; ++i) {
             auto image = std::make_shared<platform::GlyphImage>();
@@ -84,9 +74,6 @@ public:
             out[i] = std::move(image);
         }
     }
-
-private:
-    platform::FontRequest request_;
 };
 
 constexpr unsigned char kPaper = 0xEE;  // every byte of an untouched pixel
@@ -154,8 +141,8 @@ TEST(SectionText, Layout) {
     for (const auto& c : cases) {
         Section s;
         BarFont font;
-        font.metrics_.underlined = (c.style & kUnderline) != 0;
-        font.metrics_.struckOut = (c.style & kStrikeOut) != 0;
+        font.metrics.underlined = (c.style & kUnderline) != 0;
+        font.metrics.struckOut = (c.style & kStrikeOut) != 0;
         ft::TextPaint paint;
         paint.mode =
             c.style & kOpaque ? platform::BackgroundMode::kOpaque : platform::BackgroundMode::kTransparent;
@@ -188,30 +175,17 @@ TEST(SectionText, CoverageLevelsBlackOnWhite) {
 }
 
 TEST(LevelBlend, RowsMatchTheScalarReference) {
-    std::srand(5);
+    std::mt19937 random(5);
     for (int round = 0; round < 300; ++round) {
-        const ft::LevelBlend blend(CLR(std::rand() % 256, std::rand() % 256, std::rand() % 256));
-        const int count = std::rand() % 40;
-        std::vector<unsigned char> pixels(static_cast<size_t>(count) * 4), reference;
-        std::vector<uint8_t> levels(static_cast<size_t>(count));
-        for (unsigned char& byte : pixels) {
-            byte = static_cast<unsigned char>(std::rand());
-        }
-        for (uint8_t& level : levels) {
-            level = static_cast<uint8_t>(std::rand() % 2 == 0 ? 0 : std::rand() % 17);
-        }
-        reference = pixels;
-        blend.Row(pixels.data(), levels.data(), count);
-        blend.RowScalar(reference.data(), levels.data(), count);
+        const ft::LevelBlend blend(CLR(random() % 256, random() % 256, random() % 256));
+        std::vector<uint8_t> levels(random() % 40), pixels(levels.size() * 4);
+        std::generate(pixels.begin(), pixels.end(), random);
+        std::generate(levels.begin(), levels.end(), [&] { return random() % 2 ? 0 : random() % 17; });
+        std::vector<uint8_t> reference = pixels;
+        blend.Row(pixels.data(), levels.data(), static_cast<int>(levels.size()));
+        blend.RowScalar(reference.data(), levels.data(), static_cast<int>(levels.size()));
         ASSERT_EQ(pixels, reference) << round;
     }
-}
-
-std::shared_ptr<platform::PlatformFont> MakeFont(const wchar_t* face, int32_t height) {
-    platform::FontRequest request;
-    request.faceName = face;
-    request.height = height;
-    return testfonts::LatinEngine()->CreateFontObject(request);
 }
 
 std::vector<platform::GlyphImagePtr> Images(const platform::PlatformFont& font,
@@ -242,14 +216,13 @@ TEST(GlyphImages, OncePerFaceSizeAndStyleWithTheWidthTablesAdvances) {
                  {L"Liberation Sans", -13, false},
                  {L"Liberation Sans", -20, true}};
     for (const auto& c : cases) {
-        const auto font = MakeFont(c.face, c.height);
+        const auto font = testfonts::MakeFont(*testfonts::LatinEngine(), c.face, c.height);
         const std::vector<uint32_t> codes = Printable();
-        const auto first = Images(*font, codes), again = Images(*MakeFont(c.face, c.height), codes);
+        const auto first = Images(*font, codes),
+                   again = Images(*testfonts::MakeFont(*testfonts::LatinEngine(), c.face, c.height), codes);
         bool between = false;
         for (size_t i = 0; i < first.size(); ++i) {
-            int32_t advance = 0;
-            font->GetCharAdvances(codes[i], codes[i], &advance);
-            EXPECT_EQ(first[i]->advance, advance) << i;
+            EXPECT_EQ(first[i]->advance, testfonts::Advances(*font, codes[i], codes[i])[0]) << i;
             EXPECT_EQ(first[i], again[i]) << i;  // another font of that face and size shares the image
             ASSERT_EQ(first[i]->levels.size(), size_t(first[i]->width) * size_t(first[i]->height));
             for (uint8_t level : first[i]->levels) {
@@ -306,7 +279,7 @@ TEST(TextCanvas, LargeGlyphsDrawOnlyWhatShows) {
 
 TEST(GlyphImages, ThreadsShareTheCache) {
     REQUIRE_LATIN_FONTS();
-    const auto font = MakeFont(L"DejaVu Sans", 17);
+    const auto font = testfonts::MakeFont(*testfonts::LatinEngine(), L"DejaVu Sans", 17);
     std::vector<std::vector<uint8_t>> reference;
     for (const auto& image : Images(*font, Printable())) {
         reference.push_back(image->levels);
