@@ -128,69 +128,59 @@ TEST(ColorSetRecord, RecordsInTheStoredOrder) {
 
 TEST(ColorSetRecord, WriteFailsAtTheFirstRecordThatDoesNotFit) {
     const ULOGUIColorSet set = DistinctSet(0);
-    for (size_t room : {0u, 1u, 4u, 5u, 204u}) {
+    for (size_t room : {0u, 1u, 4u, 5u, 204u, 205u}) {
         ShortStream stream(room);
-        EXPECT_FALSE(set.Write(&stream)) << "room for " << room;
+        EXPECT_EQ(set.Write(&stream), room == 205) << "room for " << room;
     }
-    ShortStream roomy(205);
-    EXPECT_TRUE(set.Write(&roomy));
     EXPECT_FALSE(set.Write(nullptr));
 }
 
-TEST_F(ColorSetTest, ReadGivesAnEqualSetAndAppliesItOnlyWhenAsked) {
+// A good stream gives an equal set, applied only when asked. A bad tag stops the read, keeping the
+// earlier records and the reset values; truncated, byte-swapped, empty or missing streams fail too;
+// nothing is applied on failure.
+TEST_F(ColorSetTest, ReadGivesAnEqualSetOrFailsApplyingNothing) {
     const ULOGUIColorSet written = DistinctSet(20);
-    const std::vector<uint8_t> bytes = Written(written);
-    ULOMemoryStream stream(bytes.data(), bytes.size());
+    const std::vector<uint8_t> good = Written(written);
+    ULOMemoryStream stream(good.data(), good.size());
     ULOGUIColorSet read;
     ASSERT_TRUE(read.Read(&stream, false));
     EXPECT_TRUE(read == written);  // textRed and textBlack included
     EXPECT_EQ(stream.GetPosition(), 205u);
     EXPECT_TRUE(Current() == saved_);
 
-    ULOMemoryStream again(bytes.data(), bytes.size());
-    ASSERT_TRUE(ULOGUIColorSet().Read(&again, true));
-    EXPECT_TRUE(Current() == written);
-}
-
-TEST_F(ColorSetTest, BadTagStopsTheReadKeepingEarlierRecordsAndResetValuesAndAppliesNothing) {
-    const ULOGUIColorSet written = DistinctSet(40);
-    std::vector<uint8_t> bytes = Written(written);
-    bytes[5 * 2 + 1] = 7;  // the third record's tag
-
-    ULOMemoryStream stream(bytes.data(), bytes.size());
-    ULOGUIColorSet read = DistinctSet(90);  // textRed and textBlack survive the reset
-    EXPECT_FALSE(read.Read(&stream, true));
-    EXPECT_EQ(stream.GetPosition(), 15u);  // the failing record's three bytes were read too
-
+    std::vector<uint8_t> badTag = good;
+    badTag[5 * 2 + 1] = 7;  // the third record's tag
+    ULOMemoryStream bad(badTag.data(), badTag.size());
+    read = DistinctSet(90);  // textRed and textBlack survive the reset
+    EXPECT_FALSE(read.Read(&bad, true));
+    EXPECT_EQ(bad.GetPosition(), 15u);  // the failing record's three bytes were read too
     ULOGUIColorSet expected = DistinctSet(90);
     expected.Reset();
     expected.gradationTopLeft = written.gradationTopLeft;
     expected.gradationBottomRight = written.gradationBottomRight;
     EXPECT_TRUE(read == expected);
     EXPECT_EQ(read.activeCaption, CLR(26, 26, 26));  // the failing record's field keeps its reset value
-    EXPECT_TRUE(Current() == saved_);
-}
 
-TEST_F(ColorSetTest, TruncatedByteSwappedEmptyOrMissingStreamsFail) {
-    const std::vector<uint8_t> good = Written(DistinctSet(50));
     std::vector<uint8_t> truncated(good.begin(), good.end() - 1);  // the last blue is missing
     std::vector<uint8_t> littleEndianTag = good;
     std::swap(littleEndianTag[5 * 17], littleEndianTag[5 * 17 + 1]);
     for (const std::vector<uint8_t>& bytes : {truncated, littleEndianTag, std::vector<uint8_t>()}) {
-        ULOMemoryStream stream(bytes.data(), bytes.size());
-        EXPECT_FALSE(ULOGUIColorSet().Read(&stream, true)) << bytes.size() << " bytes";
-        EXPECT_TRUE(Current() == saved_);
+        ULOMemoryStream s(bytes.data(), bytes.size());
+        EXPECT_FALSE(ULOGUIColorSet().Read(&s, true)) << bytes.size() << " bytes";
     }
     EXPECT_FALSE(ULOGUIColorSet().Read(nullptr, true));
+    EXPECT_TRUE(Current() == saved_);
+
+    ULOMemoryStream again(good.data(), good.size());
+    ASSERT_TRUE(ULOGUIColorSet().Read(&again, true));
+    EXPECT_TRUE(Current() == written);
 
     // Read resets and applies through the virtual operations.
     CountingSet set;
-    ULOMemoryStream whole(good.data(), good.size());
+    ULOMemoryStream whole(good.data(), good.size()), cut(good.data(), 100);
     EXPECT_TRUE(set.Read(&whole, true));
-    ULOMemoryStream cut(good.data(), 100);
     EXPECT_FALSE(set.Read(&cut, true));
-    EXPECT_EQ(set.resets, 2);
-    EXPECT_EQ(set.applies, 1);
+    EXPECT_EQ(std::make_pair(set.resets, set.applies), std::make_pair(2, 1));
 }
 
 }  // namespace
