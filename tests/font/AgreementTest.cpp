@@ -133,34 +133,22 @@ uint32_t Bits(float v) {
     return bits;
 }
 
-const wchar_t kAlphabet[] = L"aaaaimW     --\t\t\r\n/.\u65E5\u3000\u3001\u300F\u3010\uFF01\u0100";
+// Texts of the characters the rules treat specially; paths of letters and dots between slashes, now
+// and then a tab or a line end, some components empty.
+const wchar_t kText[] = L"aaaaimW     --\t\t\r\n/.\u65E5\u3000\u3001\u300F\u3010\uFF01\u0100";
+const wchar_t kPath[] = L"abcdefghijklmbcdefghijklmcdefghijklm.../////////\t\n";
 
 class Texts {
 public:
     explicit Texts(uint32_t seed) : random_(seed) {}
     int Uniform(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random_); }
-
-    ULOString Text(int maxLength) {
+    template <size_t n>
+    ULOString Text(int maxLength, const wchar_t (&alphabet)[n]) {
         ULOString s;
         for (int i = Uniform(0, maxLength); i > 0; --i) {
-            s += kAlphabet[Uniform(0, static_cast<int>(std::size(kAlphabet)) - 2)];
+            s += alphabet[Uniform(0, static_cast<int>(n) - 2)];
         }
         return s;
-    }
-    // Components of letters and dots, now and then a tab or a line end, sometimes empty.
-    ULOString Path(int maxComponents) {
-        ULOString path;
-        for (int k = Uniform(1, maxComponents); k > 0; --k) {
-            for (int i = Uniform(0, 8); i > 0; --i) {
-                const int pick = Uniform(0, 40);
-                path += pick == 0   ? L'\t'
-                        : pick == 1 ? L'\n'
-                        : pick < 5  ? L'.'
-                                    : static_cast<wchar_t>(L'a' + pick % 13);
-            }
-            path += k > 1 ? L"/" : L"";
-        }
-        return path;
     }
     ULOString Ellipsis() {
         return std::vector<const wchar_t*>{L"...", L"...", L"\u2026", L"", L".\t.", L"a\nbb"}[Uniform(0, 5)];
@@ -191,7 +179,7 @@ protected:
 TEST_P(Agreement, WidthsHeightsAndWrapOffsets) {
     Texts texts(1);
     for (int n = 0; n < 3000; ++n) {
-        const ULOString s = texts.Text(60);
+        const ULOString s = texts.Text(60, kText);
         const float startX = texts.StartX();
         ASSERT_EQ(Bits(SingleLine(*font_, s, startX)), Bits(font_->GetStringRealWidthSingleLine(s, startX)));
         ASSERT_EQ(Bits(MultiLine(*font_, s, startX)), Bits(font_->GetStringRealWidthMultiLine(s, startX)));
@@ -207,7 +195,7 @@ TEST_P(Agreement, TruncatedTextsAndPaths) {
     Texts texts(3);
     for (int n = 0; n < 6000; ++n) {
         const bool path = n % 2 == 1;
-        const ULOString s = path ? texts.Path(n % 20 == 1 ? 60 : 10) : texts.Text(60);
+        const ULOString s = path ? texts.Text(n % 20 == 1 ? 300 : 50, kPath) : texts.Text(60, kText);
         const ULOString ellipsis = texts.Ellipsis();
         const int maxWidth = texts.Uniform(-20, path ? 600 : 400);
         Cut got;

@@ -140,35 +140,21 @@ TEST_F(FontObject, TheLanguageChoosesTheCharacterSet) {
     }
 }
 
-TEST_F(FontObject, WidthCachesHoldTheEngineAdvancesWithControlCharactersAtZero) {
-    ULOFont font = NamedFont({L"Tahoma"}, 12, 0, 2.0f);
-    for (uint32_t c = 0; c < 256; ++c) {
-        const float expected = c < 32 ? 0.0f : Advance(c, 12);
-        ASSERT_EQ(expected, font.GetCharWidthW(static_cast<wchar_t>(c), true)) << c;
-        ASSERT_EQ(expected / 2.0f, font.GetCharWidthW(static_cast<wchar_t>(c), false)) << c;
+// Fonts cache U+0000..U+00FF (control characters 0); double-byte languages also the ideographs
+// U+3000..U+9FFF and the compatibility forms U+F900..U+FFEF. Every other character measures as "?".
+TEST_F(FontObject, WidthCachesHoldTheEngineAdvances) {
+    ULOFont latin = NamedFont({L"Tahoma"}, 12, 0, 2.0f), gothic = NamedFont({L"MS Gothic"}, 14, 3);
+    ASSERT_TRUE(gothic.HasUnicodeExtraWidths());
+    for (uint32_t c = 0; c <= 0x10000 && static_cast<long>(c) <= static_cast<long>(WCHAR_MAX); ++c) {
+        const bool extra = (c >= 0x3000 && c < 0xA000) || (c >= 0xF900 && c < 0xFFF0);
+        const float l = c < 32 ? 0.0f : Advance(c < 256 ? c : '?', 12);
+        ASSERT_EQ(l, latin.GetCharWidthW(static_cast<wchar_t>(c), true)) << c;
+        ASSERT_EQ(l / 2.0f, latin.GetCharWidthW(static_cast<wchar_t>(c), false)) << c;
+        ASSERT_EQ(c < 32 ? 0.0f : Advance(c < 256 || extra ? c : '?', 14),
+                  gothic.GetCharWidthW(static_cast<wchar_t>(c), true))
+            << c;
     }
-    // Without the extra tables every other character measures as "?".
-    for (long v : {0x100L, 0x3000L, 0x4E00L, 0xF900L, 0xFFEFL, 0x10000L, -1L}) {
-        if (v <= static_cast<long>(WCHAR_MAX)) {  // 0x10000 is no wchar_t on Windows
-            EXPECT_EQ(Advance('?', 12), font.GetCharWidthW(static_cast<wchar_t>(v), true)) << v;
-        }
-    }
-}
-
-TEST_F(FontObject, DoubleByteLanguagesCacheTheIdeographicAndCompatibilityRanges) {
-    ULOFont font = NamedFont({L"MS Gothic"}, 14, 3);
-    ASSERT_TRUE(font.HasUnicodeExtraWidths());
-    for (uint32_t c = 0x3000; c < 0xA000; c += 97) {
-        ASSERT_EQ(Advance(c, 14), font.GetCharWidthW(static_cast<wchar_t>(c), true)) << c;
-    }
-    for (wchar_t c : {0x9FFF, 0xF900, 0xFFEF}) {
-        EXPECT_EQ(Advance(c, 14), font.GetCharWidthW(c, true)) << c;
-    }
-    for (long v : {0x100L, 0x2FFFL, 0xA000L, 0xF8FFL, 0xFFF0L, 0xFFFFL, 0x10000L}) {
-        if (v <= static_cast<long>(WCHAR_MAX)) {
-            EXPECT_EQ(Advance('?', 14), font.GetCharWidthW(static_cast<wchar_t>(v), true)) << v;
-        }
-    }
+    EXPECT_EQ(Advance('?', 12), latin.GetCharWidthW(static_cast<wchar_t>(-1), true));
     // A copy shares the tables; they outlive the font they were made for.
     auto original = std::make_unique<ULOFont>(NamedFont({L"MS Gothic"}, 14, 7));
     ULOFont copy(*original);
