@@ -89,8 +89,7 @@ std::shared_ptr<TestEngine> LatinEngine() {
 std::shared_ptr<TestEngine> FullEngine() {
     static auto engine = [] {
         std::vector<std::string> files = LatinFiles();
-        files.push_back(IpaexGothic());
-        files.push_back(ArphicGb());
+        files.insert(files.end(), {IpaexGothic(), ArphicGb()});
         return MakeEngine(files);
     }();
     return engine;
