@@ -156,6 +156,14 @@ TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalError) {
         EXPECT_EQ("ulogui/font", error.GetFile());
         EXPECT_FALSE(file.IsOpen());
     }
+    // The process's own file, through the font.
+    EXPECT_EQ(&FontResourceFile::Instance(), &FontResourceFile::Instance());
+    EXPECT_EQ("URF_INIPTH", Origin(ULOFont::SetFontResourceFile(dir.Path())));
+    EXPECT_FALSE(FontResourceFile::Instance().IsOpen());
+    const std::string path = WriteFile(dir, "f.urf", BuildFontResourceFile({Record(L"A")}));
+    ASSERT_TRUE(ULOFont::SetFontResourceFile(ULOPath::FromNative(path)).IsOk());
+    EXPECT_TRUE(FontResourceFile::Instance().IsOpen());
+    ULOFont::SetFontResourceFile(ULOPath());  // leave it closed for other tests
 }
 
 TEST(FontResourceFileInit, MapsTheWholeFileAndReopensOnTheNextInit) {
@@ -220,15 +228,4 @@ TEST(FontResourceFileOpen, EachPlatformStepReportsItsCallNameAndWindowsErrorNumb
         EXPECT_EQ("CreateFile", Origin(error));
     }
 #endif
-}
-
-TEST(FontResourceFileInstance, IsOneObjectForTheProcess) {
-    EXPECT_EQ(&FontResourceFile::Instance(), &FontResourceFile::Instance());
-    TempDir dir;
-    EXPECT_EQ("URF_INIPTH", Origin(ULOFont::SetFontResourceFile(dir.Path())));
-    EXPECT_FALSE(FontResourceFile::Instance().IsOpen());
-    const std::string path = WriteFile(dir, "f.urf", BuildFontResourceFile({Record(L"A")}));
-    ASSERT_TRUE(ULOFont::SetFontResourceFile(ULOPath::FromNative(path)).IsOk());
-    EXPECT_TRUE(FontResourceFile::Instance().IsOpen());
-    ULOFont::SetFontResourceFile(ULOPath());  // leave it closed for other tests
 }

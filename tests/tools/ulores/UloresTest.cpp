@@ -198,8 +198,7 @@ TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
         const Result r = Run("extract " + Path("out.urb") + " " + e.arguments + " -o " + Path("x.png"));
         ASSERT_EQ(r.status, 0) << r.output;
         const Rgba back = ReadPng(Path("x.png"));
-        EXPECT_EQ(back.width, e.pixels.width);
-        EXPECT_EQ(back.height, e.pixels.height);
+        EXPECT_EQ(std::make_pair(back.width, back.height), std::make_pair(e.pixels.width, e.pixels.height));
         EXPECT_EQ(back.pixels, e.pixels.pixels);
     }
 
