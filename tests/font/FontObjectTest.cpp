@@ -287,13 +287,25 @@ TEST_F(FontFromFile, TakesEveryFieldOfTheRecordAndMagnifiesTheHeight) {
         L"FONT 'Courier New' h=19, hext=20, w=700, m=1.500000, 1, 0\n"  // 13 x 1.5, truncated
         L"family 48 pitch 1 italic [Missing,Other,Courier New,] 'Fixed' first 'Missing'",
         Facts(font));
-    EXPECT_EQ(std::make_tuple(700, false, 20),
+    EXPECT_EQ(std::make_tuple(700, false, 20),  // the fields the debug text has, through their getters
               std::make_tuple(font.GetWeight(), font.IgnoresHeightExt(), font.GetHeightExt()));
     EXPECT_EQ(std::make_tuple(0x31, 19),
               std::make_tuple(+engine_->requests.front().pitchAndFamily, engine_->requests.front().height));
+    // Ids without a record get font 0.
+    for (unsigned id : {1u, 4u, 100000u, 0xFFFFFFFEu}) {
+        ULOFont zero(id, 0, 1.0f);
+        EXPECT_EQ(id, zero.GetFontID());
+        EXPECT_EQ(
+            L"FONT 'Tahoma' h=11, hext=0, w=400, m=1.000000, 1, 1\nfamily 32 pitch 2 [Tahoma,] '' first "
+            L"'Tahoma'",
+            Facts(zero))
+            << id;
+    }
 }
 
-TEST_F(FontFromFile, DoubleByteLanguagesTakeTheExtraHeightUnmagnifiedUnlessTheRecordSaysIgnore) {
+// Double-byte languages take the extra height unmagnified unless the record says ignore; wild
+// magnifiers keep the height in range.
+TEST_F(FontFromFile, HeightsOfDoubleByteLanguagesAndWildMagnifiers) {
     ULOFont special(2, 3, 2.0f);
     EXPECT_EQ(20, special.GetFontHeight());
     EXPECT_EQ(20, engine_->requests.front().height);
@@ -306,18 +318,12 @@ TEST_F(FontFromFile, DoubleByteLanguagesTakeTheExtraHeightUnmagnifiedUnlessTheRe
     EXPECT_EQ(Advance('?', 26), ignoring.GetCharWidthW(0x3042, true));
     EXPECT_EQ(L"FONT 'MS Gothic' h=26, hext=20, w=700, m=2.000000, 1, 1\n", ignoring.GetDebugInfo());
     EXPECT_EQ(26, ULOFont(2, 0, 2.0f).GetFontHeight());
-}
-
-TEST_F(FontFromFile, IdsWithoutARecordGetFontZero) {
-    for (unsigned id : {1u, 4u, 100000u, 0xFFFFFFFEu}) {
-        ULOFont font(id, 0, 1.0f);
-        EXPECT_EQ(id, font.GetFontID());
-        EXPECT_EQ(
-            L"FONT 'Tahoma' h=11, hext=0, w=400, m=1.000000, 1, 1\nfamily 32 pitch 2 [Tahoma,] '' first "
-            L"'Tahoma'",
-            Facts(font))
-            << id;
-    }
+    EXPECT_EQ(std::numeric_limits<int>::max(), ULOFont(2, 0, 1e30f).GetFontHeight());
+    EXPECT_EQ(std::numeric_limits<int>::min(), ULOFont(2, 0, -1e30f).GetFontHeight());
+    EXPECT_EQ(0, ULOFont(2, 0, std::nanf("")).GetFontHeight());
+    const ULOFont zero(2, 0, 0.0f);
+    EXPECT_EQ(0, zero.GetFontHeight());
+    EXPECT_EQ(zero.GetCharWidthW(L'A', true), zero.GetCharWidthW(L'A', false));  // no division by zero
 }
 
 TEST_F(FontFromFile, WithoutAFileTheFontIsEmpty) {
@@ -331,13 +337,4 @@ TEST_F(FontFromFile, WithoutAFileTheFontIsEmpty) {
     for (wchar_t c : {L'A', L'?', wchar_t(0x3042)}) {
         EXPECT_EQ(0.0f, font.GetCharWidthW(c, false));
     }
-}
-
-TEST_F(FontFromFile, WildMagnifiersKeepTheHeightInRange) {
-    EXPECT_EQ(std::numeric_limits<int>::max(), ULOFont(2, 0, 1e30f).GetFontHeight());
-    EXPECT_EQ(std::numeric_limits<int>::min(), ULOFont(2, 0, -1e30f).GetFontHeight());
-    EXPECT_EQ(0, ULOFont(2, 0, std::nanf("")).GetFontHeight());
-    const ULOFont zero(2, 0, 0.0f);
-    EXPECT_EQ(0, zero.GetFontHeight());
-    EXPECT_EQ(zero.GetCharWidthW(L'A', true), zero.GetCharWidthW(L'A', false));  // no division by zero
 }

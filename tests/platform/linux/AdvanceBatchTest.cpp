@@ -3,6 +3,8 @@
 // engine's load flags, in a library of the test's own.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <ft2build.h>
 #include FT_DRIVER_H
 #include FT_FREETYPE_H
@@ -39,7 +41,8 @@ struct ThreadCap {
 TEST(FontEngineAdvanceBatches, EveryCjkWidthEqualsThePlainPerGlyphLoad) {
     REQUIRE_CJK_FONTS();
     const std::string file = testfonts::IpaexGothic();
-    const std::pair<uint32_t, uint32_t> ranges[] = {{0x3000, 0x9FFF}, {0xF900, 0xFFEF}, {0, 255}};
+    const std::pair<uint32_t, uint32_t> ranges[] = {
+        {0x4E00, 0x4E7F}, {0x3000, 0x9FFF}, {0xF900, 0xFFEF}, {0, 255}};
     for (const int threads : {0, 1}) {
         ThreadCap cap(threads);
         for (const int height : {-16, -11}) {
@@ -48,7 +51,6 @@ TEST(FontEngineAdvanceBatches, EveryCjkWidthEqualsThePlainPerGlyphLoad) {
             ASSERT_TRUE(font);
             const unsigned ppem = font->GetMetrics().pixelsPerEm;
             SCOPED_TRACE(testing::Message() << "threads cap " << threads << ", ppem " << ppem);
-            EXPECT_EQ(PlainAdvances(file, ppem, 0x4E00, 0x4E7F), testfonts::Advances(*font, 0x4E00, 0x4E7F));
             for (const auto& [first, last] : ranges) {
                 EXPECT_EQ(PlainAdvances(file, ppem, first, last), testfonts::Advances(*font, first, last))
                     << std::hex << first;
@@ -56,9 +58,7 @@ TEST(FontEngineAdvanceBatches, EveryCjkWidthEqualsThePlainPerGlyphLoad) {
             // A second font of the size reads the cache; synthesised bold adds its pixel to each.
             std::vector<int> widened = PlainAdvances(file, ppem, 0x3000, 0x9FFF);
             EXPECT_EQ(widened, testfonts::Advances(*Ipaex(*engine, height), 0x3000, 0x9FFF));
-            for (int32_t& w : widened) {
-                ++w;
-            }
+            std::transform(widened.begin(), widened.end(), widened.begin(), [](int w) { return w + 1; });
             EXPECT_EQ(widened, testfonts::Advances(*Ipaex(*engine, height, 700), 0x3000, 0x9FFF));
         }
     }

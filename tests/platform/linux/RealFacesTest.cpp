@@ -192,8 +192,8 @@ TEST(FontEngineFonts, StylesPickTheMatchingFileOrAreSynthesised) {
     // Liberation Mono has no bold file here: bold is synthesised, one pixel wider per glyph.
     const std::vector<int> regular = Advances(*MakeFont(*engine, L"Liberation Mono", -15), 0x20, 0x7E);
     auto emboldened = MakeFont(*engine, L"Liberation Mono", -15, 0, 700);
-    std::vector<int> widened = regular;
-    std::for_each(widened.begin(), widened.end(), [](int& w) { ++w; });
+    std::vector<int> widened(regular.size());
+    std::transform(regular.begin(), regular.end(), widened.begin(), [](int w) { return w + 1; });
     EXPECT_EQ(widened, Advances(*emboldened, 0x20, 0x7E));
     EXPECT_EQ(700, emboldened->GetMetrics().weight);
 }
