@@ -239,9 +239,7 @@ TEST(ColorSetRecord, WriteFailsAtTheFirstRecordThatDoesNotFit) {
     EXPECT_FALSE(set.Write(nullptr));
 }
 
-// A good stream gives an equal set, applied only when asked. A bad tag stops the read, keeping the
-// earlier records and the reset values; truncated, byte-swapped, empty or missing streams fail too;
-// nothing is applied on failure.
+// A bad tag stops the read keeping the earlier records and the reset values.
 TEST_F(PaletteTest, ReadGivesAnEqualSetOrFailsApplyingNothing) {
     const ULOGUIColorSet written = DistinctSet(20);
     const std::vector<uint8_t> good = Written(written);

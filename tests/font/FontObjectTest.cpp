@@ -303,8 +303,6 @@ TEST_F(FontFromFile, TakesEveryFieldOfTheRecordAndMagnifiesTheHeight) {
     }
 }
 
-// Double-byte languages take the extra height unmagnified unless the record says ignore; wild
-// magnifiers keep the height in range.
 TEST_F(FontFromFile, HeightsOfDoubleByteLanguagesAndWildMagnifiers) {
     ULOFont special(2, 3, 2.0f);
     EXPECT_EQ(20, special.GetFontHeight());

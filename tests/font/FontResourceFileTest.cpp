@@ -82,8 +82,7 @@ TEST(FontRecordParse, ReadsEveryFieldAtItsPosition) {
     EXPECT_EQ(normalised, ulogui::resfile::EncodeFontRecord(r));
 }
 
-// Every cut of a record fails; so do lengths whose byte count overflows and counts beyond the data. A
-// negative alternative count means none.
+// A negative alternative count means none.
 TEST(FontRecordParse, TruncationsAndWildLengthsFailWithoutReadingPastTheEnd) {
     const std::vector<uint8_t> bytes = ulogui::resfile::EncodeFontRecord(Record(L"DejaVu Sans"));
     FontRecord r;
@@ -96,7 +95,10 @@ TEST(FontRecordParse, TruncationsAndWildLengthsFailWithoutReadingPastTheEnd) {
     bare.name.clear();
     const size_t kCount = 4 + 2 * 11 + 13;  // where the alternative count lies
     const std::tuple<size_t, uint32_t, bool> patches[] = {
-        {0, 0xFFFFFFFFu, false}, {kCount, 0x7FFFFFFFu, false}, {kCount, 0x80000000u, true}};
+        {0, 0xFFFFFFFFu, false},       // 2n overflows 32 bits
+        {kCount, 0x7FFFFFFFu, false},  // far beyond the data
+        {kCount, 0x80000000u, true},   // negative: none
+    };
     for (const auto& [at, value, parses] : patches) {
         std::vector<uint8_t> patched = ulogui::resfile::EncodeFontRecord(bare);
         PutU32(patched, at, value);

@@ -216,8 +216,7 @@ TEST(ParallelSectionFailure, ExceptionReachesTheCallerUnchangedAfterTheOtherJobs
                  std::out_of_range);
 }
 
-// Progress counts only completed iterations; an interruptor that throws is reported like a body; an
-// exception crosses nested sections; and the pool stays usable after all of them.
+// Progress counts only completed iterations.
 TEST(ParallelSectionFailure, ProgressInterruptorsNestingAndThePoolAfterwards) {
     PIMProgress progress;
     EXPECT_THROW(RunLoop(

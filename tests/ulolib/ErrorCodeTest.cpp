@@ -22,7 +22,6 @@ boost::exception_ptr Caught(const std::function<void()>& raise) {
     return {};
 }
 
-// Any exception becomes an error; none carries nothing. Result, message, and where it was raised.
 TEST(ErrorCodeTest, ErrorsCarryTheirResultMessageAndLocation) {
     const int line = __LINE__ + 1;
     const auto located = Caught([] { BOOST_THROW_EXCEPTION(std::logic_error("broken")); });

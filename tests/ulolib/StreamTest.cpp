@@ -156,7 +156,6 @@ TEST(ULOStreamTest, ReadArrayHonoursTheCapacityAndRefusesWildCounts) {
     }
 }
 
-// A chunk's length covers its nested chunks; it closes once. Memory is overwritten in place after a seek.
 TEST(ULOStreamTest, WriteChunksSeekingAndOverwritingMemory) {
     ULOMemoryStream chunks, s;
     {
