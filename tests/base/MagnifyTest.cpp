@@ -5,6 +5,7 @@
 #include <climits>
 #include <future>
 #include <thread>
+#include <tuple>
 
 namespace {
 
@@ -38,17 +39,13 @@ TEST_F(MagnifyTest, IntegersRoundHalvesUpwardSaturateAndApplyOnlyWhenTold) {
             int a = c.v, b = c.v, p = c.v, q = c.v, r = c.v, s = c.v;
             ULOPoint point(c.v, c.v);
             ULOSize size(c.v, c.v);
-            if (undo) {
-                magnify::UndoMagnify(a, b, apply);
-                magnify::UndoMagnify(p, q, r, s, apply);
-                magnify::UndoMagnify(point, apply);
-                magnify::UndoMagnify(size, apply);
-            } else {
-                magnify::DoMagnify(a, b, apply);
-                magnify::DoMagnify(p, q, r, s, apply);
-                magnify::DoMagnify(point, apply);
-                magnify::DoMagnify(size, apply);
-            }
+            auto convert = [&](auto&... v) {
+                undo ? magnify::UndoMagnify(v..., apply) : magnify::DoMagnify(v..., apply);
+            };
+            convert(a, b);
+            convert(p, q, r, s);
+            convert(point);
+            convert(size);
             for (int result : {a, b, p, q, r, s, point.x, point.y, size.cx, size.cy}) {
                 EXPECT_EQ(result, !apply ? c.v : undo ? c.unmagnified : c.magnified);
             }
@@ -100,10 +97,9 @@ TEST_F(MagnifyTest, RectangleScalesOriginAndSizeSeparately) {
 }
 
 TEST(MagnifySettingsTest, DefaultsAndTheRetinaFlag) {
-    EXPECT_FALSE(magnify::MagnifyPhysicalDisplay());
-    EXPECT_TRUE(magnify::MagnifyOpenGLDisplay());
-    EXPECT_FALSE(magnify::bPerscreenMagnify);
-    EXPECT_FALSE(magnify::MagnifyRenderOnRetinaScreens());
+    EXPECT_EQ(std::make_tuple(false, true, false, false),
+              std::make_tuple(magnify::MagnifyPhysicalDisplay(), magnify::MagnifyOpenGLDisplay(),
+                              magnify::bPerscreenMagnify, magnify::MagnifyRenderOnRetinaScreens()));
     magnify::bFineRenderOnRetinaScreens = true;
     EXPECT_TRUE(magnify::MagnifyRenderOnRetinaScreens());
     magnify::bFineRenderOnRetinaScreens = false;

@@ -13,6 +13,36 @@ namespace testfonts {
 namespace platform = ulogui::platform;
 using AdvanceFunction = std::function<int32_t(const platform::FontRequest&, uint32_t)>;
 
+// A font of the given advances and metrics, without outlines or kerning.
+class FakeFont : public platform::PlatformFont {
+public:
+    FakeFont(const platform::FontRequest& request, AdvanceFunction advance)
+        : request_(request), advance_(std::move(advance)) {}
+    ULOString GetFaceName() const override { return request_.faceName; }
+    const platform::FontRequest& GetRequest() const override { return request_; }
+    platform::FontMetrics GetMetrics() const override { return metrics; }
+    void GetCharAdvances(uint32_t first, uint32_t last, int32_t* widths) const override {
+        for (uint32_t c = first; c <= last; ++c) {
+            widths[c - first] = advance_(request_, c);
+        }
+    }
+    std::vector<platform::KerningPair> GetKerningPairs() const override { return {}; }
+    bool GetGlyphOutline(uint32_t, platform::GlyphOutline& out) const override {
+        out.Clear();
+        return false;
+    }
+    bool GetGlyphMetrics(uint32_t, platform::GlyphMetrics& out) const override {
+        out = {};
+        return false;
+    }
+
+    platform::FontMetrics metrics;
+
+private:
+    platform::FontRequest request_;
+    AdvanceFunction advance_;
+};
+
 class FakeFontEngine : public platform::FontEngine {
 public:
     explicit FakeFontEngine(std::vector<platform::FaceInfo> faces) : faces_(std::move(faces)) {}
@@ -28,7 +58,7 @@ public:
     }
     std::shared_ptr<platform::PlatformFont> CreateFontObject(const platform::FontRequest& request) override {
         requests.push_back(request);
-        return refuse(request) ? nullptr : std::make_shared<Font>(request, advance);
+        return refuse(request) ? nullptr : std::make_shared<FakeFont>(request, advance);
     }
 
     // The advance every font gives code point c: by default c % 7 + |height| (so sizes differ),
@@ -46,33 +76,6 @@ public:
     int enumerations = 0;
 
 private:
-    class Font : public platform::PlatformFont {
-    public:
-        Font(const platform::FontRequest& request, AdvanceFunction advance)
-            : request_(request), advance_(std::move(advance)) {}
-        ULOString GetFaceName() const override { return request_.faceName; }
-        const platform::FontRequest& GetRequest() const override { return request_; }
-        platform::FontMetrics GetMetrics() const override { return {}; }
-        void GetCharAdvances(uint32_t first, uint32_t last, int32_t* widths) const override {
-            for (uint32_t c = first; c <= last; ++c) {
-                widths[c - first] = advance_(request_, c);
-            }
-        }
-        std::vector<platform::KerningPair> GetKerningPairs() const override { return {}; }
-        bool GetGlyphOutline(uint32_t, platform::GlyphOutline& out) const override {
-            out.Clear();
-            return false;
-        }
-        bool GetGlyphMetrics(uint32_t, platform::GlyphMetrics& out) const override {
-            out = {};
-            return false;
-        }
-
-    private:
-        platform::FontRequest request_;
-        AdvanceFunction advance_;
-    };
-
     std::vector<platform::FaceInfo> faces_;
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 // Font resource files for the tests: files written into a test's own folder, and a record as one
 // line of text, so that a whole record is checked by one comparison with a readable difference.
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -11,10 +10,7 @@
 namespace testfonts {
 
 inline std::string WriteFile(const TempDir& dir, const std::string& name, const std::vector<uint8_t>& bytes) {
-    const std::string path = dir.Path().native() + "/" + name;
-    std::ofstream(path, std::ios::binary | std::ios::trunc)
-        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    return path;
+    return dir.Write(name, std::string(bytes.begin(), bytes.end()));
 }
 
 // "face height weight flags family pitch [alternatives] 'name' ignoreHeightExt heightExt", the

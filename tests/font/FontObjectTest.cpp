@@ -1,5 +1,5 @@
-// ULOFont on a scripted engine: construction, the platform fonts and their variants, the width
-// caches, selection, and fonts from the font resource file.
+// ULOFont on a scripted engine: the choice of face, construction, the platform fonts and their variants,
+// the width caches, selection, and fonts from the font resource file.
 #include <gtest/gtest.h>
 
 #include <cwchar>
@@ -26,8 +26,10 @@ protected:
 
     std::shared_ptr<testfonts::FakeFontEngine> engine_ =
         std::make_shared<testfonts::FakeFontEngine>(std::vector<FaceInfo>{
-            Face(L"Tahoma", 0, 0x22), Face(L"Courier New", 0, 0x31), Face(L"MS Gothic", 128, 0x31),
-            Face(L"MS PGothic", 128, 0x22), Face(L"SimSun", 134, 0x22)});
+            Face(L"Arial", 0, 0x22), Face(L"Tahoma", 0, 0x22), Face(L"Courier New", 0, 0x31),
+            Face(L"MS Gothic", 128, 0x31), Face(L"MS PGothic", 128, 0x22), Face(L"Verdana", 0, 0x22),
+            Face(L"Tahoma", 0, 0x22),  // a face may be reported more than once
+            Face(L"SimSun", 134, 0x22)});
     testfonts::ScopedEngine scoped_{engine_};
 };
 
@@ -48,6 +50,66 @@ std::wstring Facts(const ULOFont& f) {
 }
 
 }  // namespace
+
+TEST_F(FontObject, WantedFacesFirstInTheirOrderThenTheSamePitchFamilyAndCharSet) {
+    struct Case {
+        std::vector<ULOString> wanted;
+        unsigned long charSet, pitchAndFamily;
+        bool found;
+        const wchar_t* chosen;
+        int enumerations;
+    };
+    const Case cases[] = {
+        // First pass: the wanted faces that exist, ordered by the wanted list, whatever their pitch.
+        {{L"Tahoma", L"Arial"}, 0, 0x22, true, L"Tahoma", 1},
+        {{L"Missing", L"Verdana", L"Arial"}, 0, 0x22, true, L"Verdana", 1},  // enumerated Arial first
+        {{L"Missing", L"Tahoma"}, 0, 0x22, true, L"Tahoma", 1},              // reported twice
+        {{L"Missing", L"Courier New"}, 0, 0x22, true, L"Courier New", 1},
+        // Second pass: the first face of the same pitch and family and character set, in enumeration
+        // order (no reordering by the wanted list); only the low bytes of both arguments count.
+        {{L"Missing"}, 0, 0x31, true, L"Courier New", 2},
+        {{L"Missing"}, 128, 0x22, true, L"MS PGothic", 2},
+        {{L"Missing", L"Other"}, 0, 0x22, true, L"Arial", 2},
+        {{L"Missing"}, 0x100 | 128, 0x100 | 0x31, true, L"MS Gothic", 2},
+        {{}, 0, 0x31, true, L"Courier New", 2},
+        // Nothing found: the first wanted name is left to the platform.
+        {{L"Missing", L"Other"}, 0, 0x77, false, L"Missing", 2},
+        {{L"MS Gothic"}, 0, 0x52, false, L"MS Gothic", 2},          // not in this character set
+        {{L"arial", L"COURIER NEW"}, 0, 0x77, false, L"arial", 2},  // names compare exactly
+        {{}, 0, 0x77, false, L"", 2},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "case " << &c - cases);
+        engine_->enumerations = 0;
+        std::vector<ULOString> wanted = c.wanted;
+        bool found = !c.found;
+        ULOString chosen = L"stale";
+        HFONT font = ULOFont::CreateWindowsFont(nullptr, 16, 0, 0, 0, 400, 0, 0, 0, c.charSet, 4, 0, 0,
+                                                c.pitchAndFamily, wanted, found, chosen);
+        EXPECT_EQ(c.found, found);
+        EXPECT_EQ(c.chosen, chosen);
+        EXPECT_EQ(c.enumerations, engine_->enumerations);
+        EXPECT_EQ(c.chosen, engine_->requests.back().faceName);
+        EXPECT_EQ(c.wanted, wanted);  // the caller's list is left as it was
+        DeleteFontHandle(font);
+    }
+}
+
+TEST_F(FontObject, TheRequestCarriesEveryArgument) {
+    std::vector<ULOString> wanted = {L"MS Gothic"};
+    bool found = false;
+    ULOString chosen;
+    HFONT font = ULOFont::CreateWindowsFont(nullptr, -13, 5, 6, 7, 700, 2, 0, 1, 0x180, 4, 2, 3, 0x31, wanted,
+                                            found, chosen);
+    const FontRequest& r = engine_->requests.back();
+    EXPECT_EQ(std::make_tuple(-13, 5, 6, 7, 700, true, false, true),
+              std::make_tuple(r.height, r.width, r.escapement, r.orientation, r.weight, r.italic, r.underline,
+                              r.strikeOut));
+    EXPECT_EQ(std::make_tuple(128, 4, 2, 3, 0x31),
+              std::make_tuple(+r.charSet, +r.outPrecision, +r.clipPrecision, +r.quality, +r.pitchAndFamily));
+    EXPECT_EQ(L"MS Gothic", ResolveFont(font)->GetFaceName());
+    DeleteFontHandle(font);
+}
 
 TEST_F(FontObject, AFontFromFaceNamesKeepsItsHeightAndDefaults) {
     ULOFont font({L"Missing", L"Tahoma"}, 16, 0, 2.0f, false, false, true);
@@ -78,35 +140,21 @@ TEST_F(FontObject, TheLanguageChoosesTheCharacterSet) {
     }
 }
 
-TEST_F(FontObject, WidthCachesHoldTheEngineAdvancesWithControlCharactersAtZero) {
-    ULOFont font = NamedFont({L"Tahoma"}, 12, 0, 2.0f);
-    for (uint32_t c = 0; c < 256; ++c) {
-        const float expected = c < 32 ? 0.0f : Advance(c, 12);
-        ASSERT_EQ(expected, font.GetCharWidthW(static_cast<wchar_t>(c), true)) << c;
-        ASSERT_EQ(expected / 2.0f, font.GetCharWidthW(static_cast<wchar_t>(c), false)) << c;
+// Fonts cache U+0000..U+00FF (control characters 0); double-byte languages also the ideographs
+// U+3000..U+9FFF and the compatibility forms U+F900..U+FFEF. Every other character measures as "?".
+TEST_F(FontObject, WidthCachesHoldTheEngineAdvances) {
+    ULOFont latin = NamedFont({L"Tahoma"}, 12, 0, 2.0f), gothic = NamedFont({L"MS Gothic"}, 14, 3);
+    ASSERT_TRUE(gothic.HasUnicodeExtraWidths());
+    for (uint32_t c = 0; c <= 0x10000 && static_cast<long>(c) <= static_cast<long>(WCHAR_MAX); ++c) {
+        const bool extra = (c >= 0x3000 && c < 0xA000) || (c >= 0xF900 && c < 0xFFF0);
+        const float l = c < 32 ? 0.0f : Advance(c < 256 ? c : '?', 12);
+        ASSERT_EQ(l, latin.GetCharWidthW(static_cast<wchar_t>(c), true)) << c;
+        ASSERT_EQ(l / 2.0f, latin.GetCharWidthW(static_cast<wchar_t>(c), false)) << c;
+        ASSERT_EQ(c < 32 ? 0.0f : Advance(c < 256 || extra ? c : '?', 14),
+                  gothic.GetCharWidthW(static_cast<wchar_t>(c), true))
+            << c;
     }
-    // Without the extra tables every other character measures as "?".
-    for (long v : {0x100L, 0x3000L, 0x4E00L, 0xF900L, 0xFFEFL, 0x10000L, -1L}) {
-        if (v <= static_cast<long>(WCHAR_MAX)) {  // 0x10000 is no wchar_t on Windows
-            EXPECT_EQ(Advance('?', 12), font.GetCharWidthW(static_cast<wchar_t>(v), true)) << v;
-        }
-    }
-}
-
-TEST_F(FontObject, DoubleByteLanguagesCacheTheIdeographicAndCompatibilityRanges) {
-    ULOFont font = NamedFont({L"MS Gothic"}, 14, 3);
-    ASSERT_TRUE(font.HasUnicodeExtraWidths());
-    for (uint32_t c = 0x3000; c < 0xA000; c += 97) {
-        ASSERT_EQ(Advance(c, 14), font.GetCharWidthW(static_cast<wchar_t>(c), true)) << c;
-    }
-    for (wchar_t c : {0x9FFF, 0xF900, 0xFFEF}) {
-        EXPECT_EQ(Advance(c, 14), font.GetCharWidthW(c, true)) << c;
-    }
-    for (long v : {0x100L, 0x2FFFL, 0xA000L, 0xF8FFL, 0xFFF0L, 0xFFFFL, 0x10000L}) {
-        if (v <= static_cast<long>(WCHAR_MAX)) {
-            EXPECT_EQ(Advance('?', 14), font.GetCharWidthW(static_cast<wchar_t>(v), true)) << v;
-        }
-    }
+    EXPECT_EQ(Advance('?', 12), latin.GetCharWidthW(static_cast<wchar_t>(-1), true));
     // A copy shares the tables; they outlive the font they were made for.
     auto original = std::make_unique<ULOFont>(NamedFont({L"MS Gothic"}, 14, 7));
     ULOFont copy(*original);
@@ -239,13 +287,23 @@ TEST_F(FontFromFile, TakesEveryFieldOfTheRecordAndMagnifiesTheHeight) {
         L"FONT 'Courier New' h=19, hext=20, w=700, m=1.500000, 1, 0\n"  // 13 x 1.5, truncated
         L"family 48 pitch 1 italic [Missing,Other,Courier New,] 'Fixed' first 'Missing'",
         Facts(font));
-    EXPECT_EQ(std::make_tuple(700, false, 20),
+    EXPECT_EQ(std::make_tuple(700, false, 20),  // the fields the debug text has, through their getters
               std::make_tuple(font.GetWeight(), font.IgnoresHeightExt(), font.GetHeightExt()));
     EXPECT_EQ(std::make_tuple(0x31, 19),
               std::make_tuple(+engine_->requests.front().pitchAndFamily, engine_->requests.front().height));
+    // Ids without a record get font 0.
+    for (unsigned id : {1u, 4u, 100000u, 0xFFFFFFFEu}) {
+        ULOFont zero(id, 0, 1.0f);
+        EXPECT_EQ(id, zero.GetFontID());
+        EXPECT_EQ(
+            L"FONT 'Tahoma' h=11, hext=0, w=400, m=1.000000, 1, 1\nfamily 32 pitch 2 [Tahoma,] '' first "
+            L"'Tahoma'",
+            Facts(zero))
+            << id;
+    }
 }
 
-TEST_F(FontFromFile, DoubleByteLanguagesTakeTheExtraHeightUnmagnifiedUnlessTheRecordSaysIgnore) {
+TEST_F(FontFromFile, HeightsOfDoubleByteLanguagesAndWildMagnifiers) {
     ULOFont special(2, 3, 2.0f);
     EXPECT_EQ(20, special.GetFontHeight());
     EXPECT_EQ(20, engine_->requests.front().height);
@@ -258,18 +316,12 @@ TEST_F(FontFromFile, DoubleByteLanguagesTakeTheExtraHeightUnmagnifiedUnlessTheRe
     EXPECT_EQ(Advance('?', 26), ignoring.GetCharWidthW(0x3042, true));
     EXPECT_EQ(L"FONT 'MS Gothic' h=26, hext=20, w=700, m=2.000000, 1, 1\n", ignoring.GetDebugInfo());
     EXPECT_EQ(26, ULOFont(2, 0, 2.0f).GetFontHeight());
-}
-
-TEST_F(FontFromFile, IdsWithoutARecordGetFontZero) {
-    for (unsigned id : {1u, 4u, 100000u, 0xFFFFFFFEu}) {
-        ULOFont font(id, 0, 1.0f);
-        EXPECT_EQ(id, font.GetFontID());
-        EXPECT_EQ(
-            L"FONT 'Tahoma' h=11, hext=0, w=400, m=1.000000, 1, 1\nfamily 32 pitch 2 [Tahoma,] '' first "
-            L"'Tahoma'",
-            Facts(font))
-            << id;
-    }
+    EXPECT_EQ(std::numeric_limits<int>::max(), ULOFont(2, 0, 1e30f).GetFontHeight());
+    EXPECT_EQ(std::numeric_limits<int>::min(), ULOFont(2, 0, -1e30f).GetFontHeight());
+    EXPECT_EQ(0, ULOFont(2, 0, std::nanf("")).GetFontHeight());
+    const ULOFont zero(2, 0, 0.0f);
+    EXPECT_EQ(0, zero.GetFontHeight());
+    EXPECT_EQ(zero.GetCharWidthW(L'A', true), zero.GetCharWidthW(L'A', false));  // no division by zero
 }
 
 TEST_F(FontFromFile, WithoutAFileTheFontIsEmpty) {
@@ -283,13 +335,4 @@ TEST_F(FontFromFile, WithoutAFileTheFontIsEmpty) {
     for (wchar_t c : {L'A', L'?', wchar_t(0x3042)}) {
         EXPECT_EQ(0.0f, font.GetCharWidthW(c, false));
     }
-}
-
-TEST_F(FontFromFile, WildMagnifiersKeepTheHeightInRange) {
-    EXPECT_EQ(std::numeric_limits<int>::max(), ULOFont(2, 0, 1e30f).GetFontHeight());
-    EXPECT_EQ(std::numeric_limits<int>::min(), ULOFont(2, 0, -1e30f).GetFontHeight());
-    EXPECT_EQ(0, ULOFont(2, 0, std::nanf("")).GetFontHeight());
-    const ULOFont zero(2, 0, 0.0f);
-    EXPECT_EQ(0, zero.GetFontHeight());
-    EXPECT_EQ(zero.GetCharWidthW(L'A', true), zero.GetCharWidthW(L'A', false));  // no division by zero
 }

@@ -82,31 +82,29 @@ TEST(FontRecordParse, ReadsEveryFieldAtItsPosition) {
     EXPECT_EQ(normalised, ulogui::resfile::EncodeFontRecord(r));
 }
 
-TEST(FontRecordParse, NegativeAlternativeCountsMeanNone) {
-    FontRecord source = Record(L"DejaVu Sans");
-    source.alternativeFaces.clear();
-    source.name.clear();
-    std::vector<uint8_t> bytes = ulogui::resfile::EncodeFontRecord(source);
-    PutU32(bytes, 4 + 2 * 11 + 13, 0x80000000u);  // k < 0
-    FontRecord r;
-    ASSERT_TRUE(ParseFontRecord(bytes.data(), bytes.size(), r));
-    EXPECT_EQ(L"DejaVu Sans 12 700 i-s 16 2 [] '' 0 20", testfonts::Describe(r));
-}
-
+// A negative alternative count means none.
 TEST(FontRecordParse, TruncationsAndWildLengthsFailWithoutReadingPastTheEnd) {
     const std::vector<uint8_t> bytes = ulogui::resfile::EncodeFontRecord(Record(L"DejaVu Sans"));
     FontRecord r;
-    ASSERT_TRUE(ParseFontRecord(bytes.data(), bytes.size(), r));
     for (size_t cut = 0; cut < bytes.size(); ++cut) {
         std::vector<uint8_t> prefix(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut));
         EXPECT_FALSE(ParseFontRecord(prefix.data(), prefix.size(), r)) << "cut at " << cut;
     }
-    std::vector<uint8_t> wild = ulogui::resfile::EncodeFontRecord(Record(L"X"));
-    PutU32(wild, 0, 0xFFFFFFFFu);  // 2n overflows 32 bits
-    EXPECT_FALSE(ParseFontRecord(wild.data(), wild.size(), r));
-    wild = ulogui::resfile::EncodeFontRecord(Record(L"X"));
-    PutU32(wild, 4 + 2 + 13, 0x7FFFFFFF);  // alternative count
-    EXPECT_FALSE(ParseFontRecord(wild.data(), wild.size(), r));
+    FontRecord bare = Record(L"DejaVu Sans");
+    bare.alternativeFaces.clear();
+    bare.name.clear();
+    const size_t kCount = 4 + 2 * 11 + 13;  // where the alternative count lies
+    const std::tuple<size_t, uint32_t, bool> patches[] = {
+        {0, 0xFFFFFFFFu, false},       // 2n overflows 32 bits
+        {kCount, 0x7FFFFFFFu, false},  // far beyond the data
+        {kCount, 0x80000000u, true},   // negative: none
+    };
+    for (const auto& [at, value, parses] : patches) {
+        std::vector<uint8_t> patched = ulogui::resfile::EncodeFontRecord(bare);
+        PutU32(patched, at, value);
+        EXPECT_EQ(parses, ParseFontRecord(patched.data(), patched.size(), r)) << at << " " << value;
+    }
+    EXPECT_EQ(L"DejaVu Sans 12 700 i-s 16 2 [] '' 0 20", testfonts::Describe(r));
     EXPECT_FALSE(ParseFontRecord(nullptr, 0, r));
 }
 
@@ -160,6 +158,14 @@ TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalError) {
         EXPECT_EQ("ulogui/font", error.GetFile());
         EXPECT_FALSE(file.IsOpen());
     }
+    // The process's own file, through the font.
+    EXPECT_EQ(&FontResourceFile::Instance(), &FontResourceFile::Instance());
+    EXPECT_EQ("URF_INIPTH", Origin(ULOFont::SetFontResourceFile(dir.Path())));
+    EXPECT_FALSE(FontResourceFile::Instance().IsOpen());
+    const std::string path = WriteFile(dir, "f.urf", BuildFontResourceFile({Record(L"A")}));
+    ASSERT_TRUE(ULOFont::SetFontResourceFile(ULOPath::FromNative(path)).IsOk());
+    EXPECT_TRUE(FontResourceFile::Instance().IsOpen());
+    ULOFont::SetFontResourceFile(ULOPath());  // leave it closed for other tests
 }
 
 TEST(FontResourceFileInit, MapsTheWholeFileAndReopensOnTheNextInit) {
@@ -224,15 +230,4 @@ TEST(FontResourceFileOpen, EachPlatformStepReportsItsCallNameAndWindowsErrorNumb
         EXPECT_EQ("CreateFile", Origin(error));
     }
 #endif
-}
-
-TEST(FontResourceFileInstance, IsOneObjectForTheProcess) {
-    EXPECT_EQ(&FontResourceFile::Instance(), &FontResourceFile::Instance());
-    TempDir dir;
-    EXPECT_EQ("URF_INIPTH", Origin(ULOFont::SetFontResourceFile(dir.Path())));
-    EXPECT_FALSE(FontResourceFile::Instance().IsOpen());
-    const std::string path = WriteFile(dir, "f.urf", BuildFontResourceFile({Record(L"A")}));
-    ASSERT_TRUE(ULOFont::SetFontResourceFile(ULOPath::FromNative(path)).IsOk());
-    EXPECT_TRUE(FontResourceFile::Instance().IsOpen());
-    ULOFont::SetFontResourceFile(ULOPath());  // leave it closed for other tests
 }

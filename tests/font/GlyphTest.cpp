@@ -2,12 +2,10 @@
 // and the input they must survive.
 #include <gtest/gtest.h>
 
-#include <cwchar>
-
-#include <vector>
-
 #include <algorithm>
 #include <climits>
+#include <cwchar>
+#include <vector>
 
 #include "font/GlyphFonts.h"
 #include "font/TestFonts.h"

@@ -63,6 +63,24 @@ std::wstring FamilyOf(const std::string& file) {
     return {};
 }
 
+std::shared_ptr<ulogui::platform::PlatformFont> MakeFont(ulogui::platform::FontEngine& engine,
+                                                         const wchar_t* face, int32_t height, uint8_t charSet,
+                                                         int32_t weight) {
+    ulogui::platform::FontRequest r;
+    r.faceName = face;
+    r.height = height;
+    r.charSet = charSet;
+    r.weight = weight;
+    r.pitchAndFamily = 0x22;
+    return engine.CreateFontObject(r);
+}
+
+std::vector<int> Advances(const ulogui::platform::PlatformFont& font, uint32_t first, uint32_t last) {
+    std::vector<int32_t> w(last - first + 1, -7);  // -7: not written
+    font.GetCharAdvances(first, last, w.data());
+    return std::vector<int>(w.begin(), w.end());
+}
+
 std::shared_ptr<TestEngine> LatinEngine() {
     static auto engine = MakeEngine(LatinFiles());
     return engine;
@@ -71,8 +89,7 @@ std::shared_ptr<TestEngine> LatinEngine() {
 std::shared_ptr<TestEngine> FullEngine() {
     static auto engine = [] {
         std::vector<std::string> files = LatinFiles();
-        files.push_back(IpaexGothic());
-        files.push_back(ArphicGb());
+        files.insert(files.end(), {IpaexGothic(), ArphicGb()});
         return MakeEngine(files);
     }();
     return engine;

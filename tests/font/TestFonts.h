@@ -46,8 +46,12 @@ std::string MissingLatinFile();
     if (const std::string missing = testfonts::MissingLatinFile(); !missing.empty()) {                  \
         GTEST_SKIP() << missing << " missing (fonts-dejavu-core, fonts-liberation: scripts/bootstrap)"; \
     }
-// Whether the Japanese and Chinese faces are installed.
+// Whether the Japanese and Chinese faces are installed; skips a test that needs them when not.
 bool HaveCjkFonts();
+#define REQUIRE_CJK_FONTS()                                                                           \
+    if (!testfonts::HaveCjkFonts()) {                                                                 \
+        GTEST_SKIP() << "fonts-ipaexfont-gothic / fonts-arphic-gbsn00lp missing (scripts/bootstrap)"; \
+    }
 // The family name of a test font file ("DejaVu Sans" for DejaVuSans-Bold.ttf).
 std::wstring FamilyOf(const std::string& file);
 
@@ -56,6 +60,12 @@ std::shared_ptr<TestEngine> MakeEngine(const std::vector<std::string>& files);
 // Shared engines (made once per process): Latin faces only, and Latin plus the two CJK faces.
 std::shared_ptr<TestEngine> LatinEngine();
 std::shared_ptr<TestEngine> FullEngine();
+
+// A font of engine by face name and height (pitch and family 0x22), and its advances first..last.
+std::shared_ptr<ulogui::platform::PlatformFont> MakeFont(ulogui::platform::FontEngine& engine,
+                                                         const wchar_t* face, int32_t height,
+                                                         uint8_t charSet = 0, int32_t weight = 400);
+std::vector<int> Advances(const ulogui::platform::PlatformFont& font, uint32_t first, uint32_t last);
 
 // Installs an engine as the process-wide one for the life of the object.
 class ScopedEngine {

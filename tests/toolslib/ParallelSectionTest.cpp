@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <mutex>
 #include <set>
 #include <stdexcept>
@@ -25,14 +26,11 @@ struct RunCounts {
     std::vector<std::atomic<int>> hits;
 };
 
-// Answers "not interrupted" to the first `answersBeforeStop` questions and "interrupted" to the rest.
-class CountdownInterruptor : public ULOInterruptor {
-public:
-    explicit CountdownInterruptor(int answersBeforeStop) : remaining_(answersBeforeStop) {}
-    bool IsInterrupted() const override { return remaining_.fetch_sub(1) <= 0; }
-
-private:
-    mutable std::atomic<int> remaining_;
+// Answers whatever the function says.
+struct AskingInterruptor : ULOInterruptor {
+    explicit AskingInterruptor(std::function<bool()> answer) : answer_(std::move(answer)) {}
+    bool IsInterrupted() const override { return answer_(); }
+    std::function<bool()> answer_;
 };
 
 const ULONullInterruptor never{};
@@ -154,7 +152,8 @@ TEST(ParallelLoopInterruption, ExactlyTheIterationsAnsweredBeforeTheStopRun) {
     for (auto [threads, allowed] : {std::pair(1, 137), {2, 137}, {4, 137}, {4, 0}, {1, kCount}}) {
         SCOPED_TRACE(testing::Message() << "threads " << threads << " allowed " << allowed);
         RunCounts counts(kCount);
-        CountdownInterruptor interruptor(allowed);
+        std::atomic<int> remaining{allowed};  // "not interrupted" to the first `allowed` questions
+        AskingInterruptor interruptor([&] { return remaining.fetch_sub(1) <= 0; });
         PIMProgress progress;
         InterruptibleProgressingLoopIter iter(kCount, interruptor, &progress);
         ParallelSection section(iter, [&](int i) { counts.Hit(i); });
@@ -171,18 +170,14 @@ TEST(ParallelLoopInterruption, ExactlyTheIterationsAnsweredBeforeTheStopRun) {
 
 TEST(ParallelLoopInterruption, InterruptionRaisedByTheBodyStopsTheLoopSoon) {
     // At most the iterations already handed out to the other threads may still run.
-    class FlagInterruptor : public ULOInterruptor {
-    public:
-        bool IsInterrupted() const override { return flag.load(); }
-        std::atomic<bool> flag{false};
-    };
     constexpr int kThreads = 4, kStopAfter = 50;
-    FlagInterruptor interruptor;
+    std::atomic<bool> flag{false};
+    AskingInterruptor interruptor([&] { return flag.load(); });
     std::atomic<int> runs{0};
     InterruptibleProgressingLoopIter iter(100000, interruptor, nullptr);
     ParallelSection section(iter, [&](int) {
         if (++runs == kStopAfter) {
-            interruptor.flag = true;
+            flag = true;
         }
     });
     RunParallelSection(section, kThreads);
@@ -221,8 +216,7 @@ TEST(ParallelSectionFailure, ExceptionReachesTheCallerUnchangedAfterTheOtherJobs
                  std::out_of_range);
 }
 
-// Progress counts only completed iterations; an interruptor that throws is reported like a body; an
-// exception crosses nested sections; and the pool stays usable after all of them.
+// Progress counts only completed iterations.
 TEST(ParallelSectionFailure, ProgressInterruptorsNestingAndThePoolAfterwards) {
     PIMProgress progress;
     EXPECT_THROW(RunLoop(
@@ -230,10 +224,7 @@ TEST(ParallelSectionFailure, ProgressInterruptorsNestingAndThePoolAfterwards) {
                  std::logic_error);
     EXPECT_EQ(progress.GetPosition(), 3);
 
-    class BrokenInterruptor : public ULOInterruptor {
-    public:
-        bool IsInterrupted() const override { throw std::runtime_error("interruptor broke"); }
-    } broken;
+    AskingInterruptor broken([]() -> bool { throw std::runtime_error("interruptor broke"); });
     InterruptibleProgressingLoopIter iter(100, broken, nullptr);
     ParallelSection section(iter, [](int) {});
     EXPECT_THROW(RunParallelSection(section, 3), std::runtime_error);

@@ -2,6 +2,7 @@
 
 #include <boost/throw_exception.hpp>
 #include <cerrno>
+#include <functional>
 #include <stdexcept>
 
 #include "ulolib/ErrorCode.h"
@@ -12,47 +13,36 @@ using ulo::ErrorCode;
 using ulo::exception::InternalError;
 using ulo::exception::SystemError;
 
-TEST(ErrorCodeTest, NoErrorCarriesNothing) {
-    for (const ErrorCode& ok : {ErrorCode::noError(), ErrorCode(boost::exception_ptr())}) {
-        EXPECT_FALSE(ok.IsError());
-        EXPECT_EQ(ok.GetResultCode(), 0u);
-        EXPECT_TRUE(ok.GetMessage().empty());
-        EXPECT_NO_THROW(ok.Rethrow());
+boost::exception_ptr Caught(const std::function<void()>& raise) {
+    try {
+        raise();
+    } catch (...) {
+        return boost::current_exception();
     }
+    return {};
 }
 
-TEST(ErrorCodeTest, InternalErrorKeepsItsCodeTypeAndLocation) {
-    const ErrorCode e(ULO_AT(InternalError("URB_INIPTH"), "Init()", "ulogui/picture", 185));
-    EXPECT_TRUE(e.IsError());
-    EXPECT_EQ(e.GetMessage(), L"URB_INIPTH");
-    EXPECT_EQ(e.GetResultCode(), ulo::exception::kResultUnexpected);
-    EXPECT_EQ(e.GetFunction() + " " + e.GetFile() + " " + std::to_string(e.GetLine()),
-              "Init() ulogui/picture 185");
-    EXPECT_THROW(e.Rethrow(), InternalError);
-}
-
-TEST(ErrorCodeTest, AnyExceptionBecomesAnError) {
-    const ErrorCode fromStd(std::runtime_error("disk on fire"));
-    EXPECT_EQ(fromStd.GetResultCode(), ulo::exception::kResultFail);
-    EXPECT_EQ(fromStd.GetMessage(), L"disk on fire");
-    EXPECT_EQ(fromStd.GetLine(), 0);
-
-    boost::exception_ptr thrown, unknown;
-    try {
-        BOOST_THROW_EXCEPTION(std::logic_error("broken"));  // with a location
-    } catch (...) {
-        thrown = boost::current_exception();
+TEST(ErrorCodeTest, ErrorsCarryTheirResultMessageAndLocation) {
+    const int line = __LINE__ + 1;
+    const auto located = Caught([] { BOOST_THROW_EXCEPTION(std::logic_error("broken")); });
+    const std::tuple<ErrorCode, uint32_t, std::wstring, std::string> cases[] = {
+        {ErrorCode::noError(), 0, L"", ":0"},
+        {ErrorCode(boost::exception_ptr()), 0, L"", ":0"},
+        {ErrorCode(ULO_AT(InternalError("URB_INIPTH"), "Init()", "ulogui/picture", 185)),
+         ulo::exception::kResultUnexpected, L"URB_INIPTH", "ulogui/picture:185"},
+        {ErrorCode(std::runtime_error("disk on fire")), ulo::exception::kResultFail, L"disk on fire", ":0"},
+        {ErrorCode(located), ulo::exception::kResultFail, L"broken", __FILE__ ":" + std::to_string(line)},
+        {ErrorCode(Caught([] { throw 42; })), ulo::exception::kResultFail, L"unknown error", ":0"},
+    };
+    for (const auto& [error, result, message, where] : cases) {
+        EXPECT_EQ(error.IsError(), result != 0) << where;
+        EXPECT_EQ(std::make_tuple(error.GetResultCode(), error.GetMessage(),
+                                  error.GetFile() + ":" + std::to_string(error.GetLine())),
+                  std::make_tuple(result, ULOString(message), where));
     }
-    try {
-        throw 42;
-    } catch (...) {
-        unknown = boost::current_exception();
-    }
-    EXPECT_EQ(ErrorCode(thrown).GetMessage(), L"broken");
-    EXPECT_EQ(ErrorCode(thrown).GetFile(), __FILE__);
-    EXPECT_GT(ErrorCode(thrown).GetLine(), 0);
-    EXPECT_EQ(ErrorCode(unknown).GetResultCode(), ulo::exception::kResultFail);
-    EXPECT_EQ(ErrorCode(unknown).GetMessage(), L"unknown error");
+    EXPECT_NO_THROW(ErrorCode::noError().Rethrow());
+    EXPECT_EQ(std::get<0>(cases[2]).GetFunction(), "Init()");
+    EXPECT_THROW(std::get<0>(cases[2]).Rethrow(), InternalError);
 }
 
 TEST(ErrorCodeTest, SystemErrorCarriesTheWindowsCodeAndTheCall) {

@@ -156,21 +156,17 @@ TEST(ULOStreamTest, ReadArrayHonoursTheCapacityAndRefusesWildCounts) {
     }
 }
 
-TEST(ULOStreamTest, WriteChunkLengthCoversNestedChunksAndClosesOnce) {
-    ULOMemoryStream s;
+TEST(ULOStreamTest, WriteChunksSeekingAndOverwritingMemory) {
+    ULOMemoryStream chunks, s;
     {
-        ULOWriteChunk a(&s, 1), b(&s, 2), c(&s, 3);
-        s.WriteByte(9);
+        ULOWriteChunk a(&chunks, 1), b(&chunks, 2), c(&chunks, 3);
+        chunks.WriteByte(9);
         EXPECT_TRUE(c.Close());
         EXPECT_FALSE(c.Close());
     }
-    EXPECT_EQ(s.GetBuffer(), (Bytes{0, 1, 0, 0, 0, 13, 0, 2, 0, 0, 0, 7, 0, 3, 0, 0, 0, 1, 9}));
+    EXPECT_EQ(chunks.GetBuffer(), (Bytes{0, 1, 0, 0, 0, 13, 0, 2, 0, 0, 0, 7, 0, 3, 0, 0, 0, 1, 9}));
     EXPECT_FALSE(ULOWriteChunk(nullptr, 1).IsOk());
     EXPECT_FALSE(ULOReadChunk(nullptr).IsOk());
-}
-
-TEST(ULOStreamTest, SeekingAndOverwritingMemory) {
-    ULOMemoryStream s;
     s.WriteSInt32(1);
     s.WriteSInt32(2);
     EXPECT_FALSE(s.Seek(9));

@@ -36,10 +36,12 @@ public:
     const std::filesystem::path& Root() const { return root_; }
     ULOPath Path() const { return ULOPath::FromNative(root_.u8string()); }
 
-    // Relative to the folder, in UTF-8: writes a file (making its folders), makes a folder, removes an entry.
-    void Write(const std::string& relative, const std::string& content = "x") const {
+    // Relative to the folder, in UTF-8: writes a file (making its folders) and gives its path, makes a
+    // folder, removes an entry.
+    std::string Write(const std::string& relative, const std::string& content = "x") const {
         std::filesystem::create_directories(At(relative).parent_path());
         std::ofstream(At(relative), std::ios::binary) << content;
+        return At(relative).u8string();
     }
     void MakeDir(const std::string& relative) const { std::filesystem::create_directories(At(relative)); }
     void Remove(const std::string& relative) const { std::filesystem::remove(At(relative)); }

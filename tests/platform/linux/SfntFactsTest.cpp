@@ -1,6 +1,8 @@
 // The table-derived facts of the Linux font engine, on values taken from real faces.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "platform/FontEngine.h"
 #include "platform/linux/SfntFacts.h"
 
@@ -23,20 +25,25 @@ TEST(SfntCharSets, CodePageBitsGiveTheWindowsCharacterSetsInBitOrder) {
 }
 
 TEST(SfntPitchAndFamily, FollowsSpacingPanoseAndFamilyClass) {
-    EXPECT_EQ(0x22, PitchAndFamilyOfFace(false, 2, 11, 0));  // DejaVu Sans
-    EXPECT_EQ(0x31, PitchAndFamilyOfFace(true, 2, 11, 0));   // DejaVu Sans Mono: fixed text face is modern
-    EXPECT_EQ(0x12, PitchAndFamilyOfFace(false, 2, 6, 0));   // DejaVu Serif
-    EXPECT_EQ(0x12, PitchAndFamilyOfFace(false, 2, 2, 0x0105));  // Liberation Serif
-    EXPECT_EQ(0x22, PitchAndFamilyOfFace(false, 2, 15, 0));      // rounded sans
-    EXPECT_EQ(0x22,
-              PitchAndFamilyOfFace(false, 2, 1, 0x0805));  // AR PL SungtiL GB: no serif style, class sans
-    EXPECT_EQ(0x12, PitchAndFamilyOfFace(false, 0, 0, 0x0300));  // no PANOSE, class modern serif
-    EXPECT_EQ(0x42, PitchAndFamilyOfFace(false, 3, 0, 0));       // script
-    EXPECT_EQ(0x52, PitchAndFamilyOfFace(false, 5, 0, 0));       // pictorial
-    EXPECT_EQ(0x41, PitchAndFamilyOfFace(true, 3, 0, 0));        // a fixed script face stays script
-    EXPECT_EQ(0x02, PitchAndFamilyOfFace(false, 0, 0, 0));       // nothing known
-    EXPECT_EQ(0x02, PitchAndFamilyOfFace(false, 9, 11, 0));      // unknown PANOSE kind
-    EXPECT_EQ(0x52, PitchAndFamilyOfFace(false, 1, 0, 0x0C00));  // symbolic class
+    const std::tuple<bool, uint8_t, uint8_t, uint16_t, int> cases[] = {
+        {false, 2, 11, 0, 0x22},      // DejaVu Sans
+        {true, 2, 11, 0, 0x31},       // DejaVu Sans Mono: fixed text face is modern
+        {false, 2, 6, 0, 0x12},       // DejaVu Serif
+        {false, 2, 2, 0x0105, 0x12},  // Liberation Serif
+        {false, 2, 15, 0, 0x22},      // rounded sans
+        {false, 2, 1, 0x0805, 0x22},  // AR PL SungtiL GB: no serif style, class sans
+        {false, 0, 0, 0x0300, 0x12},  // no PANOSE, class modern serif
+        {false, 3, 0, 0, 0x42},       // script
+        {false, 5, 0, 0, 0x52},       // pictorial
+        {true, 3, 0, 0, 0x41},        // a fixed script face stays script
+        {false, 0, 0, 0, 0x02},       // nothing known
+        {false, 9, 11, 0, 0x02},      // unknown PANOSE kind
+        {false, 1, 0, 0x0C00, 0x52},  // symbolic class
+    };
+    for (const auto& [fixed, kind, serif, familyClass, expected] : cases) {
+        EXPECT_EQ(expected, PitchAndFamilyOfFace(fixed, kind, serif, familyClass))
+            << int(kind) << " " << int(serif);
+    }
 }
 
 TEST(SfntHeights, CellAndCharacterHeightsMapToPixelsPerEmAsTheClassicEngineDoes) {
@@ -73,26 +80,20 @@ TEST(SfntHeights, ACellHeightTakesTheLargestSizeWhoseCellRoundedOnceFits) {
 
 namespace {
 
-void Put16(std::vector<uint8_t>& t, unsigned v) {
-    t.push_back(static_cast<uint8_t>(v >> 8));
-    t.push_back(static_cast<uint8_t>(v));
-}
-
-// A format-0 subtable with the given pairs; nPairs as declared (may lie).
-void PutSubtable(std::vector<uint8_t>& t, unsigned coverage, const std::vector<GlyphKerning>& pairs,
-                 unsigned declared) {
-    Put16(t, 0);
-    Put16(t, static_cast<unsigned>(14 + 6 * pairs.size()));
-    Put16(t, coverage);
-    Put16(t, declared);
-    Put16(t, 0);
-    Put16(t, 0);
-    Put16(t, 0);
-    for (const GlyphKerning& p : pairs) {
-        Put16(t, p.left);
-        Put16(t, p.right);
-        Put16(t, static_cast<uint16_t>(p.value));
+// A 'kern' table of version 0 with format-0 subtables {coverage, declared pair count (which may
+// lie), then left, right, value of each pair}.
+std::vector<uint8_t> KernTable(const std::vector<std::vector<int>>& subtables) {
+    std::vector<uint8_t> t;
+    auto put = [&](int v) { t.insert(t.end(), {static_cast<uint8_t>(v >> 8), static_cast<uint8_t>(v)}); };
+    put(0);
+    put(static_cast<int>(subtables.size()));
+    for (const std::vector<int>& sub : subtables) {
+        for (int v : {0, static_cast<int>(14 + 2 * (sub.size() - 2)), sub[0], sub[1], 0, 0, 0}) {
+            put(v);
+        }
+        std::for_each(sub.begin() + 2, sub.end(), put);
     }
+    return t;
 }
 
 }  // namespace
@@ -125,30 +126,23 @@ TEST(SfntHeights, AVdmxGroupSizesTheHeightsItListsAndTheDesignTheRest) {
     EXPECT_TRUE(ParseVdmxTable(nullptr, 0).records.empty());
 }
 
-TEST(SfntKerning, ReadsHorizontalFormatZeroSubtablesOnly) {
-    std::vector<uint8_t> table;
-    Put16(table, 0);
-    Put16(table, 3);
-    PutSubtable(table, 0x0001, {{36, 57, -150}, {57, 36, -120}}, 2);
-    PutSubtable(table, 0x0005, {{1, 2, 40}}, 1);  // cross-stream: ignored
-    PutSubtable(table, 0x0001, {{3, 4, 7}}, 1);
-    const std::vector<GlyphKerning> pairs = ParseKernTable(table.data(), table.size());
-    ASSERT_EQ(3u, pairs.size());
-    EXPECT_EQ(std::make_tuple(36, 57, -150), std::make_tuple(pairs[0].left, pairs[0].right, pairs[0].value));
-    EXPECT_EQ(std::make_tuple(57, 36, -120), std::make_tuple(pairs[1].left, pairs[1].right, pairs[1].value));
-    EXPECT_EQ(std::make_tuple(3, 4, 7), std::make_tuple(pairs[2].left, pairs[2].right, pairs[2].value));
-}
-
-TEST(SfntKerning, MalformedTablesNeverReadPastTheirEnd) {
-    std::vector<uint8_t> table;
-    Put16(table, 0);
-    Put16(table, 1);
-    PutSubtable(table, 0x0001, {{1, 2, 3}, {4, 5, 6}}, 1000);  // claims far more pairs than present
-    EXPECT_EQ(2u, ParseKernTable(table.data(), table.size()).size());
-    for (size_t cut = 0; cut < table.size(); ++cut) {
-        // A copy of exactly cut bytes, so that AddressSanitizer sees any over-read.
-        std::vector<uint8_t> prefix(table.begin(), table.begin() + static_cast<std::ptrdiff_t>(cut));
-        EXPECT_LE(ParseKernTable(prefix.data(), prefix.size()).size(), 2u);
+TEST(SfntKerning, ReadsHorizontalFormatZeroSubtablesOnlyAndNeverPastTheirEnd) {
+    // The second subtable is cross-stream: ignored.
+    const std::vector<uint8_t> table =
+        KernTable({{0x0001, 2, 36, 57, -150, 57, 36, -120}, {0x0005, 1, 1, 2, 40}, {0x0001, 1, 3, 4, 7}});
+    std::vector<std::tuple<int, int, int>> pairs;
+    for (const GlyphKerning& p : ParseKernTable(table.data(), table.size())) {
+        pairs.emplace_back(p.left, p.right, p.value);
+    }
+    EXPECT_EQ(pairs, (std::vector<std::tuple<int, int, int>>{{36, 57, -150}, {57, 36, -120}, {3, 4, 7}}));
+    const std::vector<uint8_t> lying = KernTable({{0x0001, 1000, 1, 2, 3, 4, 5, 6}});  // claims far more
+    EXPECT_EQ(2u, ParseKernTable(lying.data(), lying.size()).size());
+    for (const std::vector<uint8_t>* whole : {&table, &lying}) {
+        for (size_t cut = 0; cut < whole->size(); ++cut) {
+            // A copy of exactly cut bytes, so that AddressSanitizer sees any over-read.
+            std::vector<uint8_t> prefix(whole->begin(), whole->begin() + static_cast<std::ptrdiff_t>(cut));
+            EXPECT_LE(ParseKernTable(prefix.data(), prefix.size()).size(), 3u);
+        }
     }
     std::vector<uint8_t> apple = {0x00, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x01};  // version 1.0: not read
     EXPECT_TRUE(ParseKernTable(apple.data(), apple.size()).empty());

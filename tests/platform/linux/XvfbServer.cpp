@@ -16,28 +16,6 @@ extern char** environ;
 
 namespace ulotest {
 
-namespace {
-
-// Reads the display number Xvfb writes, one line, within `seconds`.
-std::string ReadLine(int fd, int seconds) {
-    std::string line;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-    while (std::chrono::steady_clock::now() < deadline) {
-        pollfd p{fd, POLLIN, 0};
-        if (poll(&p, 1, 100) <= 0) {
-            continue;
-        }
-        char c = 0;
-        if (read(fd, &c, 1) != 1 || c == '\n') {
-            break;
-        }
-        line += c;
-    }
-    return line;
-}
-
-}  // namespace
-
 XvfbServer::XvfbServer(int width, int height, const std::vector<std::string>& extraArguments) {
     int fds[2];
     if (pipe(fds) != 0) {
@@ -61,21 +39,28 @@ XvfbServer::XvfbServer(int width, int height, const std::vector<std::string>& ex
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    const int spawned = posix_spawnp(&pid_, "Xvfb", &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(fds[1]);
-    if (spawned != 0) {
+    if (posix_spawnp(&pid_, "Xvfb", &actions, nullptr, argv.data(), environ) != 0) {
         pid_ = -1;
         problem_ = "Xvfb could not be started (is the package xvfb installed? scripts/bootstrap installs it)";
-    } else {
-        const std::string number = ReadLine(fds[0], 10);
-        if (number.empty()) {
-            problem_ = "Xvfb did not report a display within ten seconds";
-        } else {
-            display_ = ":" + number;
+    }
+    posix_spawn_file_actions_destroy(&actions);
+    close(fds[1]);
+    // The display number, one line, within ten seconds.
+    std::string number;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    for (char c = 0; pid_ > 0 && std::chrono::steady_clock::now() < deadline;) {
+        pollfd p{fds[0], POLLIN, 0};
+        if (poll(&p, 1, 100) <= 0) {
+            continue;
         }
+        if (read(fds[0], &c, 1) != 1 || c == '\n') {
+            break;
+        }
+        number += c;
     }
     close(fds[0]);
+    display_ = number.empty() ? "" : ":" + number;
+    problem_ = pid_ > 0 && number.empty() ? "Xvfb did not report a display within ten seconds" : problem_;
 }
 
 XvfbServer::~XvfbServer() {

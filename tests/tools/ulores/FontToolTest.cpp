@@ -12,10 +12,6 @@
 
 namespace {
 
-std::string WriteText(const TempDir& dir, const std::string& name, const std::string& text) {
-    return testfonts::WriteFile(dir, name, std::vector<uint8_t>(text.begin(), text.end()));
-}
-
 std::string Error(const std::function<void()>& run) {
     try {
         run();
@@ -29,7 +25,7 @@ std::string Error(const std::function<void()>& run) {
 
 TEST(FontTool, PacksAManifestIntoAFileTheLibraryReads) {
     TempDir dir;
-    const std::string manifest = WriteText(dir, "fonts.xml", R"(<?xml version="1.0" encoding="UTF-8"?>
+    const std::string manifest = dir.Write("fonts.xml", R"(<?xml version="1.0" encoding="UTF-8"?>
 <fonts>
   <font id="0" face="Tahoma" height="11"/>
   <font id="3" face="MS UI Gothic" height="-12" weight="700" italic="1" underline="1" strikeout="1"
@@ -81,7 +77,7 @@ TEST(FontTool, ManifestErrorsNameTheLineAndTheProblem) {
         {"<fonts", "not well-formed XML"},
     };
     for (const auto& [xml, expected] : cases) {
-        const std::string path = WriteText(dir, "bad.xml", xml);
+        const std::string path = dir.Write("bad.xml", xml);
         const std::string message = Error([&] { ulores::ReadFontManifest(path); });
         EXPECT_NE(std::string::npos, message.find(expected)) << xml << " gave: " << message;
     }
