@@ -303,8 +303,7 @@ TEST_F(PictureTest, CopiesOwnTheirPixels) {
 
     const unsigned char* block = original.GetBits();
     ULOPicture moved(std::move(original)), target(ULOSize(2, 2)), other(ULOSize(1, 1), PICTBITS_RGB24);
-    EXPECT_EQ(std::make_tuple(moved.GetBits(), original.GetBits()),
-              std::make_tuple(block, nullptr));
+    EXPECT_EQ(std::make_tuple(moved.GetBits(), original.GetBits()), std::make_tuple(block, nullptr));
     target = std::move(moved);
     EXPECT_EQ(target.GetBits(), block);
     target.Swap(other);
