@@ -6,9 +6,12 @@
 #include <unistd.h>
 #endif
 
-#include "PictureBitsTestSupport.h"
+#include <cstring>
+#include <functional>
+
 #include "golden/Golden.h"
 #include "ulogui/Device.h"
+#include "ulogui/PictureBits.h"
 
 namespace {
 
@@ -82,7 +85,8 @@ TEST(SetToDeviceTest, PicturesAndDevicesMatchTheirGoldenImages) {
     std::vector<golden::Image> images;
     for (const DeviceScene& s : scenes) {
         ULOPictureBits picture(ULOSize(s.w, s.h), s.flags);
-        std::memset(picture.GetBits(), 0, Bytes(picture).size());  // the row padding too
+        const int size = picture.GetLineWidth(false) * s.h;
+        std::memset(picture.GetBits(), 0, static_cast<size_t>(size));  // the row padding too
         for (int y = 0; y < s.h; ++y) {
             for (int x = 0; x < s.w; ++x) {
                 picture.SetPixelAndAlpha(x, y, Marker(x, y), static_cast<unsigned char>(x * 85 + y * 40));
@@ -95,8 +99,11 @@ TEST(SetToDeviceTest, PicturesAndDevicesMatchTheirGoldenImages) {
         s.show(picture, device);
         images.push_back(
             {std::string(s.name) + " device", 8, 6, 4, {device.GetData(), device.GetData() + 192}});
-        images.push_back(
-            {std::string(s.name) + " picture", picture.GetLineWidth(false), s.h, 1, Bytes(picture)});
+        images.push_back({std::string(s.name) + " picture",
+                          picture.GetLineWidth(false),
+                          s.h,
+                          1,
+                          {picture.GetBits(), picture.GetBits() + size}});
     }
     golden::ExpectMatches("buffer/set-to-device", images);
 }

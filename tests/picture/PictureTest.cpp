@@ -180,12 +180,16 @@ TEST_F(PictureTest, RemakeFollowsTheNewMagnifier) {
               std::make_tuple(ULOSize(0, 0), 0));
 }
 
-TEST_F(PictureTest, MagnifiedGeometryReportsLogicalUnits) {
-    std::vector<unsigned char> bytes(static_cast<size_t>(33 * 4 * 20), 7);
-    ULOPicture picture(bytes.data(), 33, 20, 0, 1);
-    EXPECT_FALSE(picture.IsMagnified());
+// A magnified picture reports logical sizes and reads pixels at magnified coordinates (at 0.5 the last
+// logical column and row round one past the buffer; the last device ones are read); an unmagnified one
+// reports and crops device pixels, and unlike the buffer's, its Enlarge narrows to a narrower target.
+TEST_F(PictureTest, MagnifiedGeometryAndPixelsAreLogical) {
+    ULOPicture picture(ULOSize(33, 20), 0, 1);
+    picture.SetPixelAndAlpha(2, 2, CLR(10, 20, 30), 0);
+    picture.SetPixelAndAlpha(32, 19, CLR(40, 50, 60), 0);
     SetMagnifier(2.0f);
-    EXPECT_EQ(picture.GetWidth(false), 33);
+    EXPECT_EQ(std::make_tuple(picture.IsMagnified(), picture.GetWidth(false), picture.GetPixel(1, 1)),
+              std::make_tuple(false, 33, CLR(0, 0, 0)));
     picture.SetbIsMagnified(true);
     EXPECT_EQ(
         std::make_tuple(17, 33, 10, 20, 68, 132),
@@ -193,8 +197,20 @@ TEST_F(PictureTest, MagnifiedGeometryReportsLogicalUnits) {
                         picture.GetHeight(true), picture.GetLineWidth(false), picture.GetLineWidth(true)));
     EXPECT_EQ(std::make_tuple(picture.GetSize(false), picture.GetRect(false), picture.GetRect(true)),
               std::make_tuple(ULOSize(17, 10), ULORect(0, 0, 17, 10), ULORect(0, 0, 33, 20)));
+    EXPECT_EQ(std::make_tuple(picture.GetPixel(1, 1), picture.GetPixel(ULOPoint(1, 1))),
+              std::make_tuple(CLR(10, 20, 30), CLR(10, 20, 30)));
+    SetMagnifier(0.5f);
+    EXPECT_EQ(picture.GetPixel(65, 39), CLR(40, 50, 60));
     SetMagnifier(1.0f);
     EXPECT_EQ(picture.GetWidth(false), 33);
+
+    SetMagnifier(2.0f);
+    ULOPicture plain(ULOSize(10, 10), 0, 1);
+    plain.Crop(4, 6, ULOPictureBits::eCropTopLeft);
+    EXPECT_EQ(std::make_tuple(plain.GetSize(true), plain.GetSize(false)),
+              std::make_tuple(ULOSize(4, 6), ULOSize(4, 6)));
+    plain.Enlarge(ULORect(0, 0, 3, 8), ULOPoint(-1, -1));
+    EXPECT_EQ(plain.GetSize(true), ULOSize(3, 8));
 }
 
 // The same operation on a magnified picture (logical arguments) and on a plain copy (device ones).
@@ -237,33 +253,6 @@ TEST_F(PictureTest, GeometryOperationsTakeLogicalUnits) {
     lazy.SetbIsMagnified(true);
     lazy.ResizeLazy(3, 5);
     EXPECT_EQ(lazy.GetSize(true), ULOSize(6, 10));
-}
-
-TEST_F(PictureTest, UnmagnifiedPicturesUseTheBufferOperationsUnchanged) {
-    using B = ULOPictureBits;
-    SetMagnifier(2.0f);
-    std::vector<unsigned char> bytes = PartBytes(4, 0, 0, 10, 10, 0);
-    ULOPicture picture(bytes.data(), 10, 10, 0, 1);
-    picture.Crop(4, 6, B::eCropTopLeft);
-    EXPECT_EQ(std::make_tuple(picture.GetSize(true), picture.GetSize(false)),
-              std::make_tuple(ULOSize(4, 6), ULOSize(4, 6)));
-    // Unlike the buffer's, the picture's Enlarge narrows to a narrower target.
-    picture.Enlarge(ULORect(0, 0, 3, 8), ULOPoint(-1, -1));
-    EXPECT_EQ(picture.GetSize(true), ULOSize(3, 8));
-}
-
-TEST_F(PictureTest, PixelsAreReadAtMagnifiedCoordinates) {
-    SetMagnifier(2.0f);
-    ULOPicture picture(ULOSize(4, 4), 0, 1);
-    picture.SetPixelAndAlpha(2, 2, CLR(10, 20, 30), 0);
-    picture.SetPixelAndAlpha(3, 3, CLR(40, 50, 60), 0);
-    EXPECT_EQ(picture.GetPixel(1, 1), CLR(0, 0, 0));
-    picture.SetbIsMagnified(true);
-    EXPECT_EQ(std::make_tuple(picture.GetPixel(1, 1), picture.GetPixel(ULOPoint(1, 1))),
-              std::make_tuple(CLR(10, 20, 30), CLR(10, 20, 30)));
-    // At 0.5 the last logical column and row round one past the buffer; the last device ones are read.
-    SetMagnifier(0.5f);
-    EXPECT_EQ(picture.GetPixel(7, 7), CLR(40, 50, 60));
 }
 
 TEST_F(PictureTest, PicturesOutsideTheCatalogue) {

@@ -1,7 +1,8 @@
-// The vector paths against the scalar reference, bit for bit: an exhaustive sweep of the blending inputs
-// of every wrapper, random rows (every length up to past two vectors, so every tail, and one long row
-// across several staging blocks) for every functor under every wrapper, and the two integer identities
-// the kernels rest on.
+// Every functor and wrapper on hand-computed pixels, at every level (each pixel pair repeated across a row
+// long enough for the vector kernels and their scalar tail, every copy the same); the vector paths against
+// the scalar reference, bit for bit: an exhaustive sweep of the blending inputs of every wrapper, random
+// rows (every length up to past two vectors, so every tail, and one long row across several staging
+// blocks) for every functor under every wrapper, and the two integer identities the kernels rest on.
 #include <random>
 
 #include "TransferTestSupport.h"
@@ -13,6 +14,111 @@ using namespace ulogui::pixelops;
 using ulogui::base::IsaName;
 using namespace transfer_test;  // W0 .. W4
 using Bytes = std::vector<unsigned char>;
+
+constexpr Functor Copy = Functor::kCopy, FullCopy = Functor::kFullCopy, Highlight = Functor::kHighlight,
+                  Disabled = Functor::kDisabled, Darken = Functor::kDarken, Relative = Functor::kRelative,
+                  RelativeOpacity = Functor::kRelativeOpacity;
+
+constexpr int kRow = 37;  // more than one 32-byte vector's worth of pixels plus an odd tail
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+struct Case {
+    Functor functor;
+    Wrapper wrapper;
+    float opacity;
+    float relativeOpacity;
+    Pixel dst, src, expected;
+};
+
+Pixel RunOnRow(const Case& c, Isa isa) {
+    const Loop loop(c.functor, c.wrapper, c.opacity, c.relativeOpacity, isa);
+    std::vector<Pixel> dst(kRow, c.dst);
+    const std::vector<Pixel> src(kRow, c.src);
+    loop.RunRow(dst[0].data(), src[0].data(), kRow);
+    for (int i = 1; i < kRow; ++i) {
+        EXPECT_EQ(dst[i], dst[0]) << "pixel " << i;
+    }
+    return dst[0];
+}
+
+TEST_F(TransferTest, FunctorsAndWrappersOnHandComputedPixels) {
+    for (int i = 0; i < 256; ++i) {
+        HIGHLIGHT_CLR_COMPONENT[i] = static_cast<unsigned char>(255 - i);
+        DISABLED_CLR_COMPONENT[i] = static_cast<unsigned char>(i / 2);
+    }
+    CLR_GRADATION_TOP_LEFT = CLR(200, 100, 0);  // red, green, blue
+    const Case cases[] = {
+        // The functors, each writing the destination itself (W0).
+        {Copy, W0, 1, 1, {1, 2, 3, 4}, {10, 20, 30, 40}, {10, 20, 30, 4}},
+        {FullCopy, W0, 1, 1, {1, 2, 3, 4}, {10, 20, 30, 40}, {10, 20, 30, 40}},
+        {Highlight, W0, 1, 1, {0, 0, 0, 77}, {10, 20, 30, 40}, {245, 235, 225, 77}},
+        // grey = trunc(0.15 * 100 + 0.5 * 200 + 0.35 * 50) = 132, tone 66: trunc(0.6 * 66 + 0.4 * byte).
+        {Disabled, W0, 1, 1, {0, 0, 0, 9}, {100, 200, 50, 1}, {79, 119, 59, 9}},
+        // One tone for all three bytes: grey 128 gives 64, trunc(38.4 + 51.2), not the grey itself.
+        {Disabled, W0, 1, 1, {0, 0, 0, 0}, {128, 128, 128, 0}, {89, 89, 89, 0}},
+        // trunc(0.3 * table[s] + 0.7 * gradation): 15 + 0, 7.5 + 70, 1.5 + 140.
+        {Darken, W0, 1, 1, {0, 0, 0, 5}, {100, 50, 10, 0}, {15, 77, 141, 5}},
+        // Signed offsets, clamped: 0 - 1, 200 + 127, 100 - 128; then 16 + 16, 16 - 16, 16 + 0.
+        {Relative, W0, 1, 1, {0, 200, 100, 6}, {0xFF, 0x7F, 0x80, 0}, {0, 255, 0, 6}},
+        {Relative, W0, 1, 1, {16, 16, 16, 6}, {0x10, 0xF0, 0x00, 0}, {32, 0, 16, 6}},
+        // trunc(-128 * 0.5 + 10) = -54 -> 0; trunc(127 * 0.5 + 100) = 163; trunc(-1 * 0.5 + 10) = 9.
+        {RelativeOpacity, W0, 1, 0.5f, {10, 100, 10, 3}, {0x80, 0x7F, 0xFF, 0}, {0, 163, 9, 3}},
+        // trunc(-0.5 + 0) is 0, not -1: truncation goes toward zero before clamping.
+        {RelativeOpacity, W0, 1, 0.5f, {0, 250, 0, 0}, {0xFF, 0x14, 0, 0}, {0, 255, 0, 0}},
+        {RelativeOpacity, W0, 1, 1e30f, {5, 5, 5, 0}, {1, 0xFF, 0, 0}, {255, 0, 5, 0}},
+        {RelativeOpacity, W0, 1, kNaN, {5, 5, 5, 0}, {1, 2, 3, 0}, {0, 0, 0, 0}},
+
+        // W1 shifts by 8, so an opaque white source gives (255 * 255) >> 8 = 254 and loses one level.
+        {Copy, W1, 1, 1, {0, 100, 255, 7}, {255, 255, 255, 0}, {254, 254, 254, 7}},
+        // a = 128: (200 * 128 + 100 * 127) >> 8 = 149; (0 * 128 + 255 * 127) >> 8 = 126.
+        {Copy, W1, 1, 1, {200, 0, 200, 7}, {100, 255, 100, 128}, {149, 126, 149, 7}},
+        {Copy, W1, 1, 1, {1, 2, 3, 7}, {100, 100, 100, 255}, {1, 2, 3, 7}},
+        // W2, k = trunc(0.5 * 255) = 127. a = 0: w = (255 * 127) >> 8 = 126; (255 * 126) >> 8 = 125.
+        {Copy, W2, 0.5f, 1, {0, 0, 0, 9}, {255, 255, 255, 0}, {125, 125, 125, 9}},
+        // a = 100: w = (155 * 127) >> 8 = 76; (200 * 179 + 50 * 76) >> 8 = 154.
+        {Copy, W2, 0.5f, 1, {200, 200, 200, 9}, {50, 50, 50, 100}, {154, 154, 154, 9}},
+        // a = 254: w = (1 * 127) >> 8 = 0 keeps the background.
+        {Copy, W2, 0.5f, 1, {1, 2, 3, 9}, {200, 200, 200, 254}, {1, 2, 3, 9}},
+        // W3 divides by 255: (255 * 127) / 255, (255 * 128) / 255, (100 * 127 + 200 * 128) / 255.
+        {Copy, W3, 0.5f, 1, {0, 255, 200, 66}, {255, 0, 100, 0}, {127, 128, 150, 66}},
+        {Copy, W3, 0, 1, {1, 2, 3, 66}, {255, 0, 100, 0}, {1, 2, 3, 66}},
+        {Copy, W3, 1, 1, {1, 2, 3, 66}, {255, 0, 100, 0}, {255, 0, 100, 66}},
+        // The full-copy opacity loop mixes alpha like a colour byte.
+        {FullCopy, W3All, 0.5f, 1, {0, 0, 0, 255}, {255, 255, 255, 0}, {127, 127, 127, 128}},
+
+        // W4 onto a fully transparent destination copies the colour, and the alpha becomes the source's
+        // transparency after opacity, t = 255 - (((255 - a) * k) >> 8).
+        {Copy, W4, 1, 1, {9, 9, 9, 255}, {10, 20, 30, 0}, {10, 20, 30, 1}},
+        {Copy, W4, 1, 1, {9, 9, 9, 255}, {10, 20, 30, 100}, {10, 20, 30, 101}},
+        // k = 127, a = 0: t = 255 - 126 = 129.
+        {Copy, W4, 0.5f, 1, {0, 0, 0, 255}, {40, 50, 60, 0}, {40, 50, 60, 129}},
+        // A source that ends fully transparent keeps all four destination bytes.
+        {Copy, W4, 1, 1, {9, 8, 7, 6}, {10, 20, 30, 255}, {9, 8, 7, 6}},
+        // Opaque destination: t = 1, c = 0: (100 * 1 + 200 * 254) / 255 = 199.
+        {Copy, W4, 1, 1, {100, 100, 100, 0}, {200, 200, 200, 0}, {199, 199, 199, 0}},
+        // b = 128, t = 101: c = 50, d = 205: (100 * 51 + 200 * 154) / 205 = 175; (0 + 0) / 205 = 0.
+        {Copy, W4, 1, 1, {100, 0, 255, 128}, {200, 0, 255, 100}, {175, 0, 255, 50}},
+
+        // The wrappers mix the relative functors' result f. W3 at k = 127 with f = 150, 0, 255:
+        // (150 * 127 + 100 * 128) / 255 = 124, (0 * 127 + 100 * 128) / 255 = 50, (255 * 127 + 250 * 128) /
+        // 255 = 252.
+        {Relative, W3, 0.5f, 1, {100, 100, 250, 0}, {50, 0x80, 0x7F, 0}, {124, 50, 252, 0}},
+        {Relative, W1, 1, 1, {100, 100, 100, 0}, {50, 50, 50, 0}, {149, 149, 149, 0}},
+        // W4 onto a transparent destination with f = clamp(trunc(s / 2 + dst)): the two opacities apart.
+        {RelativeOpacity, W4, 1, 0.5f, {100, 100, 100, 255}, {20, 0xEC, 0, 0}, {110, 90, 100, 1}},
+    };
+    for (Isa isa : AvailableIsas()) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(::testing::Message() << IsaName(isa) << ", case " << (&c - cases));
+            EXPECT_EQ(RunOnRow(c, isa), c.expected);
+        }
+        // Darkening reads the gradation colour as it is at the call: 15 + 0, 7.5 + 0, 1.5 + 0.
+        CLR_GRADATION_TOP_LEFT = CLR(0, 0, 0);
+        EXPECT_EQ(RunOnRow({Darken, W0, 1, 1, {0, 0, 0, 5}, {100, 50, 10, 0}, {}}, isa),
+                  (Pixel{15, 7, 1, 5}));
+        CLR_GRADATION_TOP_LEFT = CLR(200, 100, 0);
+    }
+}
 
 void Set(unsigned char* p, unsigned b, unsigned g, unsigned r, unsigned a) {
     p[0] = static_cast<unsigned char>(b);

@@ -41,12 +41,7 @@ inline void ExpectScenes(const std::string& family, const std::vector<Scene>& sc
     for (const Scene& s : scenes) {
         magnify::GetMagnifier() = s.m;
         ULOTrueColorDCBase dc(ULORect(0, 0, s.w, s.h), s.alpha, s.magnified);
-        for (int y = 0; y < dc.GetHeight(true); ++y) {
-            for (int x = 0; x < dc.GetWidth(true); ++x) {
-                const Pixel p = Backdrop(x, y);
-                std::copy(p.begin(), p.end(), dc.GetBits(x, y));
-            }
-        }
+        Paint(dc, Backdrop);
         dc.SetWorkingOnScreenSize(s.guard);
         s.draw(dc);
         EXPECT_EQ(dc.GetWorkingOnScreenSize(), s.guard) << s.name;

@@ -4,14 +4,27 @@
 // masked pictures, plain copies and blits, and the temporary buffer of a magnified draw when an
 // exception passes.
 #include "GoldenScene.h"
-#include "PictureTestSupport.h"
 #include "pixelops/PixelTransferWrappers.h"
+#include "ulogui/Palette.h"
 
 namespace {
 
 using namespace surfacetest;
 using ulogui::pixelops::CallConstants;
 using Type = ULOTrueColorDCBase::ECopyPictureType;
+
+// The magnifier at 1.0, the highlight table cleared and CLR_LABEL_TEXT as it was, after each test.
+class PictureTest : public MagnifierTest {
+protected:
+    void TearDown() override {
+        MagnifierTest::TearDown();
+        std::fill(std::begin(HIGHLIGHT_CLR_COMPONENT), std::end(HIGHLIGHT_CLR_COMPONENT), 0);
+        CLR_LABEL_TEXT = savedLabel_;
+    }
+
+private:
+    CLR savedLabel_ = CLR_LABEL_TEXT;
+};
 
 // A 4 x 3 source whose every pixel is distinct, with transparencies from 0 to 255.
 ULOPicture Source(int flags) {
@@ -70,40 +83,32 @@ TEST_F(PictureTest, OverloadsDrawWhatTheMasterDrawsWithTheirRectangles) {
     const ULOPicture s = MakePicture(4, 3, PICTBITS_ALPHA, [](int x, int y) { return Tagged(x, y, 60); });
     const Type n = ULOTrueColorDCBase::eCopyNormal;
     const ULORect a(1, 0, 3, 2), b(0, 0, 3, 8), c(1, 1, 4, 3), d(2, 1, 4, 3), e(2, 2, 5, 4), f(3, 3, 5, 4);
+    const ULORect g(5, 4, 9, 7), h(1, 1, 9, 7), i(1, 1, 3, 3), j(2, 2, 9, 9), all(0, 0, 4, 3);
     ULOPoint skip(1, 1);
-    const std::function<void(ULOTrueColorDCBase&)> calls[] = {
-        [&](auto& dc) { dc.DrawPicture(s, ULOPoint(2, 1), a, b, n, 1); },
-        [&](auto& dc) { dc.DrawPicture(s, ULOPoint(2, 1), a, n, 1); },
-        [&](auto& dc) { dc.DrawPicture(s, ULOPoint(5, 4), n, 1); },
-        [&](auto& dc) { dc.DrawPicture(s, ULORect(1, 1, 9, 7), ULORect(1, 1, 3, 3), n, 1); },
-        [&](auto& dc) { dc.DrawPicture(s, c, ULOPoint(1, 1), b, n, 1); },
-        [&](auto& dc) { dc.DrawPicture(s, c, ULOPoint(1, 1), n, 1); },
-        [&](auto& dc) { dc.DrawPicture(s, ULORect(2, 2, 9, 9), n, 1); },
-        [&](auto& dc) { dc.DrawPicture(s, n, 1); },
-        [&](auto& dc) { dc.CopyPicture(&s, &e, n); },
-        [&](auto& dc) { dc.CopyPictureAlpha(&s, &e, 0.5f, n, &skip); },
-    };
     const struct {
+        std::function<void(ULOTrueColorDCBase&)> call;
         ULORect dst, src, clip;
         float opacity;
-    } built[] = {{d, a, b, 1},
-                 {d, a, d, 1},
-                 {{5, 4, 9, 7}, {0, 0, 4, 3}, {5, 4, 9, 7}, 1},
-                 {{1, 1, 9, 7}, {1, 1, 3, 3}, {1, 1, 9, 7}, 1},
-                 {c, c, b, 1},
-                 {c, c, c, 1},
-                 {{2, 2, 9, 9}, {0, 0, 4, 3}, {2, 2, 9, 9}, 1},
-                 {{0, 0, 4, 3}, {0, 0, 4, 3}, {0, 0, 4, 3}, 1},
-                 {e, {0, 0, 3, 2}, e, 1},
-                 {f, {1, 1, 3, 2}, f, 0.5f}};
+    } cases[] = {
+        {[&](auto& dc) { dc.DrawPicture(s, ULOPoint(2, 1), a, b, n, 1); }, d, a, b, 1},
+        {[&](auto& dc) { dc.DrawPicture(s, ULOPoint(2, 1), a, n, 1); }, d, a, d, 1},
+        {[&](auto& dc) { dc.DrawPicture(s, ULOPoint(5, 4), n, 1); }, g, all, g, 1},
+        {[&](auto& dc) { dc.DrawPicture(s, h, i, n, 1); }, h, i, h, 1},
+        {[&](auto& dc) { dc.DrawPicture(s, c, ULOPoint(1, 1), b, n, 1); }, c, c, b, 1},
+        {[&](auto& dc) { dc.DrawPicture(s, c, ULOPoint(1, 1), n, 1); }, c, c, c, 1},
+        {[&](auto& dc) { dc.DrawPicture(s, j, n, 1); }, j, all, j, 1},
+        {[&](auto& dc) { dc.DrawPicture(s, n, 1); }, all, all, all, 1},
+        {[&](auto& dc) { dc.CopyPicture(&s, &e, n); }, e, {0, 0, 3, 2}, e, 1},
+        {[&](auto& dc) { dc.CopyPictureAlpha(&s, &e, 0.5f, n, &skip); }, f, {1, 1, 3, 2}, f, 0.5f},
+    };
     const ULOTrueColorDCBase blank(ULORect(0, 0, 10, 8), false, false);
-    for (int i = 0; i < 10; ++i) {
+    for (const auto& row : cases) {
         ULOTrueColorDCBase viaOverload(ULORect(0, 0, 10, 8), false, false);
         ULOTrueColorDCBase viaMaster(ULORect(0, 0, 10, 8), false, false);
-        calls[i](viaOverload);
-        viaMaster.DrawPicture(s, built[i].dst, built[i].src, built[i].clip, n, built[i].opacity);
-        EXPECT_EQ(Pixels(viaOverload), Pixels(viaMaster)) << "case " << i;
-        EXPECT_NE(Pixels(viaOverload), Pixels(blank)) << "case " << i;
+        row.call(viaOverload);
+        viaMaster.DrawPicture(s, row.dst, row.src, row.clip, n, row.opacity);
+        EXPECT_EQ(Pixels(viaOverload), Pixels(viaMaster)) << "case " << (&row - cases);
+        EXPECT_NE(Pixels(viaOverload), Pixels(blank)) << "case " << (&row - cases);
     }
 }
 
@@ -179,17 +184,11 @@ TEST_F(PictureTest, ClippingMatchesAStraightforwardLoopOverTheSameFunctor) {
 // magnified one drawn as stored from the converted point on.
 TEST_F(PictureTest, SourcesAreScaledToTheSurfacesMagnificationBothWays) {
     const Type n = ULOTrueColorDCBase::eCopyNormal;
-    const auto flat = [n](ULOTrueColorDCBase& dc) {
-        const ULOPicture picture = MakePicture(2, 2, 0, [](int, int) { return Pixel{1, 2, 3, 0}; });
-        dc.DrawPicture(picture, ULOPoint(1, 1), ULORect(0, 0, 2, 2), ULORect(2, 0, 6, 6), n, 1);
+    const ULOPicture flatPicture = MakePicture(2, 2, 0, [](int, int) { return Pixel{1, 2, 3, 0}; });
+    const auto flat = [&](ULOTrueColorDCBase& dc) {
+        dc.DrawPicture(flatPicture, ULOPoint(1, 1), ULORect(0, 0, 2, 2), ULORect(2, 0, 6, 6), n, 1);
     };
-    const auto flatWhole = [n](ULOTrueColorDCBase& dc) {
-        dc.DrawPicture(MakePicture(2, 2, 0,
-                                   [](int, int) {
-                                       return Pixel{1, 2, 3, 0};
-                                   }),
-                       ULOPoint(1, 1), n, 1);
-    };
+    const auto flatWhole = [&](ULOTrueColorDCBase& dc) { dc.DrawPicture(flatPicture, ULOPoint(1, 1), n, 1); };
     const auto tagged = [n](ULOTrueColorDCBase& dc) {
         dc.DrawPicture(MakePicture(3, 2, PICTBITS_ALPHA, [](int x, int y) { return Tagged(x, y, 20 * x); }),
                        ULOPoint(0, 0), n, 1);

@@ -1,6 +1,7 @@
 #pragma once
 // Shared pieces of the drawing surface tests: the magnifier fixture, surfaces over memory they did not
-// allocate, a surface that watches the frame from inside its virtual getters, and raw pixel checks.
+// allocate, a surface that watches the frame from inside its virtual getters, pictures and surfaces of
+// given pixels, and raw pixel checks.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <functional>
+#include <iterator>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -17,6 +19,7 @@
 #include <vector>
 
 #include "ulogui/Magnify.h"
+#include "ulogui/Picture.h"
 #include "ulogui/TrueColorDC.h"
 
 // The private queries of the surface (the class names this struct as a friend).
@@ -59,6 +62,37 @@ inline std::vector<Pixel> Pixels(const ULOTrueColorDCBase& dc) {
 inline std::vector<unsigned char> Bytes(const ULOTrueColorDCBase& dc) {
     return std::vector<unsigned char>(dc.GetBits(),
                                       dc.GetBits() + dc.GetLineWidth(true) * dc.GetHeight(true));
+}
+
+using PixelOf = std::function<Pixel(int x, int y)>;
+
+// Every device pixel of the surface set to pixel(x, y).
+inline void Paint(ULOTrueColorDCBase& dc, const PixelOf& pixel) {
+    for (int y = 0; y < dc.GetHeight(true); ++y) {
+        for (int x = 0; x < dc.GetWidth(true); ++x) {
+            const Pixel p = pixel(x, y);
+            std::copy(p.begin(), p.end(), dc.GetBits(x, y));
+        }
+    }
+}
+
+// A picture outside the catalogue whose pixel (x, y) reads as pixel(x, y) (GetPixelAndAlpha): 3-byte
+// pixels keep bytes 0 to 2, masks byte 3.
+inline ULOPicture MakePicture(int w, int h, int flags, const PixelOf& pixel, bool magnified = false) {
+    ULOPicture picture(ULOSize(w, h), flags);
+    for (int y = 0; y < h; ++y) {
+        for (int x = 0; x < w; ++x) {
+            const Pixel p = pixel(x, y);
+            picture.SetPixelAndAlpha(x, y, CLR(p[2], p[1], p[0]), p[3]);
+        }
+    }
+    picture.SetbIsMagnified(magnified);
+    return picture;
+}
+
+// A pixel that tells where it came from.
+inline Pixel Tagged(int x, int y, unsigned char alpha) {
+    return Pixel{static_cast<unsigned char>(10 + x), static_cast<unsigned char>(40 + y), 90, alpha};
 }
 
 // Every device pixel set to one colour.
