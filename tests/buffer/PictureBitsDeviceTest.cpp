@@ -165,16 +165,13 @@ protected:
     unsigned char* block_ = nullptr;
 };
 
-TEST_F(WritableMemoryTest, WritableBlocksPass) {
-    EXPECT_FALSE(IsBad(0, 4 * page_));
-    EXPECT_FALSE(ULOPictureBits(ULOSize(16, 16), 0).IsBadBitsPtr());  // heap
-    EXPECT_FALSE(ULOPictureBits().IsBadBitsPtr());                    // nothing to write
-    // Different protections split the block into separate mappings that are all writable.
+// Writable blocks pass (the heap, nothing to write, different protections that split the block into
+// separate mappings that are all writable); read-only pages, holes, null and negative sizes fail.
+TEST_F(WritableMemoryTest, OnlyBlocksWritableThroughoutPass) {
+    EXPECT_FALSE(IsBad(0, 4 * page_) || ULOPictureBits(ULOSize(16, 16), 0).IsBadBitsPtr() ||
+                 ULOPictureBits().IsBadBitsPtr());
     ASSERT_TRUE(Protect(1, kWrite));
     EXPECT_FALSE(IsBad(page_ / 2, 2 * page_));
-}
-
-TEST_F(WritableMemoryTest, ReadOnlyPagesHolesNullAndNegativeSizesFail) {
     ASSERT_TRUE(Protect(2, kRead));
     EXPECT_FALSE(IsBad(0, 2 * page_));
     EXPECT_TRUE(IsBad(0, 3 * page_));

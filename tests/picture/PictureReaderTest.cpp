@@ -51,22 +51,18 @@ TEST_F(CatalogueTest, UnusablePathsAreRefusedAndTheFileStays) {
     EXPECT_EQ(ULOPicture::GetInfoByID(101).GetID(), 101);
 }
 
-TEST_F(CatalogueTest, FileThatCannotBeOpenedGivesTheFopenError) {
+// A file that cannot be opened gives the fopen error; each read of a good one opens it anew.
+TEST_F(CatalogueTest, EachReadOpensTheFileAnewOrGivesTheFopenError) {
     OpenableResourceFile file;
     const ulo::ErrorCode error = file.CallDoInit(ULOPath::FromNative(FilePath() + ".missing"));
     EXPECT_EQ(std::make_tuple(0x80070002u, std::string("ulogui/picture"),
                               std::string("fopen")),  // ERROR_FILE_NOT_FOUND
               std::make_tuple(error.GetResultCode(), error.GetFile(), Origin(error)));
-    EXPECT_FALSE(file.IsInitialized());
-    EXPECT_EQ(file.GetBitmapResource(), nullptr);
-}
-
-TEST_F(CatalogueTest, EachReadOpensTheFileAnew) {
+    EXPECT_TRUE(!file.IsInitialized() && file.GetBitmapResource() == nullptr);
     Use({MakePicture(102, 0, 1, {{2, 2}})});
     FILE* first = BitmapResourceFile::GetInstance().GetBitmapResource();
     FILE* second = BitmapResourceFile::GetInstance().GetBitmapResource();
-    ASSERT_NE(first, nullptr);
-    ASSERT_NE(second, nullptr);
+    ASSERT_TRUE(first != nullptr && second != nullptr);
     EXPECT_NE(first, second);
     std::fclose(first);
     std::fclose(second);
@@ -146,9 +142,11 @@ std::vector<unsigned char> SampleFile() {
                                     MakePicture(5, PICTBITS_RGB24, 3, {{10, 4}})});
 }
 
+// Versions in bit order; a mask picture's rows are bytes, padded to whole words.
 TEST(PictureReader, RecordListsEveryStoredVersionInBitOrder) {
     const auto file =
-        StreamOf(BuildBitmapResourceFile({MakePicture(3, PICTBITS_ALPHA, 2, {{10, 4}, {0, 0}, {5, 7}})}));
+        StreamOf(BuildBitmapResourceFile({MakePicture(3, PICTBITS_ALPHA, 2, {{10, 4}, {0, 0}, {5, 7}}),
+                                          MakePicture(1, PICTBITS_MASK8, 1, {{5, 3}})}));
     const ULOPictureInfo info = ReadPictureInfo(file.get(), 3);
     EXPECT_EQ(std::make_tuple(3, 2, PICTBITS_ALPHA, 5, size_t{2}),
               std::make_tuple(info.GetID(), info.GetPartsCount(), info.GetFlags(), info.GetSizeVersionFlags(),
@@ -157,6 +155,9 @@ TEST(PictureReader, RecordListsEveryStoredVersionInBitOrder) {
     EXPECT_EQ(info.GetPicSizeInfo(2), ULOPictureSizeInfo(4, 5, 7, 20));
     EXPECT_EQ(info.GetPicSizeInfo(3), ULOPictureSizeInfo::UndefPicSizeInfo());
     EXPECT_EQ(info.GetPicSizeInfo(0), ULOPictureSizeInfo::UndefPicSizeInfo());
+    const DecodedBlock mask = ReadPictureBlock(file.get(), 1, 1, 0);
+    EXPECT_EQ(std::make_tuple(mask.lineWidth, Bytes(mask)),
+              std::make_tuple(8, PartBytes(1, 0, 0, 5, 3, PICTBITS_MASK8)));
 }
 
 // Blocks of the sample file: parts follow one another after the version header (picture 5, part 2: 2 x
@@ -211,49 +212,40 @@ TEST(PictureReader, BlocksOfTheSampleFile) {
     ExpectTransparentPixel(ReadPictureBlock(nullptr, 3, 1, 0));
 }
 
-// One kind of damage applied to the sample file; picture 3 must then read as missing.
+// One kind of damage to the sample file, a value put at an offset; picture 3 must then read as missing.
 struct Damage {
     const char* what;
-    std::function<void(std::vector<unsigned char>&)> apply;
+    size_t at;
+    uint32_t value;
 };
 
 TEST(PictureReader, DamagedRecordsFallBack) {
     const std::vector<unsigned char> good = SampleFile();
-    const uint32_t record = RecordOffset(good, 3);
-    const uint32_t version2 = VersionOffset(good, 3, 1);
-    auto setRecord = [](uint32_t v) {
-        return [v](std::vector<unsigned char>& f) { PutU32(f, 256 + 12, v); };
-    };
-    auto setField = [record](size_t field, uint32_t v) {
-        return [record, field, v](std::vector<unsigned char>& f) { PutU32(f, record + 4 * field, v); };
-    };
-    auto setVersionHeader = [version2](size_t field, uint32_t v) {
-        return [version2, field, v](std::vector<unsigned char>& f) { PutU32(f, version2 + 4 * field, v); };
-    };
-    const std::vector<Damage> damages = {
-        {"record offset in the header", setRecord(16)},
-        {"record offset in the index", setRecord(256)},
-        {"record offset past the end", setRecord(static_cast<uint32_t>(good.size()))},
-        {"record cut by the end", setRecord(static_cast<uint32_t>(good.size() - 50))},
-        {"zero parts", setField(0, 0)},
-        {"negative parts", setField(0, 0xFFFFFFFFu)},
-        {"enormous parts", setField(0, 0x7FFFFFFF)},
-        {"version 2 offset in the index", setField(4, 260)},
-        {"version 2 offset in the header", setField(4, 8)},
-        {"version 2 offset in its own record", setField(4, record + 20)},
-        {"version 2 offset past the end", setField(4, 0xFFFFFFF0u)},
-        {"stored version 3 without data", setField(2, 7)},
-        {"negative width", setVersionHeader(0, 0xFFFFFFFFu)},
-        {"zero height", setVersionHeader(1, 0)},
-        {"enormous width", setVersionHeader(0, 0x7FFFFFFF)},
-        {"width whose stride overflows", setVersionHeader(0, 0x4000000)},
-        {"enormous height", setVersionHeader(1, 0x7FFFFFFF)},
-        {"parts larger than the file", setVersionHeader(1, 20)},
+    const size_t entry = 256 + 4 * 3, record = RecordOffset(good, 3), version2 = VersionOffset(good, 3, 1);
+    const Damage damages[] = {
+        {"record offset in the header", entry, 16},
+        {"record offset in the index", entry, 256},
+        {"record offset past the end", entry, static_cast<uint32_t>(good.size())},
+        {"record cut by the end", entry, static_cast<uint32_t>(good.size() - 50)},
+        {"zero parts", record, 0},
+        {"negative parts", record, 0xFFFFFFFFu},
+        {"enormous parts", record, 0x7FFFFFFF},
+        {"version 2 offset in the index", record + 16, 260},
+        {"version 2 offset in the header", record + 16, 8},
+        {"version 2 offset in its own record", record + 16, static_cast<uint32_t>(record + 20)},
+        {"version 2 offset past the end", record + 16, 0xFFFFFFF0u},
+        {"stored version 3 without data", record + 8, 7},
+        {"negative width", version2, 0xFFFFFFFFu},
+        {"zero height", version2 + 4, 0},
+        {"enormous width", version2, 0x7FFFFFFF},
+        {"width whose stride overflows", version2, 0x4000000},
+        {"enormous height", version2 + 4, 0x7FFFFFFF},
+        {"parts larger than the file", version2 + 4, 20},
     };
     for (const Damage& damage : damages) {
         SCOPED_TRACE(damage.what);
         std::vector<unsigned char> bytes = good;
-        damage.apply(bytes);
+        PutU32(bytes, damage.at, damage.value);
         const auto file = StreamOf(bytes);
         EXPECT_EQ(ReadPictureInfo(file.get(), 3).GetID(), -1);
         for (unsigned int version : {1u, 2u}) {
@@ -294,32 +286,22 @@ TEST(PictureReader, EveryTruncationReadsWholePicturesOrFallsBack) {
     }
 }
 
-TEST(PictureReader, EntriesPastTheStatedIndexAreNotRead) {
+// Entries past the stated index are not read. Files without the header text are read too; without the
+// entry count the index is only known to reach the entry looked up.
+TEST(PictureReader, TheIndexEndsAtItsStatedCountOrAtTheEntryLookedUp) {
     std::vector<unsigned char> bytes = SampleFile();
     PutU32(bytes, 20, 4);
     const auto file = StreamOf(bytes);
-    EXPECT_EQ(ReadPictureInfo(file.get(), 3).GetID(), 3);
-    EXPECT_EQ(ReadPictureInfo(file.get(), 5).GetID(), -1);
+    EXPECT_EQ(std::make_tuple(ReadPictureInfo(file.get(), 3).GetID(), ReadPictureInfo(file.get(), 5).GetID()),
+              std::make_tuple(3, -1));
     ExpectTransparentPixel(ReadPictureBlock(file.get(), 5, 1, 0));
-}
-
-TEST(PictureReader, FilesWithoutTheHeaderTextAreReadToo) {
-    std::vector<unsigned char> bytes = SampleFile();
     std::fill(bytes.begin(), bytes.begin() + 256, 0);
-    const auto file = StreamOf(bytes);
-    EXPECT_EQ(ReadPictureInfo(file.get(), 3).GetPicSizeInfo(2), ULOPictureSizeInfo(2, 20, 8, 80));
-    EXPECT_EQ(Bytes(ReadPictureBlock(file.get(), 5, 1, 1)), PartBytes(5, 0, 1, 10, 4, PICTBITS_RGB24));
-    // Without the entry count the index is only known to reach the entry looked up.
+    const auto headless = StreamOf(bytes);
+    EXPECT_EQ(ReadPictureInfo(headless.get(), 3).GetPicSizeInfo(2), ULOPictureSizeInfo(2, 20, 8, 80));
+    EXPECT_EQ(Bytes(ReadPictureBlock(headless.get(), 5, 1, 1)), PartBytes(5, 0, 1, 10, 4, PICTBITS_RGB24));
     PutU32(bytes, RecordOffset(bytes, 3) + 16, 256 + 4 * 3);
     const auto damaged = StreamOf(bytes);
     EXPECT_EQ(ReadPictureInfo(damaged.get(), 3).GetID(), -1);
-}
-
-TEST(PictureReader, MaskPicturesUseByteRows) {
-    const auto file = StreamOf(BuildBitmapResourceFile({MakePicture(1, PICTBITS_MASK8, 1, {{5, 3}})}));
-    const DecodedBlock b = ReadPictureBlock(file.get(), 1, 1, 0);
-    EXPECT_EQ(b.lineWidth, 8);
-    EXPECT_EQ(Bytes(b), PartBytes(1, 0, 0, 5, 3, PICTBITS_MASK8));
 }
 
 TEST(BitmapResourceWriter, RejectsRecordsThatDoNotHoldTogetherAndWritesTheHeader) {

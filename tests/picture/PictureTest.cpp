@@ -21,19 +21,13 @@ ULOPictureBits Stored(int id, int slot, int part, int width, int height, int fla
     return copy;
 }
 
-// What the buffer operations give on a copy: the middle column and row repeated (never shrinking
-// the height), and nearest-pixel resizing.
+// What the buffer operations give on a copy: the middle column and row repeated (never shrinking the
+// height).
 ULOPictureBits Stretched(const ULOPictureBits& source, int width, int height) {
     ULOPictureBits copy;
     copy.Clone(source);
     copy.HEnlarge(width, -1);
     copy.VEnlarge(height, -1);
-    return copy;
-}
-ULOPictureBits Nearest(const ULOPictureBits& source, int width, int height) {
-    ULOPictureBits copy;
-    copy.Clone(source);
-    copy.Resize(width, height, ULOPictureBits::eResizeNearest);
     return copy;
 }
 
@@ -126,7 +120,10 @@ TEST_F(PictureTest, MagnifiedAndSizedPicturesHoldDevicePixels) {
     EXPECT_TRUE(
         Holds(ULOPicture(220, ULOSize(10, 10), 0, true, true), 1, {15, 15}, {10, 10}, Smoothed(s1, 15, 15)));
     SetMagnifier(0.5f);  // shrinking at a fractional magnifier takes the nearest pixels
-    EXPECT_TRUE(Holds(ULOPicture(210), 1, {3, 2}, {6, 4}, Bytes(Nearest(v1, 3, 2))));
+    ULOPictureBits nearest;
+    nearest.Clone(v1);
+    nearest.Resize(3, 2, ULOPictureBits::eResizeNearest);
+    EXPECT_TRUE(Holds(ULOPicture(210), 1, {3, 2}, {6, 4}, Bytes(nearest)));
 
     // Pictures of a requested size: version 1 if it is no larger, else version 2 scaled down smoothly;
     // without smoothing the middle is stretched (VEnlarge never shrinks, so the height stays).
@@ -255,49 +252,43 @@ TEST_F(PictureTest, GeometryOperationsTakeLogicalUnits) {
     EXPECT_EQ(lazy.GetSize(true), ULOSize(6, 10));
 }
 
-TEST_F(PictureTest, PicturesOutsideTheCatalogue) {
+// A picture outside the catalogue holds a copy of the bytes it is given; its copies own their pixels.
+TEST_F(PictureTest, PicturesOutsideTheCatalogueOwnTheirPixels) {
     std::vector<unsigned char> bytes = PartBytes(5, 0, 0, 5, 3, PICTBITS_RGB24);
-    const ULOPicture fromBits(bytes.data(), 5, 3, PICTBITS_RGB24, 4);
-    bytes[0] ^= 0xFF;  // the picture has a copy
-    EXPECT_EQ(Bytes(fromBits), PartBytes(5, 0, 0, 5, 3, PICTBITS_RGB24));
+    const std::vector<unsigned char> stored = bytes;
+    ULOPicture original(bytes.data(), 5, 3, PICTBITS_RGB24, 4);
+    bytes[0] ^= 0xFF;
+    EXPECT_EQ(Bytes(original), stored);
     EXPECT_EQ(std::make_tuple(16, 1, false, false),
-              std::make_tuple(fromBits.GetLineWidth(true), fromBits.GetCurrentVersion(),
-                              fromBits.IsMagnified(), fromBits.CanBeRemade()));
-    ULOPicture mutableCopy = fromBits;
-    const ULOPictureInfo& info = mutableCopy.GetInfo();
+              std::make_tuple(original.GetLineWidth(true), original.GetCurrentVersion(),
+                              original.IsMagnified(), original.CanBeRemade()));
+    ULOPicture copy(original);
+    EXPECT_NE(copy.GetBits(), original.GetBits());
+    copy.SetPixelAndAlpha(0, 0, CLR(1, 2, 3), 4);
+    EXPECT_EQ(Bytes(original), stored);
+    const ULOPictureInfo& info = copy.GetInfo();
     EXPECT_EQ(std::make_tuple(-1, 4, PICTBITS_RGB24, 1, size_t{1}),
               std::make_tuple(info.GetID(), info.GetPartsCount(), info.GetFlags(), info.GetSizeVersionFlags(),
                               info.GetSizes().size()));
     EXPECT_EQ(info.GetPicSizeInfo(1), ULOPictureSizeInfo(1, 5, 3, 16));
-
     const ULOPicture cleared(ULOSize(3, 2), PICTBITS_MASK8, 2);
     EXPECT_EQ(std::make_tuple(Bytes(cleared), cleared.GetBytesPerPixel()),
               std::make_tuple(std::vector<unsigned char>(8, 0), 1));
-}
-
-TEST_F(PictureTest, CopiesOwnTheirPixels) {
-    std::vector<unsigned char> bytes = PartBytes(6, 0, 0, 3, 3, 0);
-    ULOPicture original(bytes.data(), 3, 3, 0, 1);
-    ULOPicture copy(original);
-    EXPECT_NE(copy.GetBits(), original.GetBits());
-    copy.SetPixelAndAlpha(0, 0, CLR(1, 2, 3), 4);
-    EXPECT_EQ(Bytes(original), bytes);
 
     ULOPicture assigned(ULOSize(8, 8));
     assigned = original;  // the 8 x 8 block is released
-    EXPECT_EQ(Bytes(assigned), bytes);
+    EXPECT_EQ(Bytes(assigned), stored);
     const ULOPicture& self = assigned;  // through a reference, as self-assignment happens in practice
     assigned = self;
-    EXPECT_EQ(Bytes(assigned), bytes);
-
+    EXPECT_EQ(Bytes(assigned), stored);
     const unsigned char* block = original.GetBits();
-    ULOPicture moved(std::move(original)), target(ULOSize(2, 2)), other(ULOSize(1, 1), PICTBITS_RGB24);
+    ULOPicture moved(std::move(original)), target(ULOSize(2, 2)), other(ULOSize(1, 1), PICTBITS_MASK8);
     EXPECT_EQ(std::make_tuple(moved.GetBits(), original.GetBits()), std::make_tuple(block, nullptr));
     target = std::move(moved);
     EXPECT_EQ(target.GetBits(), block);
     target.Swap(other);
     EXPECT_EQ(std::make_tuple(other.GetBits(), target.GetFlags(), target.GetBytesPerPixel()),
-              std::make_tuple(block, PICTBITS_RGB24, 3));
+              std::make_tuple(block, PICTBITS_MASK8, 1));
 }
 
 TEST_F(PictureTest, CacheServesDecodedVersionsWithoutTheFile) {

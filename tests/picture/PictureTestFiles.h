@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -24,16 +23,13 @@ namespace picturetest {
 using ulogui::resfile::PictureRecord;
 using ulogui::resfile::VersionImage;
 
-// A byte pattern that differs between pictures, versions, parts and positions.
-inline unsigned char PatternByte(int id, int slot, int part, size_t i) {
-    return static_cast<unsigned char>(id * 31 + slot * 17 + part * 71 + i * 13 + (i >> 8));
-}
-
+// The stored bytes of one part of one version: a pattern that differs between pictures, versions, parts and
+// positions.
 inline std::vector<unsigned char> PartBytes(int id, int slot, int part, int width, int height, int flags) {
-    const size_t size = static_cast<size_t>(ULOPictureUtil::ComputeLineWidth(width, flags)) * height;
-    std::vector<unsigned char> bytes(size);
-    for (size_t i = 0; i < size; ++i) {
-        bytes[i] = PatternByte(id, slot, part, i);
+    std::vector<unsigned char> bytes(static_cast<size_t>(ULOPictureUtil::ComputeLineWidth(width, flags)) *
+                                     height);
+    for (size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<unsigned char>(id * 31 + slot * 17 + part * 71 + i * 13 + (i >> 8));
     }
     return bytes;
 }

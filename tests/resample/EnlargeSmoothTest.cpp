@@ -142,13 +142,4 @@ TEST(RotateTest, QuarterTurnsTransformsAndBlendsMatchTheirGoldenBlocks) {
     ExpectOperations("resample/rotate-blend", operations);
 }
 
-TEST(TransformTest, RecordComparesRotationAsAFloat) {
-    ULOPictureTransform a, b;
-    b.mirrorHorizontally = true;
-    EXPECT_FALSE(a == b);
-    a = b;
-    a.rotation = b.rotation = std::numeric_limits<float>::quiet_NaN();
-    EXPECT_FALSE(a == b);  // a NaN rotation is never equal
-}
-
 }  // namespace

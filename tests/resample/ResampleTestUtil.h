@@ -1,6 +1,6 @@
 #pragma once
-// Helpers of the resampling tests: buffers of each format filled from a function or at random, and
-// pixel bytes read back by picture coordinates.
+// Helpers of the resampling tests: buffers of each format filled from a function or at random, their
+// pixels read back, and operations kept as golden blocks.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -45,11 +45,6 @@ inline void PaintRandom(ULOPictureBits& b, std::mt19937& random) {
     for (int i = 0; i < b.GetLineWidth(false) * b.GetHeight(false); ++i) {
         b.GetBits()[i] = static_cast<std::uint8_t>(random());
     }
-}
-
-inline std::vector<std::uint8_t> Pixel(const ULOPictureBits& b, int x, int y) {
-    const std::uint8_t* p = b.GetBits(x, y);
-    return std::vector<std::uint8_t>(p, p + b.GetBytesPerPixel());
 }
 
 // The pixels of the picture (no padding), row by row from the top.

@@ -24,17 +24,6 @@ struct Scene {
     std::function<void(ULOTrueColorDCBase&)> draw;
 };
 
-inline golden::Image Snapshot(const std::string& name, const ULOTrueColorDCBase& dc) {
-    golden::Image image{name, dc.GetWidth(true), dc.GetHeight(true), 4, {}};
-    for (int y = 0; y < image.height; ++y) {
-        for (int x = 0; x < image.width; ++x) {
-            const Pixel p = PixelAt(dc, x, y);
-            image.bytes.insert(image.bytes.end(), p.begin(), p.end());
-        }
-    }
-    return image;
-}
-
 // Draws every scene (the guard must come back as it was set) and compares all with the family's file.
 inline void ExpectScenes(const std::string& family, const std::vector<Scene>& scenes) {
     std::vector<golden::Image> images;
@@ -45,7 +34,10 @@ inline void ExpectScenes(const std::string& family, const std::vector<Scene>& sc
         dc.SetWorkingOnScreenSize(s.guard);
         s.draw(dc);
         EXPECT_EQ(dc.GetWorkingOnScreenSize(), s.guard) << s.name;
-        images.push_back(Snapshot(s.name, dc));
+        images.push_back({s.name, dc.GetWidth(true), dc.GetHeight(true), 4, {}});
+        for (const Pixel& p : Pixels(dc)) {
+            images.back().bytes.insert(images.back().bytes.end(), p.begin(), p.end());
+        }
         magnify::GetMagnifier() = 1.0f;
     }
     golden::ExpectMatches(family, images);

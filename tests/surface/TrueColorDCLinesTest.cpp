@@ -1,8 +1,8 @@
 // The outline members: golden scenes of pixels, lines, outlines and bevels on plain and magnified surfaces
-// (m = 1.5 and 2.0, guard down and raised) and one formula per write kind; chart curves as golden scenes;
-// arcs on hand-computed maps of the whole device buffer (they depend on libm trigonometry); the smooth ring
-// against the exact coverage of the ring; and one sweep of bad inputs, which must finish without touching
-// memory outside the buffer (the sanitizer build sees every write).
+// (m = 1.5 and 2.0, guard down and raised); chart curves as golden scenes; arcs on hand-computed maps of
+// the whole device buffer (they depend on libm trigonometry); the smooth ring against the exact coverage
+// of the ring; and one sweep of bad inputs, which must finish without touching memory outside the buffer
+// (the sanitizer build sees every write).
 #include <initializer_list>
 #include <iterator>
 #include <limits>
@@ -76,20 +76,6 @@ TEST_F(LinesTest, LinesAndOutlinesMatchTheirGoldenScenes) {
         {"2.0: raised bevel", 2, true, true, false, 3, 3, [](DC& dc) { dc.Draw3DRect({0, 0, 2, 2}, true); }},
     });
     // clang-format on
-}
-
-// The rules the scenes rest on, one formula each: the alpha write (c * a + d * (255 - a)) / 255 with
-// a = trunc(0.5 * 255), the relative write held to 0..255 per byte, and the write onto an alpha surface
-// (c = (100 * 128) >> 8, colour 255 * 127 / (255 - c)).
-TEST_F(LinesTest, WriteKindsFollowTheirFormulas) {
-    DC dc(ULORect(0, 0, 3, 1), true, false);
-    FillAll(dc, CLR(0, 0, 0), 100);
-    dc.DrawPixelAlpha({0, 0}, CLR(200, 50, 0), 0.5f);
-    dc.DrawPixelRelative({1, 0}, CLR(-10, 20, 127));
-    dc.DrawLineOnAlpha({2, 0}, {2, 0}, kWhite, 0.5f);
-    EXPECT_EQ(PixelAt(dc, 0, 0), (Pixel{0, 24, 99, 100}));
-    EXPECT_EQ(PixelAt(dc, 1, 0), (Pixel{127, 20, 0, 100}));
-    EXPECT_EQ(PixelAt(dc, 2, 0), (Pixel{157, 157, 157, 50}));
 }
 
 // Radius 2 around (3, 3): 12 points, k at k / 12 * 2pi. Each segment draws its start pixel; the angle
