@@ -5,7 +5,7 @@
 // direction with overlapping rows, the offset and the area converted. Wild shadow inputs must stay inside
 // the buffer. Texture fills: where tiles start, what the opacity does, 24-bit and scaled pictures, pictures
 // by ID from a resource file, and pictures that draw nothing.
-#include "GoldenScene.h"
+#include "SurfaceTestSupport.h"
 #include "picture/PictureTestFiles.h"
 
 namespace {

@@ -3,7 +3,7 @@
 // the same functors, and bad input; stretched and extruded pictures, colours painted through alpha,
 // masked pictures, plain copies and blits, and the temporary buffer of a magnified draw when an
 // exception passes.
-#include "GoldenScene.h"
+#include "SurfaceTestSupport.h"
 #include "pixelops/PixelTransferWrappers.h"
 #include "ulogui/Palette.h"
 

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <limits>
 
-#include "GoldenScene.h"
+#include "SurfaceTestSupport.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <new>
 
-#include "GoldenScene.h"
+#include "SurfaceTestSupport.h"
 #include "surface/DrawingFrame.h"
 
 namespace {

@@ -1,12 +1,30 @@
 // Resize by its three methods, ResizeToWidth/ResizeToHeight, Enlarge and ResizeLazy, the box and nearest
 // methods on golden images of random sizes and rectangles; Crop at its nine anchors, the stretching
-// operations (HEnlarge, VEnlarge, HResize) as golden blocks, and ClipRectToPictureSize. Bad input (sizes
-// of 0 or less, rectangles outside the picture, allocations that cannot succeed, buffers not fit for pixel
-// work): every operation either leaves the buffer as it was or empties it, and never touches memory
-// outside its blocks (which the sanitizer build checks).
-#include <new>
+// operations (HEnlarge, VEnlarge, HResize) as golden blocks, and ClipRectToPictureSize. Bad input (sizes of 0
+// or less, rectangles outside the picture, allocations that cannot succeed, buffers not fit for pixel work):
+// every operation either leaves the buffer as it was or empties it, and never touches memory outside its
+// blocks (which the sanitizer build checks). Rotation (exact quarter turns and the resampled path),
+// transformation records and blending; EnlargeSmooth: the target rectangle, the rounding of the tap weights,
+// and random scenarios whose scalar output is kept as golden images (taken when the kernels matched the exact
+// formula within its rounding and a per-pixel evaluation of the fixed-point definition bit for bit), every
+// vector kernel against it.
+#include <gtest/gtest.h>
 
-#include "ResampleTestUtil.h"
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <new>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "base/CpuFeatures.h"
+#include "golden/Golden.h"
+#include "resample/SmoothScaler.h"
+#include "ulogui/PictureBits.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 // An impossible allocation must come back as a failure here, not end the process.
@@ -17,7 +35,95 @@ extern "C" __attribute__((visibility("default"), used)) const char* __asan_defau
 
 namespace {
 
-using namespace resample_test;
+// The three pixel formats; the 32-bit one with its alpha flag set.
+constexpr int kFormats[] = {PICTBITS_MASK8, PICTBITS_RGB24, PICTBITS_ALPHA};
+
+// Exposes what the tests check about ownership and strides.
+class TestBits : public ULOPictureBits {
+public:
+    using ULOPictureBits::ULOPictureBits;
+    bool OwnsBits() const { return ownsBits; }
+};
+
+using PixelFunction = std::function<std::uint8_t(int x, int y, int channel)>;
+
+void Paint(ULOPictureBits& b, const PixelFunction& f) {
+    for (int y = 0; y < b.GetHeight(false); ++y) {
+        for (int x = 0; x < b.GetWidth(false); ++x) {
+            for (int c = 0; c < b.GetBytesPerPixel(); ++c) {
+                b.GetBits(x, y)[c] = f(x, y, c);
+            }
+        }
+    }
+}
+
+// Every byte of the block, padding included.
+void PaintRandom(ULOPictureBits& b, std::mt19937& random) {
+    for (int i = 0; i < b.GetLineWidth(false) * b.GetHeight(false); ++i) {
+        b.GetBits()[i] = static_cast<std::uint8_t>(random());
+    }
+}
+
+// The pixels of the picture (no padding), row by row from the top.
+std::vector<std::uint8_t> Pixels(const ULOPictureBits& b) {
+    std::vector<std::uint8_t> all;
+    for (int y = 0; y < b.GetHeight(false); ++y) {
+        const std::uint8_t* p = b.GetBits(0, y);
+        all.insert(all.end(), p, p + b.GetWidth(false) * b.GetBytesPerPixel());
+    }
+    return all;
+}
+
+std::vector<std::uint8_t> Block(const ULOPictureBits& b) {
+    const std::uint8_t* p = b.GetBits();
+    return std::vector<std::uint8_t>(p, p + b.GetLineWidth(false) * b.GetHeight(false));
+}
+
+// A byte that differs between neighbouring pixels and channels, so that a pixel taken from the wrong
+// place shows.
+std::uint8_t Distinct(int x, int y, int c) {
+    return static_cast<std::uint8_t>(x * 37 + y * 101 + c * 53 + 7);
+}
+
+// The pixels as a golden image; a large one as its 64-bit FNV-1a digest (an 8-byte image).
+golden::Image Picture(const std::string& name, const ULOPictureBits& b) {
+    return {name, b.GetWidth(false), b.GetHeight(false), b.GetBytesPerPixel(), Pixels(b)};
+}
+golden::Image Digest(const std::string& name, const ULOPictureBits& b) {
+    std::uint64_t h = 14695981039346656037ull;
+    for (const std::uint8_t v : Pixels(b)) {
+        h = (h ^ v) * 1099511628211ull;
+    }
+    golden::Image image{name + " digest", 8, 1, 1, {}};
+    for (int i = 0; i < 8; ++i) {
+        image.bytes.push_back(static_cast<std::uint8_t>(h >> (8 * i)));
+    }
+    return image;
+}
+
+// An operation on a fresh w x h buffer of Distinct pixels, kept as its pixels (or its whole block, padding
+// included, when the padding is known) with the size it leaves in the row's name.
+struct Operation {
+    std::string name;
+    int w, h, flags;
+    std::function<void(TestBits&)> run;
+    bool wholeBlock = false;
+};
+
+void ExpectOperations(const std::string& family, const std::vector<Operation>& operations) {
+    std::vector<golden::Image> images;
+    for (const Operation& o : operations) {
+        TestBits b(ULOSize(o.w, o.h), o.flags);
+        Paint(b, Distinct);
+        o.run(b);
+        const std::string size = std::to_string(b.GetWidth(false)) + "x" + std::to_string(b.GetHeight(false));
+        const int rowBytes = o.wholeBlock ? b.GetLineWidth(false) : b.GetWidth(false) * b.GetBytesPerPixel();
+        images.push_back({o.name + " flags " + std::to_string(o.flags) + " -> " + size, rowBytes,
+                          b.GetHeight(false), 1, o.wholeBlock ? Block(b) : Pixels(b)});
+    }
+    golden::ExpectMatches(family, images);
+}
+
 using B = ULOPictureBits;
 
 // The copy takes the rectangle and clears the rest (rows 2 and 3 of the rectangle land in the bottom two
@@ -293,6 +399,139 @@ TEST(BadInputTest, BlendingBlocksOfDifferentSizesTouchesOnlyTheCommonBytes) {
     EXPECT_EQ(Pixels(small), std::vector<std::uint8_t>(4, 150));
     big.BlendWithPicture(&small, 0.999f);
     EXPECT_EQ(std::make_tuple(big.GetBits()[0], big.GetBits()[4]), std::make_tuple(150, 100));
+}
+
+namespace smooth = ulogui::resample::smooth;
+namespace base = ulogui::base;
+
+// Restores the instruction-set level a test forced.
+class EnlargeSmoothTest : public ::testing::Test {
+protected:
+    void TearDown() override { base::ForceIsa(base::BestIsa()); }
+};
+
+// The rectangle gives the size only: output (x, y) goes to target (x, y); an output larger than the
+// target is cut at the target's edge.
+TEST_F(EnlargeSmoothTest, TargetRectangleGivesTheSizeButNotThePosition) {
+    TestBits src(ULOSize(6, 6), PICTBITS_MASK8);
+    Paint(src, [](int, int, int) { return 77; });
+    TestBits target(ULOSize(5, 5), PICTBITS_MASK8);
+    Paint(target, [](int, int, int) { return 1; });
+    const ULORect rect(10, 10, 13, 13), large(0, 0, 9, 9);
+    src.EnlargeSmooth(target, &rect);
+    for (int i = 0; i < 25; ++i) {
+        EXPECT_EQ(Pixels(target)[i], i % 5 < 3 && i / 5 < 3 ? 77 : 1) << i;
+    }
+    src.EnlargeSmooth(target, &large);
+    EXPECT_EQ(Pixels(target), std::vector<std::uint8_t>(25, 77));
+}
+
+// Tap weights round to the nearest unit of 1 / 16384 (the sweeps cannot tell: their references read the
+// same tables): a bilinear pair at p = 0.55 gives its first pixel 0.45 * 16384 = 7372.8, an area window
+// of 1.1 cells its first cell 16384 / 1.1 = 14894.5.
+TEST_F(EnlargeSmoothTest, TapWeightsRoundToTheNearestUnit) {
+    EXPECT_EQ(smooth::BilinearTaps(3, 10, 0.3f, 0).weight[6], 7373);
+    EXPECT_EQ(smooth::AreaTaps(11, 10, 1.1f, 0).weight[0], 14895);
+}
+
+struct Scenario {
+    int flags;
+    int w, h, dw, dh;
+};
+
+// The output over a target of 0xEE bytes at the forced instruction-set level.
+TestBits Enlarged(const ULOPictureBits& src, const Scenario& s, base::Isa level) {
+    base::ForceIsa(level);
+    TestBits target(ULOSize(s.dw, s.dh), s.flags);
+    Paint(target, [](int, int, int) { return 0xEE; });
+    src.EnlargeSmooth(target, nullptr);
+    return target;
+}
+
+// Random scenarios of every format, both modes, empty windows and large scales, whose scalar output is
+// kept as golden images (outputs above 600 pixels as digests; the largest are split over threads and have
+// rows that are not 32-byte aligned);
+// every vector kernel computes the scalar path's bytes.
+TEST_F(EnlargeSmoothTest, ScalarOutputMatchesItsGoldenAndEveryKernelTheScalarOne) {
+    const int flags[] = {PICTBITS_MASK8, PICTBITS_RGB24, 0, PICTBITS_ALPHA};
+    std::mt19937 random(11);
+    std::vector<Scenario> scenarios;
+    for (int i = 0; i < 60; ++i) {
+        const auto size = [&] { return 1 + static_cast<int>(random() % 70); };
+        scenarios.push_back({flags[i % 4], size(), size(), size(), size()});
+    }
+    scenarios.push_back({PICTBITS_ALPHA, 50, 41, 130, 97});
+    scenarios.push_back({0, 333, 257, 130, 100});
+    scenarios.push_back({PICTBITS_ALPHA, 300, 250, 1100, 1000});
+    scenarios.push_back({0, 2203, 1900, 1101, 950});
+    std::vector<golden::Image> images;
+    for (const Scenario& s : scenarios) {
+        const std::string name = std::to_string(images.size()) + ": " + std::to_string(s.w) + "x" +
+                                 std::to_string(s.h) + " flags " + std::to_string(s.flags);
+        TestBits src(ULOSize(s.w, s.h), s.flags);
+        PaintRandom(src, random);
+        const TestBits scalar = Enlarged(src, s, base::Isa(0));
+        images.push_back(s.dw * s.dh > 600 ? Digest(name, scalar) : Picture(name, scalar));
+        for (int level = 1; level < base::kIsaCount && base::IsIsaAvailable(base::Isa(level)); ++level) {
+            ASSERT_EQ(Pixels(Enlarged(src, s, base::Isa(level))), Pixels(scalar))
+                << base::IsaName(base::Isa(level)) << " " << name;
+        }
+    }
+    golden::ExpectMatches("resample/enlarge-smooth", images);
+}
+
+// Exact quarter turns of square buffers (in memory coordinates, whose rows run bottom-up), in place;
+// angles that are not exact quarters leave them alone (89.5 is within 0.01 quarter of 90, so Rotate hands
+// it to Rotate90, which does not turn it); transformations rotate only for positive angles, then mirror;
+// a turn of a buffer that is not square takes the general path, which fills what falls outside with
+// white transparency and composes alpha pixels over the scratch's 255 alpha ((255 - As) * source /
+// (As + 255)); blending mixes every byte, padding included, with a weight out of 256 (0.9959 gives 254,
+// 0.996 256, a copy of the other picture).
+TEST(RotateTest, QuarterTurnsTransformsAndBlendsMatchTheirGoldenBlocks) {
+    std::vector<Operation> operations;
+    for (const int flags : kFormats) {
+        operations.push_back({"Rotate 90", 3, 3, flags, [](TestBits& b) {
+                                  const unsigned char* block = b.GetBits();
+                                  b.Rotate(90.0f);
+                                  EXPECT_EQ(b.GetBits(), block);
+                              }});
+        for (const float degrees : {180.0f, 270.0f, 0.0f, 89.5f, 45.0f, -90.0f, 360.0f}) {
+            operations.push_back({"Rotate90 " + std::to_string(degrees), 3, 3, flags,
+                                  [degrees](TestBits& b) { b.Rotate90(degrees); }});
+        }
+    }
+    operations.push_back({"Rotate 89.5", 3, 3, PICTBITS_RGB24, [](TestBits& b) { b.Rotate(89.5f); }});
+    for (const int flags : {PICTBITS_RGB24, PICTBITS_ALPHA}) {
+        operations.push_back({"Rotate 90, general path", 4, 2, flags, [](TestBits& b) { b.Rotate(90); }});
+    }
+    const auto transform = [](float rotation, bool horizontally, bool vertically) {
+        return [=](TestBits& b) {
+            ULOPictureTransform t;
+            t.rotation = rotation;
+            t.mirrorHorizontally = horizontally;
+            t.mirrorVertically = vertically;
+            b.ApplyTransformation(t);
+        };
+    };
+    operations.push_back({"no transformation", 2, 2, PICTBITS_ALPHA, transform(0, false, false)});
+    operations.push_back({"-90 and mirrored", 2, 2, PICTBITS_ALPHA, transform(-90, true, false)});
+    operations.push_back({"180 and upside down", 2, 2, PICTBITS_ALPHA, transform(180, false, true)});
+    operations.push_back({"blends", 2, 1, PICTBITS_RGB24, [](TestBits& own) {
+                              TestBits other(ULOSize(2, 1), PICTBITS_RGB24);
+                              for (int i = 0; i < 8; ++i) {
+                                  other.GetBits()[i] = static_cast<std::uint8_t>(200 + i);
+                              }
+                              for (const float w : {0.5f, 0.0f, -1.0f, std::nanf(""), 0.9959f}) {
+                                  own.BlendWithPicture(&other, w);
+                              }
+                              own.BlendWithPicture(nullptr, 0.5f);
+                          }});
+    operations.push_back({"blend 0.996", 2, 1, PICTBITS_RGB24, [](TestBits& own) {
+                              TestBits other(ULOSize(2, 1), PICTBITS_RGB24);
+                              Paint(other, [](int x, int y, int c) { return Distinct(x + 5, y, c); });
+                              own.BlendWithPicture(&other, 0.996f);
+                          }});
+    ExpectOperations("resample/rotate-blend", operations);
 }
 
 }  // namespace
