@@ -333,7 +333,7 @@ private:
     size_t capacity_;
 };
 
-TEST(PictureBitsStreamTest, RowLayout) {
+TEST(PictureBitsStreamTest, RecordLayout) {
     ULOPictureBits b(ULOSize(1, 1), PICTBITS_ALPHA);
     b.SetPixelAndAlpha(0, 0, CLR(0x33, 0x22, 0x11), 0x44);
     // clang-format off
@@ -417,34 +417,29 @@ TEST(PictureBitsStreamTest, OtherChunksAndImplausibleSizesAreRefusedWithoutChang
     EXPECT_FALSE(ULOPictureBits().Read(nullptr));
 }
 
-TEST(PictureBitsStreamTest, TruncatedRowsAreRefused) {
-    const Row record = RecordOf(ULOPictureBits(ULOSize(3, 2), PICTBITS_RGB24));
+// Every record cut short is refused (a header cut short leaves the fields read so far), and a write fails
+// whenever the stream refuses a block.
+TEST(PictureBitsStreamTest, TruncatedRecordsAndRefusedWritesFail) {
+    ULOPictureBits source(ULOSize(3, 2), PICTBITS_RGB24);
+    source.Fill(CLR(1, 2, 3), 4);
+    const Row record = RecordOf(source);
     for (size_t length = 0; length < record.size(); ++length) {
         ULOMemoryStream stream(record.data(), length);
         ULOPictureBits target;
         EXPECT_FALSE(target.Read(&stream)) << length;
         EXPECT_EQ(target.GetBits(), nullptr) << length;
+        SmallStream small(length);
+        EXPECT_FALSE(source.Write(&small)) << length;
     }
-    // A header cut short leaves the fields read so far.
+    SmallStream roomy(record.size());
+    EXPECT_TRUE(source.Write(&roomy));
+    EXPECT_EQ(roomy.GetBuffer(), record);
+    EXPECT_FALSE(source.Write(nullptr));
     const Row forged = ForgedRecord(12035, 7, 5, 28, 4, 140, 140);
     ULOMemoryStream stream(forged.data(), 6 + 8);  // chunk header, width and height only
     ULOPictureBits target;
     EXPECT_FALSE(target.Read(&stream));
     EXPECT_EQ(ShapeOf(target), Shape(7, 5, 0, 4, 0, nullptr));
-}
-
-TEST(PictureBitsStreamTest, WriteFailsWheneverTheStreamRefusesABlock) {
-    ULOPictureBits source(ULOSize(2, 2), 0);
-    source.Fill(CLR(1, 2, 3), 4);
-    const Row full = RecordOf(source);
-    for (size_t capacity = 0; capacity < full.size(); ++capacity) {
-        SmallStream stream(capacity);
-        EXPECT_FALSE(source.Write(&stream)) << capacity;
-    }
-    SmallStream roomy(full.size());
-    EXPECT_TRUE(source.Write(&roomy));
-    EXPECT_EQ(roomy.GetBuffer(), full);
-    EXPECT_FALSE(source.Write(nullptr));
 }
 
 }  // namespace

@@ -91,8 +91,7 @@ TEST_F(PictureTest, VersionFollowsTheMagnifier) {
         {1.0f, false, false, true, 205, 2},  {0.5f, true, true, false, 205, 2},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "m " << c.m << " magnified " << c.magnified << " preferLarge "
-                                        << c.preferLarge << " forceLarge " << c.forceLarge << " id " << c.id);
+        SCOPED_TRACE(&c - cases);
         SetMagnifier(c.m);
         EXPECT_EQ(ULOPicture(c.id, 0, c.magnified, c.preferLarge, c.forceLarge).GetCurrentVersion(),
                   c.version);

@@ -180,14 +180,12 @@ TEST_F(SurfaceResizeTest, ArgumentsAreLogicalOnlyOnAMagnifiedSurfaceOutsideTheGu
     EXPECT_EQ(plain.GetSize(true), ULOSize(4, 3));
     plain.Crop(ULORect(1, 1, 3, 2));
     EXPECT_EQ(plain.GetSize(true), ULOSize(2, 1));
-}
 
-TEST_F(SurfaceResizeTest, CropRectangleIsScaledAsARectangleAndItsPixelsFollow) {
+    // A crop rectangle is scaled as a rectangle, and its pixels follow.
     SetMagnifier(1.5f);
-    ULOTrueColorDCBase dc(ULORect(0, 0, 10, 10), false, true);
-    dc.Crop(ULORect(1, 1, 4, 3));  // (2, 2, 7, 5) in device pixels: origin and size scaled apart
-    EXPECT_EQ(dc.GetSize(true), ULOSize(5, 3));
-
+    ULOTrueColorDCBase scaled(ULORect(0, 0, 10, 10), false, true);
+    scaled.Crop(ULORect(1, 1, 4, 3));  // (2, 2, 7, 5) in device pixels: origin and size scaled apart
+    EXPECT_EQ(scaled.GetSize(true), ULOSize(5, 3));
     SetMagnifier(2.0f);
     ULOTrueColorDCBase marked(ULORect(0, 0, 4, 4), false, true);
     const ULORect mark(1, 1, 2, 2);  // device (2, 2)-(4, 4)
