@@ -218,11 +218,14 @@ TEST(ResizeTest, OnlyANewSizeReplacesTheBlockAndAViewGetsItsOwn) {
     b.ResizeLazy(5, 2);
     EXPECT_EQ(std::make_tuple(b.GetSize(false), b.GetLineWidth(false)), std::make_tuple(ULOSize(5, 2), 16));
 }
+
 // Crop at its nine anchors and unknown ones (10 x 8 cut to 4 x 3; anchor 2 takes the width difference as
 // its top edge, so its last row lies below the picture and stays cleared), by a rectangle, and past the
 // picture (the block read as it lies, what is outside it cleared); HEnlarge repeating and dropping
 // columns around the split; VEnlarge repeating a memory row and never shrinking; HResize centring rows
-// between transparent padding (a mask's rows copied with their own padding, not realigned).
+// between transparent padding (a mask's rows copied with their own padding, not realigned). Rectangles far
+// outside read nothing (what they cover is cleared), and columns and rows repeated from past the block are
+// not read.
 TEST(CropStretchTest, OperationsMatchTheirGoldenBlocks) {
     std::vector<Operation> operations;
     for (const int flags : kFormats) {
@@ -239,6 +242,19 @@ TEST(CropStretchTest, OperationsMatchTheirGoldenBlocks) {
                                   b.VEnlarge(3, 0);
                                   b.VEnlarge(2, 0);
                                   b.VEnlarge(5, 1);
+                              }});
+        operations.push_back({"crop far outside", 4, 4, flags, [](TestBits& b) {
+                                  b.Crop(ULORect(INT_MIN / 2, 1000000, INT_MIN / 2 + 3, 1000002));
+                              }});
+        operations.push_back({"resize from far rectangles", 4, 4, flags, [](TestBits& b) {
+                                  b.Resize(3, 3, ULORect(-100, -7, 900, 60), B::eResizeBox);
+                                  b.Resize(5, 2, ULORect(INT_MIN, INT_MIN, INT_MAX, INT_MAX), B::eResizeBox);
+                                  b.Resize(2, 2, ULORect(3, 3, 100000, 100000), B::eResizeCopy);
+                              }});
+        operations.push_back({"repeats past the block", 4, 4, flags, [](TestBits& b) {
+                                  b.HEnlarge(9, 1000);
+                                  b.VEnlarge(9, 1000);
+                                  b.HEnlarge(2, INT_MAX);
                               }});
     }
     operations.push_back({"HResize", 2, 2, PICTBITS_ALPHA, [](TestBits& b) {
@@ -320,29 +336,6 @@ TEST(BadInputTest, ImpossibleAllocationsThrowAndChangeNothing) {
     EXPECT_EQ(std::make_tuple(b.GetSize(false), Block(b)), std::make_tuple(ULOSize(1 << 16, 1), before));
 }
 
-TEST(BadInputTest, RectanglesFarOutsideReadNothing) {
-    for (int flags : kFormats) {
-        TestBits b(ULOSize(4, 4), flags);
-        Paint(b, Distinct);
-        b.Crop(ULORect(INT_MIN / 2, 1000000, INT_MIN / 2 + 3, 1000002));
-        EXPECT_EQ(b.GetSize(false), ULOSize(3, 2));
-        EXPECT_EQ(Pixels(b), std::vector<std::uint8_t>(6 * b.GetBytesPerPixel(), 0));
-
-        TestBits c(ULOSize(4, 4), flags);
-        Paint(c, Distinct);
-        c.Resize(3, 3, ULORect(-100, -7, 900, 60), B::eResizeBox);
-        c.Resize(5, 2, ULORect(INT_MIN, INT_MIN, INT_MAX, INT_MAX), B::eResizeBox);
-        c.Resize(2, 2, ULORect(3, 3, 100000, 100000), B::eResizeCopy);
-        EXPECT_EQ(c.GetSize(false), ULOSize(2, 2));
-
-        TestBits d(ULOSize(4, 4), flags);
-        d.HEnlarge(9, 1000);  // the repeated column lies past the block
-        d.VEnlarge(9, 1000);
-        d.HEnlarge(2, INT_MAX);
-        EXPECT_EQ(d.GetSize(false), ULOSize(2, 9));
-    }
-}
-
 TEST(BadInputTest, BuffersUnfitForPixelWorkAreLeftAlone) {
     // A view with a stride too short for its rows, and one without memory.
     unsigned char memory[16] = {};
@@ -409,22 +402,6 @@ class EnlargeSmoothTest : public ::testing::Test {
 protected:
     void TearDown() override { base::ForceIsa(base::BestIsa()); }
 };
-
-// The rectangle gives the size only: output (x, y) goes to target (x, y); an output larger than the
-// target is cut at the target's edge.
-TEST_F(EnlargeSmoothTest, TargetRectangleGivesTheSizeButNotThePosition) {
-    TestBits src(ULOSize(6, 6), PICTBITS_MASK8);
-    Paint(src, [](int, int, int) { return 77; });
-    TestBits target(ULOSize(5, 5), PICTBITS_MASK8);
-    Paint(target, [](int, int, int) { return 1; });
-    const ULORect rect(10, 10, 13, 13), large(0, 0, 9, 9);
-    src.EnlargeSmooth(target, &rect);
-    for (int i = 0; i < 25; ++i) {
-        EXPECT_EQ(Pixels(target)[i], i % 5 < 3 && i / 5 < 3 ? 77 : 1) << i;
-    }
-    src.EnlargeSmooth(target, &large);
-    EXPECT_EQ(Pixels(target), std::vector<std::uint8_t>(25, 77));
-}
 
 // Tap weights round to the nearest unit of 1 / 16384 (the sweeps cannot tell: their references read the
 // same tables): a bilinear pair at p = 0.55 gives its first pixel 0.45 * 16384 = 7372.8, an area window
@@ -531,6 +508,16 @@ TEST(RotateTest, QuarterTurnsTransformsAndBlendsMatchTheirGoldenBlocks) {
                               Paint(other, [](int x, int y, int c) { return Distinct(x + 5, y, c); });
                               own.BlendWithPicture(&other, 0.996f);
                           }});
+    // EnlargeSmooth's rectangle gives the size only: output (x, y) goes to target (x, y); an output larger
+    // than the target is cut at the target's edge.
+    for (const ULORect rect : {ULORect(10, 10, 13, 13), ULORect(0, 0, 9, 9)}) {
+        operations.push_back({"EnlargeSmooth into " + std::to_string(rect.Width()), 5, 5, PICTBITS_MASK8,
+                              [rect](TestBits& target) {
+                                  TestBits src(ULOSize(6, 6), PICTBITS_MASK8);
+                                  Paint(src, [](int, int, int) { return 77; });
+                                  src.EnlargeSmooth(target, &rect);
+                              }});
+    }
     ExpectOperations("resample/rotate-blend", operations);
 }
 
