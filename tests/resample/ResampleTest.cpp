@@ -4,7 +4,7 @@
 // or less, rectangles outside the picture, allocations that cannot succeed, buffers not fit for pixel work):
 // every operation either leaves the buffer as it was or empties it, and never touches memory outside its
 // blocks (which the sanitizer build checks). Rotation (exact quarter turns and the resampled path),
-// transformation records and blending; EnlargeSmooth: the target rectangle, the rounding of the tap weights,
+// transformations and blending; EnlargeSmooth: the target rectangle, the rounding of the tap weights,
 // and random scenarios whose scalar output is kept as golden images (taken when the kernels matched the exact
 // formula within its rounding and a per-pixel evaluation of the fixed-point definition bit for bit), every
 // vector kernel against it.
