@@ -1,5 +1,6 @@
-// The resource builder end to end: PNG files and a manifest in, a bitmap resource file out, listed
-// and unpacked again, and its errors.
+// The resource builder: PNG files and a manifest in, a bitmap resource file out, listed and unpacked
+// again through the program, and its errors; the font commands, manifests in and font resource
+// files out, through the library of the commands.
 #include <gtest/gtest.h>
 #include <png.h>
 #if defined(_WIN32)
@@ -11,20 +12,21 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "FontCommands.h"
+#include "PngFile.h"
+#include "ToolError.h"
+#include "font/FontFiles.h"
 #include "ulogui/Picture.h"
-#include "ulolib/TempDir.h"
 
 namespace {
 
-struct Rgba {
-    int width = 0;
-    int height = 0;
-    std::vector<unsigned char> pixels;  // top row first, red, green, blue, opacity
-    const unsigned char* At(int x, int y) const { return &pixels[(static_cast<size_t>(y) * width + x) * 4]; }
-};
+using Rgba = ulores::RgbaImage;
 
 Rgba Pattern(int width, int height, int seed) {
     Rgba image{width, height, std::vector<unsigned char>(static_cast<size_t>(width) * height * 4)};
@@ -34,13 +36,11 @@ Rgba Pattern(int width, int height, int seed) {
     return image;
 }
 
+// The program's own writer makes the input files; the outputs are read by libpng directly.
 void WritePng(const std::string& path, const Rgba& image) {
-    png_image png{};
-    png.version = PNG_IMAGE_VERSION;
-    png.width = static_cast<png_uint_32>(image.width);
-    png.height = static_cast<png_uint_32>(image.height);
-    png.format = PNG_FORMAT_RGBA;
-    ASSERT_TRUE(png_image_write_to_file(&png, path.c_str(), 0, image.pixels.data(), 0, nullptr)) << path;
+    FILE* file = std::fopen(path.c_str(), "wb");
+    ulores::WritePng(image, file, path);
+    std::fclose(file);
 }
 
 Rgba ReadPng(const std::string& path) {
@@ -84,6 +84,15 @@ struct Result {
     int status = -1;
     std::string output;
 };
+
+std::string Error(const std::function<void()>& run) {
+    try {
+        run();
+    } catch (const ulores::ToolError& e) {
+        return e.what();
+    }
+    return "";
+}
 
 class UloresTest : public ::testing::Test {
 protected:
@@ -215,34 +224,31 @@ TEST_F(UloresTest, ManifestErrorsNameTheLinePictureAndFile) {
     WritePng(Path("a.png"), Pattern(4, 3, 1));
     WritePng(Path("b.png"), Pattern(5, 3, 2));
     dir_.Write("not-a-png.png", "hello");
-    const auto one = [](const char* picture) { return std::string("<bitmaps>") + picture + "</bitmaps>"; };
+    // Pictures between "<bitmaps>" and "</bitmaps>" on lines of their own.
     const std::pair<std::string, std::vector<std::string>> cases[] = {
-        {"<bitmaps>\n<picture id=\"9\" format=\"alpha32\" parts=\"2\">\n<version>\n<part file=\"a.png\"/>\n"
-         "<part file=\"b.png\"/>\n</version>\n</picture>\n</bitmaps>",
+        {"<picture id=\"9\" format=\"alpha32\" parts=\"2\">\n<version>\n<part file=\"a.png\"/>\n"
+         "<part file=\"b.png\"/>\n</version>\n</picture>",
          {"bad.xml:5:", "picture 9", "b.png", "5 x 3", "a.png", "4 x 3"}},
-        {"<bitmaps>\n<picture id=\"1\" format=\"alpha32\">\n<version file=\"a.png\">\n</bitmaps>",
-         {"bad.xml:", "not well-formed"}},
-        {one("<picture id=\"2\" format=\"rgb16\"><version file=\"a.png\"/></picture>"),
-         {"bad.xml:1:", "picture 2", "rgb16"}},
-        {"<bitmaps>\n<picture id=\"4\" format=\"rgb24\"><version "
-         "file=\"missing.png\"/></picture>\n</bitmaps>",
+        {"<picture id=\"1\" format=\"alpha32\">\n<version file=\"a.png\">", {"bad.xml:", "not well-formed"}},
+        {"<picture id=\"2\" format=\"rgb16\"><version file=\"a.png\"/></picture>",
+         {"bad.xml:2:", "picture 2", "rgb16"}},
+        {"<picture id=\"4\" format=\"rgb24\"><version file=\"missing.png\"/></picture>",
          {"bad.xml:2:", "picture 4", "missing.png"}},
-        {"<bitmaps>\n<picture id=\"5\" format=\"rgb24\" parts=\"3\"><version file=\"a.png\"/></picture>\n"
-         "</bitmaps>",
+        {"<picture id=\"5\" format=\"rgb24\" parts=\"3\"><version file=\"a.png\"/></picture>",
          {"bad.xml:2:", "picture 5", "a.png", "3 parts"}},
-        {"<bitmaps>\n<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n"
-         "<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n</bitmaps>",
+        {"<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n"
+         "<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>",
          {"bad.xml:3:", "picture 6", "line 2"}},
-        {one("<picture id=\"-3\" format=\"mask8\"><version file=\"a.png\"/></picture>"),
-         {"bad.xml:1:", "id=\"-3\""}},
-        {one("<picture id=\"8\" format=\"mask8\"/>"), {"picture 8", "no <version>"}},
-        {"<fonts/>", {"bad.xml", "<bitmaps>"}},
-        {one("<picture id=\"1\" format=\"mask8\"><version file=\"not-a-png.png\"/></picture>"),
-         {"bad.xml:1:", "picture 1", "not-a-png.png"}},
+        {"<picture id=\"-3\" format=\"mask8\"><version file=\"a.png\"/></picture>",
+         {"bad.xml:2:", "id=\"-3\""}},
+        {"<picture id=\"8\" format=\"mask8\"/>", {"picture 8", "no <version>"}},
+        {"<picture id=\"1\" format=\"mask8\"><version file=\"not-a-png.png\"/></picture>",
+         {"bad.xml:2:", "picture 1", "not-a-png.png"}},
     };
-    for (const auto& [manifest, mentions] : cases) {
-        ExpectPackError(manifest, mentions);
+    for (const auto& [pictures, mentions] : cases) {
+        ExpectPackError("<bitmaps>\n" + pictures + "\n</bitmaps>", mentions);
     }
+    ExpectPackError("<fonts/>", {"bad.xml", "<bitmaps>"});
     EXPECT_EQ(Run("pack-bitmaps " + Path("nothing.xml") + " -o " + Path("x.urb")).status, 1);
 }
 
@@ -277,6 +283,94 @@ TEST_F(UloresTest, ExtractAndDumpRefuseWhatIsNotThere) {
     EXPECT_EQ(Run("dump " + Path("missing.urb")).status, 1);
     dir_.Write("short.urb", "tiny");
     EXPECT_EQ(Run("dump " + Path("short.urb")).status, 1);
+}
+
+using FontTool = UloresTest;
+
+TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReads) {
+    const std::string manifest = dir_.Write("fonts.xml", R"(<?xml version="1.0" encoding="UTF-8"?>
+<fonts>
+  <font id="0" face="Tahoma" height="11"/>
+  <font id="3" face="MS UI Gothic" height="-12" weight="700" italic="1" underline="1" strikeout="1"
+        family="0x30" pitch="1" name="Caption &#x3042;" ignoreHeightExt="0" heightExt="14">
+    <alternative face="Meiryo UI"/>
+    <alternative face="Tahoma"/>
+  </font>
+</fonts>)");
+    const std::string output = dir_.Path().native() + "/fonts.urf";
+    std::ostringstream log;
+    ASSERT_EQ(0, ulores::PackFonts(manifest, output, log));
+    EXPECT_NE(std::string::npos, log.str().find("2 fonts, IDs 0 to 3"));
+    ASSERT_TRUE(ulores::IsFontResourceFile(output));
+
+    std::ifstream in(output, std::ios::binary);
+    const std::vector<uint8_t> file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    ulogui::resfile::FontRecord r;
+    ASSERT_TRUE(ulogui::resfile::ReadFontRecord(file.data(), file.size(), 0, r));
+    EXPECT_EQ(L"Tahoma 11 400 --- 32 2 [] 'Tahoma' 1 11", testfonts::Describe(r));  // the defaults
+    ASSERT_TRUE(ulogui::resfile::ReadFontRecord(file.data(), file.size(), 3, r));
+    EXPECT_EQ(L"MS UI Gothic -12 700 ius 48 1 [Meiryo UI,Tahoma] 'Caption \x3042' 0 14",
+              testfonts::Describe(r));
+
+    std::ostringstream dump;
+    EXPECT_EQ(0, ulores::DumpFonts(output, dump));
+    const std::string listing = dump.str();
+    EXPECT_NE(std::string::npos, listing.find("4 table entries"));
+    EXPECT_NE(std::string::npos, listing.find("font 1: no record"));
+    EXPECT_NE(std::string::npos,
+              listing.find("\"MS UI Gothic\" height -12 weight 700 italic underline strikeout"));
+    EXPECT_NE(std::string::npos, listing.find("    alternative \"Meiryo UI\""));
+}
+
+TEST_F(FontTool, ManifestErrorsNameTheLineAndTheProblem) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"<fonts><font id=\"0\" height=\"11\"/></fonts>", "needs the attribute face"},
+        {"<fonts><font id=\"0\" face=\"A\"/></fonts>", "needs the attribute height"},
+        {"<fonts><font id=\"0\" face=\"A\" height=\"x\"/></fonts>", "is not a number"},
+        {"<fonts><font id=\"0\" face=\"A\" height=\"1\" italic=\"2\"/></fonts>", "italic=\"2\""},
+        {"<fonts><font id=\"70000\" face=\"A\" height=\"1\"/></fonts>", "id=\"70000\""},
+        {"<fonts>\n<font id=\"0\" face=\"A\" height=\"1\"/>\n<font id=\"0\" face=\"B\" "
+         "height=\"1\"/></fonts>",
+         ":3: the ID is already used on line 2"},
+        {"<fonts><font id=\"1\" face=\"A\" height=\"1\"/></fonts>", "no font 0"},
+        {"<fonts/>", "no <font>"},
+        {"<bitmaps/>", "root element must be <fonts>"},
+        {"<fonts><font id=\"0\" face=\"A\" height=\"1\"><picture/></font></fonts>", "unexpected <picture>"},
+        {"<fonts", "not well-formed XML"},
+    };
+    for (const auto& [xml, expected] : cases) {
+        const std::string path = dir_.Write("bad.xml", xml);
+        const std::string message = Error([&] { ulores::ReadFontManifest(path); });
+        EXPECT_NE(std::string::npos, message.find(expected)) << xml << " gave: " << message;
+    }
+    EXPECT_NE(std::string::npos, Error([&] {
+                                     ulores::ReadFontManifest(dir_.Path().native() + "/none.xml");
+                                 }).find("cannot open"));
+}
+
+TEST_F(FontTool, DumpReportsDamagedRecordsAndForeignHeaders) {
+    std::vector<uint8_t> file(256, 0);  // a header that is not ours: the table ends at the first record
+    auto put = [&](uint32_t v) {
+        for (int i = 0; i < 4; ++i) {
+            file.push_back(static_cast<uint8_t>(v >> (8 * i)));
+        }
+    };
+    put(264);         // font 0 right after a two-entry table
+    put(0x7FFFFFF0);  // font 1 far past the end
+    put(1);
+    file.push_back('A');
+    file.push_back(0);
+    const std::string path = testfonts::WriteFile(dir_, "foreign.urf", file);
+    EXPECT_FALSE(ulores::IsFontResourceFile(path));
+    std::ostringstream dump;
+    EXPECT_EQ(1, ulores::DumpFonts(path, dump));
+    EXPECT_NE(std::string::npos, dump.str().find("2 table entries"));
+    EXPECT_NE(std::string::npos, dump.str().find("font 0: at 0x00000108, damaged"));
+    EXPECT_NE(std::string::npos, dump.str().find("font 1: at 0x7ffffff0, damaged"));
+    EXPECT_NE(std::string::npos,
+              Error([&] {
+                  ulores::DumpFonts(testfonts::WriteFile(dir_, "short.urf", {1, 2, 3}), dump);
+              }).find("too short"));
 }
 
 }  // namespace
