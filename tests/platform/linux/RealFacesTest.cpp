@@ -1,15 +1,21 @@
 // The Linux font engine and ULOFont on the project's test fonts, through private fontconfig
 // configurations: enumeration, face resolution, metrics, kerning, and widths against what FreeType's
-// classic interpreter reports for the chosen face.
+// classic interpreter reports for the chosen face; the engine's batched advances (glyphs hinted once
+// each, large batches shared by two threads with a face each) against one plain FreeType load per
+// code point, in code-point order, with the engine's load flags, in a library of the test's own.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cwchar>
 #include <map>
 
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
 #include "font/TestFonts.h"
 #include "platform/linux/FaceCatalogue.h"
 #include "platform/linux/SfntFacts.h"
+#include "toolslib/MultiProc.h"
 #include "ulogui/Font.h"
 
 using namespace ulogui::platform;
@@ -41,6 +47,23 @@ void ExpectWidths(const ULOFont& font, const std::string& file, unsigned ppem, u
         ASSERT_EQ(want, font.GetCharWidthW(static_cast<wchar_t>(c), true)) << std::hex << c;
     }
 }
+
+// One plain load per code point, in code order, with the engine's load flags.
+std::vector<int> PlainAdvances(const std::string& file, unsigned ppem, uint32_t first, uint32_t last) {
+    return testfonts::ClassicAdvances(
+        file, ppem, first, last,
+        FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH);
+}
+
+std::shared_ptr<PlatformFont> Ipaex(FontEngine& engine, int height, int weight = 400) {
+    return testfonts::MakeFont(engine, L"IPAexGothic", height, charset::kShiftJis, weight);
+}
+
+// Restores the thread cap a test changed.
+struct ThreadCap {
+    explicit ThreadCap(int threads) { tools::multiproc::SetMaxJobThreadAllowed(threads); }
+    ~ThreadCap() { tools::multiproc::SetMaxJobThreadAllowed(0); }
+};
 
 }  // namespace
 
@@ -233,12 +256,6 @@ TEST(FontOnRealFaces, ThePreferredAvailableFaceIsChosenAndMeasured) {
     ASSERT_EQ(14u, ft::PixelsPerEmForHeight(16, ft::VerticalDesign{2048, 1854, 434}));
     ExpectWidths(font, Liberation("LiberationSans-Regular.ttf"), 14, 0, 255);
     EXPECT_EQ(font.GetCharWidthW(L'W', true) / 2.0f, font.GetCharWidthW(L'W', false));
-    // A missing double-byte face is reported; the platform still made a font of some face.
-    ULOFont japanese({L"MS Gothic"}, 16, 3, 1.0f, false, false, false);
-    EXPECT_FALSE(japanese.IsNonANSIFontOK());
-    EXPECT_EQ(L"MS Gothic", japanese.GetChosenFace());
-    EXPECT_TRUE(japanese.IsValid());
-    EXPECT_TRUE(ULOFont({L"MS Gothic"}, 16, 0, 1.0f, false, false, false).IsNonANSIFontOK());
 }
 
 TEST(FontOnRealFaces, DoubleByteFontsFindTheirFaceAndCacheTheIdeographs) {
@@ -258,4 +275,32 @@ TEST(FontOnRealFaces, DoubleByteFontsFindTheirFaceAndCacheTheIdeographs) {
     EXPECT_TRUE(chinese.IsNonANSIFontOK());
     EXPECT_EQ(L"AR PL SungtiL GB", chinese.GetChosenFace());
     ExpectWidths(chinese, testfonts::ArphicGb(), 14, 0x4E00, 0x4EFF);
+}
+
+// The ranges a Japanese font fills, at two sizes, with two threads and with one; a small run first
+// leaves part of the glyphs known, so the large batch mixes cached and new glyphs.
+TEST(FontEngineAdvanceBatches, EveryCjkWidthEqualsThePlainPerGlyphLoad) {
+    REQUIRE_CJK_FONTS();
+    const std::string file = testfonts::IpaexGothic();
+    const std::pair<uint32_t, uint32_t> ranges[] = {
+        {0x4E00, 0x4E7F}, {0x3000, 0x9FFF}, {0xF900, 0xFFEF}, {0, 255}};
+    for (const int threads : {0, 1}) {
+        ThreadCap cap(threads);
+        for (const int height : {-16, -11}) {
+            auto engine = testfonts::MakeEngine({file});
+            auto font = Ipaex(*engine, height);
+            ASSERT_TRUE(font);
+            const unsigned ppem = font->GetMetrics().pixelsPerEm;
+            SCOPED_TRACE(testing::Message() << "threads cap " << threads << ", ppem " << ppem);
+            for (const auto& [first, last] : ranges) {
+                EXPECT_EQ(PlainAdvances(file, ppem, first, last), testfonts::Advances(*font, first, last))
+                    << std::hex << first;
+            }
+            // A second font of the size reads the cache; synthesised bold adds its pixel to each.
+            std::vector<int> widened = PlainAdvances(file, ppem, 0x3000, 0x9FFF);
+            EXPECT_EQ(widened, testfonts::Advances(*Ipaex(*engine, height), 0x3000, 0x9FFF));
+            std::transform(widened.begin(), widened.end(), widened.begin(), [](int w) { return w + 1; });
+            EXPECT_EQ(widened, testfonts::Advances(*Ipaex(*engine, height, 700), 0x3000, 0x9FFF));
+        }
+    }
 }

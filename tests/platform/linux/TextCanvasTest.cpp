@@ -77,8 +77,6 @@ public:
     }
 };
 
-constexpr unsigned char kPaper = 0xEE;  // every byte of an untouched pixel
-
 struct Section {
     explicit Section(int w = 20, unsigned char paper = 0xEE) : width(w), bytes(size_t(w) * 22 * 4, paper) {}
     ulogui::raster::RasterView View() {
