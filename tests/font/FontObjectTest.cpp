@@ -126,7 +126,7 @@ TEST_F(FontObject, AFontFromFaceNamesKeepsItsHeightAndDefaults) {
     EXPECT_FALSE(ULOFont::UsesUnicodeExtras());
 }
 
-TEST_F(FontObject, TheLanguageChoosesTheCharacterSet) {
+TEST_F(FontObject, TheLanguageChoosesTheCharacterSetAndDoubleByteFontsReportAMissingFace) {
     const std::pair<int, uint8_t> cases[] = {{0, 0}, {1, 0},   {2, 0}, {3, 128},
                                              {4, 0}, {7, 134}, {8, 0}, {-1, 0}};
     for (const auto& [language, charSet] : cases) {
@@ -138,6 +138,14 @@ TEST_F(FontObject, TheLanguageChoosesTheCharacterSet) {
         EXPECT_EQ(language == 3 || language == 7, ULOFont::NeedsUnicodeExtras(language));
         EXPECT_EQ(language == 3 || language == 7, font.HasUnicodeExtraWidths());
     }
+    // A double-byte font reports a missing face only when no face of its character set exists.
+    EXPECT_TRUE(NamedFont({L"Missing"}, 12, 3).IsNonANSIFontOK());  // MS PGothic: same pitch and family
+    testfonts::ScopedEngine latinOnly(
+        std::make_shared<testfonts::FakeFontEngine>(std::vector<FaceInfo>{Face(L"Tahoma", 0, 0x22)}));
+    EXPECT_FALSE(NamedFont({L"SimSun"}, 12, 7).IsNonANSIFontOK());
+    EXPECT_TRUE(NamedFont({L"MS Gothic"}, 12, 0).IsNonANSIFontOK());
+    EXPECT_EQ(L"FONT 'MS Gothic' h=12, hext=12, w=400, m=1.000000, 0, 0\n",
+              NamedFont({L"MS Gothic"}, 12, 3).GetDebugInfo());
 }
 
 // Fonts cache U+0000..U+00FF (control characters 0); double-byte languages also the ideographs
@@ -160,16 +168,6 @@ TEST_F(FontObject, WidthCachesHoldTheEngineAdvances) {
     ULOFont copy(*original);
     original.reset();
     EXPECT_EQ(Advance(0x4E00, 14), copy.GetCharWidthW(0x4E00, true));
-}
-
-TEST_F(FontObject, NonAnsiFontOkIsFalseOnlyWhenNoDoubleByteFaceExists) {
-    EXPECT_TRUE(NamedFont({L"Missing"}, 12, 3).IsNonANSIFontOK());  // MS PGothic: same pitch and family
-    testfonts::ScopedEngine latinOnly(
-        std::make_shared<testfonts::FakeFontEngine>(std::vector<FaceInfo>{Face(L"Tahoma", 0, 0x22)}));
-    EXPECT_FALSE(NamedFont({L"SimSun"}, 12, 7).IsNonANSIFontOK());
-    EXPECT_TRUE(NamedFont({L"MS Gothic"}, 12, 0).IsNonANSIFontOK());
-    EXPECT_EQ(L"FONT 'MS Gothic' h=12, hext=12, w=400, m=1.000000, 0, 0\n",
-              NamedFont({L"MS Gothic"}, 12, 3).GetDebugInfo());
 }
 
 TEST_F(FontObject, VariantsAreMadeInOrderOrShareTheRegularFont) {
@@ -287,20 +285,13 @@ TEST_F(FontFromFile, TakesEveryFieldOfTheRecordAndMagnifiesTheHeight) {
         L"FONT 'Courier New' h=19, hext=20, w=700, m=1.500000, 1, 0\n"  // 13 x 1.5, truncated
         L"family 48 pitch 1 italic [Missing,Other,Courier New,] 'Fixed' first 'Missing'",
         Facts(font));
-    EXPECT_EQ(std::make_tuple(700, false, 20),  // the fields the debug text has, through their getters
-              std::make_tuple(font.GetWeight(), font.IgnoresHeightExt(), font.GetHeightExt()));
     EXPECT_EQ(std::make_tuple(0x31, 19),
               std::make_tuple(+engine_->requests.front().pitchAndFamily, engine_->requests.front().height));
-    // Ids without a record get font 0.
-    for (unsigned id : {1u, 4u, 100000u, 0xFFFFFFFEu}) {
-        ULOFont zero(id, 0, 1.0f);
-        EXPECT_EQ(id, zero.GetFontID());
-        EXPECT_EQ(
-            L"FONT 'Tahoma' h=11, hext=0, w=400, m=1.000000, 1, 1\nfamily 32 pitch 2 [Tahoma,] '' first "
-            L"'Tahoma'",
-            Facts(zero))
-            << id;
-    }
+    const ULOFont zero(4, 0, 1.0f);  // ids without a record (see FontRecordLookup) get font 0
+    EXPECT_EQ(4u, zero.GetFontID());
+    EXPECT_EQ(
+        L"FONT 'Tahoma' h=11, hext=0, w=400, m=1.000000, 1, 1\nfamily 32 pitch 2 [Tahoma,] '' first 'Tahoma'",
+        Facts(zero));
 }
 
 TEST_F(FontFromFile, HeightsOfDoubleByteLanguagesAndWildMagnifiers) {

@@ -247,18 +247,16 @@ TEST(FontEngineFonts, SurviveTheirEngineAndFaceSharing) {
     EXPECT_EQ(testfonts::ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
 }
 
-TEST(FontOnRealFaces, ThePreferredAvailableFaceIsChosenAndMeasured) {
-    testfonts::ScopedEngine scoped(LatinEngine());
-    ULOFont font({L"No Such Face", L"Liberation Sans", L"DejaVu Sans"}, 16, 0, 2.0f, false, false, false);
-    ASSERT_TRUE(font.IsValid());
-    EXPECT_EQ(L"Liberation Sans", font.GetChosenFace());
-    // A cell height of 16 is 14 pixels per em for Liberation Sans.
-    ASSERT_EQ(14u, ft::PixelsPerEmForHeight(16, ft::VerticalDesign{2048, 1854, 434}));
-    ExpectWidths(font, Liberation("LiberationSans-Regular.ttf"), 14, 0, 255);
-    EXPECT_EQ(font.GetCharWidthW(L'W', true) / 2.0f, font.GetCharWidthW(L'W', false));
-}
-
-TEST(FontOnRealFaces, DoubleByteFontsFindTheirFaceAndCacheTheIdeographs) {
+// The widths of a font on a Latin face follow from those of its engine font (FontObject) and the
+// engine's advances and sizes (above); a double-byte face's widths are compared here.
+TEST(FontOnRealFaces, ThePreferredAvailableFaceIsChosenAndDoubleByteFontsCacheTheIdeographs) {
+    {
+        testfonts::ScopedEngine scoped(LatinEngine());
+        const ULOFont font({L"No Such Face", L"Liberation Sans", L"DejaVu Sans"}, 16, 0, 2.0f, false, false,
+                           false);
+        ASSERT_TRUE(font.IsValid());
+        EXPECT_EQ(L"Liberation Sans", font.GetChosenFace());
+    }
     REQUIRE_CJK_FONTS();
     testfonts::ScopedEngine scoped(FullEngine());
     ULOFont japanese({L"MS UI Gothic"}, -16, 3, 1.0f, false, false, false);

@@ -49,26 +49,7 @@ TEST(SfntPitchAndFamily, FollowsSpacingPanoseAndFamilyClass) {
     }
 }
 
-TEST(SfntHeights, CellAndCharacterHeightsMapToPixelsPerEmAsTheClassicEngineDoes) {
-    const VerticalDesign dejaVu{2048, 1901, 483};
-    const VerticalDesign liberation{2048, 1854, 434};
-    EXPECT_EQ(21u, PixelsPerEmForHeight(24, dejaVu));
-    EXPECT_EQ(20u, PixelsPerEmForHeight(-20, dejaVu));
-    EXPECT_EQ(21u, PixelsPerEmForHeight(24, liberation));
-    EXPECT_EQ(107u, PixelsPerEmForHeight(120, liberation));
-    EXPECT_EQ(16u, PixelsPerEmForHeight(0, dejaVu));
-    EXPECT_EQ(std::make_tuple(19, 5, -5, 0),
-              std::make_tuple(ScaleRounded(1901, 21, 2048), ScaleRounded(483, 21, 2048),
-                              ScaleRounded(-483, 21, 2048), ScaleRounded(100, 21, 0)));
-    // Wild heights and degenerate designs stay in range.
-    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MIN, dejaVu));
-    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MAX, dejaVu));
-    EXPECT_EQ(1u, PixelsPerEmForHeight(1, dejaVu));
-    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{2048, 0, 0}));
-    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{0, 10, 10}));
-}
-
-TEST(SfntHeights, ACellHeightTakesTheLargestSizeWhoseCellRoundedOnceFits) {
+TEST(SfntHeights, ACellHeightTakesTheLargestSizeWhoseCellRoundedOnceFitsAsTheClassicEngineDoes) {
     for (const VerticalDesign& design :
          {VerticalDesign{2048, 1901, 483}, VerticalDesign{2048, 1854, 434}, VerticalDesign{1000, 880, 120},
           VerticalDesign{1024, 900, 124}, VerticalDesign{2048, 1802, 401}}) {
@@ -79,6 +60,19 @@ TEST(SfntHeights, ACellHeightTakesTheLargestSizeWhoseCellRoundedOnceFits) {
             ASSERT_GT(ScaleRounded(cell, ppem + 1, design.unitsPerEm), h) << "height " << h;
         }
     }
+    // Character heights (negative), the default size, and the scale's rounding.
+    const VerticalDesign dejaVu{2048, 1901, 483};
+    EXPECT_EQ(20u, PixelsPerEmForHeight(-20, dejaVu));
+    EXPECT_EQ(16u, PixelsPerEmForHeight(0, dejaVu));
+    EXPECT_EQ(std::make_tuple(19, 5, -5, 0),
+              std::make_tuple(ScaleRounded(1901, 21, 2048), ScaleRounded(483, 21, 2048),
+                              ScaleRounded(-483, 21, 2048), ScaleRounded(100, 21, 0)));
+    // Wild heights and degenerate designs stay in range.
+    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MIN, dejaVu));
+    EXPECT_EQ(kMaxPixelsPerEm, PixelsPerEmForHeight(INT32_MAX, dejaVu));
+    EXPECT_EQ(1u, PixelsPerEmForHeight(1, dejaVu));
+    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{2048, 0, 0}));
+    EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{0, 10, 10}));
 }
 
 namespace {

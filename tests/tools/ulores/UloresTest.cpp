@@ -154,7 +154,7 @@ protected:
     TempDir dir_;
 };
 
-TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
+TEST_F(UloresTest, PackedPicturesExtractToTheSamePixelsAndWhatIsNotThereIsRefused) {
     auto png = [this](const char* name, const Rgba& image) {
         WritePng(Path(name), image);
         return image;
@@ -218,6 +218,33 @@ TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
     EXPECT_EQ((std::vector<unsigned char>{source[2], source[1], source[0],
                                           static_cast<unsigned char>(255 - source[3])}),
               std::vector<unsigned char>(picture.GetBits(), picture.GetBits() + 4));
+
+    // What is not there and bad arguments.
+    const std::string file = Path("out.urb");
+    const std::string out = " -o " + Path("y.png");
+    for (const char* args : {" 4", " 7 --version 2", " 7 --part 3", " 7 --version 0", " -1"}) {
+        SCOPED_TRACE(args);
+        const Result r = Run("extract " + file + args + out);
+        EXPECT_EQ(r.status, 1) << r.output;
+        EXPECT_NE(r.output.find("out.urb"), std::string::npos) << r.output;
+        EXPECT_FALSE(std::filesystem::exists(Path("y.png")));
+    }
+    EXPECT_EQ(Run("extract " + Path("missing.urb") + " 7" + out).status, 1);
+    EXPECT_EQ(Run("extract " + file + " two" + out).status, 2);
+    EXPECT_EQ(Run("extract " + file + " 7").status, 2);
+    EXPECT_EQ(Run("frobnicate").status, 2);
+
+    // A record whose parts run past the end of the file.
+    std::ifstream in(file, std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    dir_.Write("cut.urb", bytes.substr(0, bytes.size() - 10));
+    const Result cut = Run("dump " + Path("cut.urb"));
+    EXPECT_EQ(cut.status, 1);
+    EXPECT_NE(cut.output.find("picture 12: DAMAGED"), std::string::npos) << cut.output;
+    EXPECT_EQ(Run("extract " + Path("cut.urb") + " 12" + out).status, 1);
+    EXPECT_EQ(Run("dump " + Path("missing.urb")).status, 1);
+    dir_.Write("short.urb", "tiny");
+    EXPECT_EQ(Run("dump " + Path("short.urb")).status, 1);
 }
 
 TEST_F(UloresTest, ManifestErrorsNameTheLinePictureAndFile) {
@@ -250,39 +277,6 @@ TEST_F(UloresTest, ManifestErrorsNameTheLinePictureAndFile) {
     }
     ExpectPackError("<fonts/>", {"bad.xml", "<bitmaps>"});
     EXPECT_EQ(Run("pack-bitmaps " + Path("nothing.xml") + " -o " + Path("x.urb")).status, 1);
-}
-
-TEST_F(UloresTest, ExtractAndDumpRefuseWhatIsNotThere) {
-    WritePng(Path("a.png"), Pattern(4, 3, 1));
-    dir_.Write("m.xml",
-               "<bitmaps><picture id=\"2\" format=\"alpha32\" parts=\"2\">"
-               "<version file=\"a.png\"/></picture></bitmaps>");
-    ASSERT_EQ(Run("pack-bitmaps " + Path("m.xml") + " -o " + Path("f.urb")).status, 0);
-    const std::string file = Path("f.urb");
-    const std::string out = " -o " + Path("x.png");
-    for (const char* args : {" 4", " 2 --version 2", " 2 --part 2", " 2 --version 0", " -1"}) {
-        SCOPED_TRACE(args);
-        const Result r = Run("extract " + file + args + out);
-        EXPECT_EQ(r.status, 1) << r.output;
-        EXPECT_NE(r.output.find("f.urb"), std::string::npos) << r.output;
-        EXPECT_FALSE(std::filesystem::exists(Path("x.png")));
-    }
-    EXPECT_EQ(Run("extract " + Path("missing.urb") + " 2" + out).status, 1);
-    EXPECT_EQ(Run("extract " + file + " two" + out).status, 2);
-    EXPECT_EQ(Run("extract " + file + " 2").status, 2);
-    EXPECT_EQ(Run("frobnicate").status, 2);
-
-    // A record whose parts run past the end of the file.
-    std::ifstream in(file, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    dir_.Write("cut.urb", bytes.substr(0, bytes.size() - 10));
-    const Result dump = Run("dump " + Path("cut.urb"));
-    EXPECT_EQ(dump.status, 1);
-    EXPECT_NE(dump.output.find("picture 2: DAMAGED"), std::string::npos) << dump.output;
-    EXPECT_EQ(Run("extract " + Path("cut.urb") + " 2" + out).status, 1);
-    EXPECT_EQ(Run("dump " + Path("missing.urb")).status, 1);
-    dir_.Write("short.urb", "tiny");
-    EXPECT_EQ(Run("dump " + Path("short.urb")).status, 1);
 }
 
 using FontTool = UloresTest;
