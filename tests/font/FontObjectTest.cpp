@@ -170,35 +170,29 @@ TEST_F(FontObject, WidthCachesHoldTheEngineAdvances) {
     EXPECT_EQ(Advance(0x4E00, 14), copy.GetCharWidthW(0x4E00, true));
 }
 
+// Variants in the order regular, italic and underlined, italic, underlined; a style the font has
+// already is the regular font itself.
 TEST_F(FontObject, VariantsAreMadeInOrderOrShareTheRegularFont) {
-    {
-        ULOFont plain = NamedFont({L"Tahoma"}, 12, 0);
-        ASSERT_EQ(4u, engine_->requests.size());
-        const std::pair<bool, bool> italicUnderline[] = {
-            {false, false}, {true, true}, {true, false}, {false, true}};
-        for (size_t i = 0; i < 4; ++i) {
-            EXPECT_EQ(italicUnderline[i],
-                      std::make_pair(engine_->requests[i].italic, engine_->requests[i].underline));
-        }
-        const std::set<HFONT> handles = {plain.GetRegularFont(), plain.GetItalicFont(),
-                                         plain.GetUnderlineFont(), plain.GetItalicUnderlineFont()};
-        EXPECT_EQ(4u, handles.size());
-    }
-    engine_->requests.clear();
-    ULOFont italic = NamedFont({L"Tahoma"}, 12, 0, 1.0f, true, false);
-    ASSERT_EQ(3u, engine_->requests.size());
-    EXPECT_EQ(italic.GetRegularFont(), italic.GetItalicFont());
-    EXPECT_TRUE(engine_->requests[2].italic && engine_->requests[2].underline);  // the underlined variant
-
+    using Styles = std::vector<std::pair<bool, bool>>;  // italic, underlined
+    const std::tuple<bool, bool, Styles, size_t> cases[] = {
+        {false, false, {{false, false}, {true, true}, {true, false}, {false, true}}, 4},
+        {true, false, {{true, false}, {true, true}, {true, true}}, 3},
+        {true, true, {{true, true}}, 1},
+    };
     HFONT handle = nullptr;
-    {
+    for (const auto& [italic, underline, requested, handles] : cases) {
         engine_->requests.clear();
-        ULOFont both = NamedFont({L"Tahoma"}, 12, 0, 1.0f, true, true);
-        handle = both.GetRegularFont();
-        EXPECT_EQ(1u, engine_->requests.size());
-        EXPECT_EQ(std::set<HFONT>{handle}, (std::set<HFONT>{both.GetItalicFont(), both.GetUnderlineFont(),
-                                                            both.GetItalicUnderlineFont()}));
-        EXPECT_NE(nullptr, ResolveFont(handle));
+        const ULOFont font = NamedFont({L"Tahoma"}, 12, 0, 1.0f, italic, underline);
+        Styles made;
+        for (const FontRequest& r : engine_->requests) {
+            made.emplace_back(r.italic, r.underline);
+        }
+        EXPECT_EQ(requested, made);
+        handle = font.GetRegularFont();
+        EXPECT_EQ(handles, (std::set<HFONT>{handle, font.GetItalicFont(), font.GetUnderlineFont(),
+                                            font.GetItalicUnderlineFont()}
+                                .size()));
+        EXPECT_EQ(italic, handle == font.GetItalicFont());
     }
     EXPECT_EQ(nullptr, ResolveFont(handle));  // deleted (once; the other three deletions are no-ops)
 }

@@ -11,6 +11,11 @@
 #include "font/TestFonts.h"
 #include "ulogui/Glyph.h"
 
+// Outlines compare whole (ULOArray_NOSTL compares its items); found by argument-dependent lookup.
+static bool operator==(const ULOGlyphVertex& u, const ULOGlyphVertex& v) {
+    return u.x == v.x && u.y == v.y && u.onCurve == v.onCurve;
+}
+
 namespace {
 
 const std::pair<const wchar_t*, std::string> kFaces[] = {
@@ -23,15 +28,6 @@ protected:
     void SetUp() override { REQUIRE_LATIN_FONTS(); }
     testfonts::ScopedEngine scoped_{testfonts::LatinEngine()};
 };
-
-bool SameOutline(const ULOGlyphOutline& a, const ULOGlyphOutline& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& p, const auto& q) {
-        return std::equal(p.begin(), p.end(), q.begin(), q.end(),
-                          [](const ULOGlyphVertex& u, const ULOGlyphVertex& v) {
-                              return u.x == v.x && u.y == v.y && u.onCurve == v.onCurve;
-                          });
-    });
-}
 
 }  // namespace
 
@@ -104,7 +100,7 @@ TEST_F(GlyphFunctions, BadInputIsSurvived) {
 #endif
     for (wchar_t ch : bad) {
         EXPECT_EQ(1, ULOGetGlyphOutline(&other, ch, L"DejaVu Sans", 20, 1, 0, 0));
-        EXPECT_TRUE(SameOutline(missing, other)) << ch;
+        EXPECT_TRUE(missing == other) << ch;
         EXPECT_EQ(missingWidth, ULOGetGlyphWidth(ch, L'V', L"DejaVu Sans", 20, 1, 0, 0)) << ch;
     }
     // Heights of every sign and size, empty and unknown faces, weight indices out of range.

@@ -273,22 +273,12 @@ TEST(PIMProgress, CountsStepsFromManyThreadsAndReportsEachPositionOnce) {
             ++seen[static_cast<size_t>(position)];
         }
     };
-    constexpr int kThreads = 4, kStepsEach = 5000;
+    constexpr int kSteps = 20000;
     RecordingProgress progress;
-    progress.seen.resize(kThreads * kStepsEach + 1);
-    progress.SetSteps(kThreads * kStepsEach);
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([&] {
-            for (int i = 0; i < kStepsEach; ++i) {
-                progress.Step();
-            }
-        });
-    }
-    for (std::thread& t : threads) {
-        t.join();
-    }
-    EXPECT_EQ(progress.GetPosition(), kThreads * kStepsEach);
+    progress.seen.resize(kSteps + 1);
+    progress.SetSteps(kSteps);
+    RunLoop(kSteps, 4, [&](int) { progress.Step(); });  // from the caller and three pool workers
+    EXPECT_EQ(progress.GetPosition(), kSteps);
     for (size_t p = 1; p < progress.seen.size(); ++p) {
         ASSERT_EQ(progress.seen[p], 1) << p;
     }

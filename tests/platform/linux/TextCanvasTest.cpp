@@ -174,7 +174,7 @@ std::vector<uint32_t> Printable() {
     return codes;
 }
 
-TEST(GlyphImages, OncePerFaceSizeAndStyleWithTheWidthTablesAdvances) {
+TEST(GlyphImages, OncePerFaceSizeAndStyleWithTheWidthTablesAdvancesSharedByThreads) {
     REQUIRE_LATIN_FONTS();
     // Liberation Sans asks for no grey from 9 to 16 pixels per em ('gasp'); DejaVu Sans always for grey.
     const struct {
@@ -202,6 +202,30 @@ TEST(GlyphImages, OncePerFaceSizeAndStyleWithTheWidthTablesAdvances) {
         }
         EXPECT_EQ(between, c.grey) << c.height;
     }
+    // Threads share the cache, also while its images come and go.
+    const auto shared = testfonts::MakeFont(*testfonts::LatinEngine(), L"DejaVu Sans", 17);
+    std::vector<std::vector<uint8_t>> reference;
+    for (const auto& image : Images(*shared, Printable())) {
+        reference.push_back(image->levels);
+    }
+    ft::GlyphCache& cache = ft::GlyphCache::Instance();
+    const size_t budget = cache.Budget();
+    cache.SetBudget(8 * 1024);  // images come and go while the threads draw
+    std::vector<int> mismatches(4, 0);
+    std::vector<std::thread> threads;
+    for (size_t t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int round = 0; round < 20 * 96; ++round) {
+                mismatches[t] += Images(*shared, {Printable()[size_t(round) % 96]})[0]->levels !=
+                                 reference[size_t(round) % 96];
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    cache.SetBudget(budget);
+    EXPECT_EQ(mismatches, std::vector<int>(4, 0));
 }
 
 TEST(GlyphCache, LeastRecentlyUsedLeaveFirst) {
@@ -245,33 +269,6 @@ TEST(TextCanvas, LargeGlyphsDrawOnlyWhatShows) {
     EXPECT_EQ(std::vector<unsigned char>(bits, bits + 60 * 40 * 4),
               std::vector<unsigned char>(60 * 40 * 4, 0));
     platform::DeleteFontHandle(handle);
-}
-
-TEST(GlyphImages, ThreadsShareTheCache) {
-    REQUIRE_LATIN_FONTS();
-    const auto font = testfonts::MakeFont(*testfonts::LatinEngine(), L"DejaVu Sans", 17);
-    std::vector<std::vector<uint8_t>> reference;
-    for (const auto& image : Images(*font, Printable())) {
-        reference.push_back(image->levels);
-    }
-    ft::GlyphCache& cache = ft::GlyphCache::Instance();
-    const size_t budget = cache.Budget();
-    cache.SetBudget(8 * 1024);  // images come and go while the threads draw
-    std::vector<int> mismatches(4, 0);
-    std::vector<std::thread> threads;
-    for (size_t t = 0; t < 4; ++t) {
-        threads.emplace_back([&, t] {
-            for (int round = 0; round < 20 * 96; ++round) {
-                mismatches[t] += Images(*font, {Printable()[size_t(round) % 96]})[0]->levels !=
-                                 reference[size_t(round) % 96];
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    cache.SetBudget(budget);
-    EXPECT_EQ(mismatches, std::vector<int>(4, 0));
 }
 
 }  // namespace
