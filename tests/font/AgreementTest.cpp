@@ -231,7 +231,7 @@ TEST(Agreement, OutputMayBeTheInput) {
     EXPECT_EQ(std::make_pair(ULOString(L"h..."), ULOString(L"a...")), std::make_pair(s, path));
 }
 
-TEST(TabStops, GetTabWidthUsesDeviceOrLogicalIntervals) {
+TEST(TabStops, TabWidthsUseDeviceOrLogicalIntervalsAndWidthsRoundUp) {
     auto one = KnownFont(1.0f);
     EXPECT_EQ(52.0f, one->GetTabWidth(48.0f, true));
     EXPECT_EQ(5.0f, one->GetTabWidth(45.0f, true));  // exactly a space left: this stop
@@ -245,9 +245,6 @@ TEST(TabStops, GetTabWidthUsesDeviceOrLogicalIntervals) {
     EXPECT_EQ(25.0f, two->GetTabWidth(0.0f, false));
     EXPECT_EQ(26.0f, two->GetTabWidth(48.0f, false));  // 2 < 2.5: 52 / 2
     EXPECT_EQ(1.5f, two->GetTabWidth(47.0f, false));   // 3 / 2
-}
-
-TEST(LineWidths, RoundedWidthsAndTheWidestLine) {
     auto font = KnownFont(1.0f);
     EXPECT_EQ(font->GetStringRealWidthMultiLine(L"ab\ncde", 3.0f),
               font->GetStringRealWidth(L"ab\ncde", 3.0f));
@@ -259,7 +256,7 @@ TEST(LineWidths, RoundedWidthsAndTheWidestLine) {
     EXPECT_EQ(0, oneAndHalf->GetStringWidth(L"", 0.0f));
 }
 
-TEST(TextHeights, OnlyLineFeedsAddLines) {
+TEST(TextHeights, OnlyLineFeedsAddLinesAndAZeroLabelWidthCountsALinePerPiece) {
     auto font = KnownFont(2.0f);
     EXPECT_EQ(0u, ULOFont::CountLineFeeds(L""));
     EXPECT_EQ(2u, ULOFont::CountLineFeeds(L"\r\n\n\r"));
@@ -270,10 +267,7 @@ TEST(TextHeights, OnlyLineFeedsAddLines) {
     EXPECT_EQ(ULOSize(15, 32), font->ComputeStringBoundingRect(L"abc\nde"));
     EXPECT_EQ(ULOSize(5, 32), font->ComputeStringBoundingRect(L"a\r\nb"));
     EXPECT_EQ(ULOSize(0, 16), font->ComputeStringBoundingRect(L""));
-}
-
-// The random sweep of AgreementTest never asks for a zero width.
-TEST(TextHeights, AZeroLabelWidthCountsALinePerPiece) {
+    // The random sweep of AgreementTest never asks for a zero width.
     EXPECT_EQ(32, KnownFont(1.0f)->ComputeTextLabelHeight(L"hello\nab", 0));
 }
 

@@ -136,7 +136,7 @@ TEST(FontRecordLookup, MissingIdsAndBadOffsetsFallBackToFontZeroAndWithoutItTher
     EXPECT_FALSE(ReadFontRecord(nullptr, 0, 0, r));
 }
 
-TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalError) {
+TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalErrorAndAFileIsMappedWholeAndReopened) {
     TempDir dir;
     OpenMappedFile file;
     for (const ULOPath& path :
@@ -153,12 +153,7 @@ TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalError) {
     // The process's own file, through the font (opened by the tests of fonts from the file).
     EXPECT_EQ("URF_INIPTH", Origin(ULOFont::SetFontResourceFile(dir.Path())));
     EXPECT_FALSE(FontResourceFile::Instance().IsOpen());
-}
-
-TEST(FontResourceFileInit, MapsTheWholeFileAndReopensOnTheNextInit) {
-    TempDir dir;
     const std::vector<uint8_t> first = BuildFontResourceFile({Record(L"DejaVu Sans")});
-    OpenMappedFile file;
     ASSERT_TRUE(file.Init(ULOPath::FromNative(WriteFile(dir, "a.urf", first))).IsOk());
     ASSERT_TRUE(file.IsOpen());
     EXPECT_EQ(first, std::vector<uint8_t>(file.GetView(), file.GetView() + file.GetViewSize()));

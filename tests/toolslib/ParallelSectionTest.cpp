@@ -258,7 +258,7 @@ TEST(JobThreadCount, FollowsTheHardwareAndTheCap) {
     }
 }
 
-TEST(PIMProgress, CountsStepsFromManyThreadsAndReportsEachPositionOnce) {
+TEST(PIMProgress, CountsStepsFromManyThreadsReportsEachPositionOnceAndStartsOverOnSetSteps) {
     // Records every position reported to the observer hook.
     class RecordingProgress : public PIMProgress {
     public:
@@ -282,11 +282,6 @@ TEST(PIMProgress, CountsStepsFromManyThreadsAndReportsEachPositionOnce) {
     for (size_t p = 1; p < progress.seen.size(); ++p) {
         ASSERT_EQ(progress.seen[p], 1) << p;
     }
-}
-
-TEST(PIMProgress, SetStepsStartsANewCountAndRefusesNegativeSteps) {
-    PIMProgress progress;
-    progress.Step();
     progress.SetSteps(10);
     EXPECT_EQ(progress.GetPosition(), 0);
     progress.SetSteps(-5);

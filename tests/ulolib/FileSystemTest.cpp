@@ -30,7 +30,7 @@ boost::exception_ptr Caught(const std::function<void()>& raise) {
     return {};
 }
 
-TEST(ErrorCodeTest, ErrorsCarryTheirResultMessageAndLocation) {
+TEST(ErrorCodeTest, ErrorsCarryTheirResultMessageLocationAndSystemCall) {
     const int line = __LINE__ + 1;
     const auto located = Caught([] { BOOST_THROW_EXCEPTION(std::logic_error("broken")); });
     const std::tuple<ErrorCode, uint32_t, std::wstring, std::string> cases[] = {
@@ -51,9 +51,6 @@ TEST(ErrorCodeTest, ErrorsCarryTheirResultMessageAndLocation) {
     EXPECT_NO_THROW(ErrorCode::noError().Rethrow());
     EXPECT_EQ(std::get<0>(cases[2]).GetFunction(), "Init()");
     EXPECT_THROW(std::get<0>(cases[2]).Rethrow(), InternalError);
-}
-
-TEST(ErrorCodeTest, SystemErrorCarriesTheWindowsCodeAndTheCall) {
     const ErrorCode accessDenied(SystemError(5, "CreateFile"));
     EXPECT_EQ(accessDenied.GetResultCode(), 0x80070005u);
     EXPECT_EQ(accessDenied.GetMessage().find(L"CreateFile failed"), 0u);
@@ -74,7 +71,7 @@ TEST(ErrorCodeTest, SystemErrorCarriesTheWindowsCodeAndTheCall) {
     }
 }
 
-TEST(ULOPathTest, JoinsAndTakesApart) {
+TEST(ULOPathTest, JoinsTakesApartAndReportsWhyAPathDoesNotExist) {
     const std::wstring sep(1, ULOPath::wSeparator);  // "\\" on Windows
     EXPECT_EQ((ULOPath(L"/res") / L"de" / L"" / L"Main.ura").wstring(),
               L"/res" + sep + L"de" + sep + L"Main.ura");
@@ -96,9 +93,6 @@ TEST(ULOPathTest, JoinsAndTakesApart) {
     const ULOPath wide(L"/tmp/\x00e9t\x00e9\U0001F600");
     EXPECT_EQ(wide.native(), "/tmp/\xC3\xA9t\xC3\xA9\xF0\x9F\x98\x80");
     EXPECT_EQ(ULOPath::FromNative(wide.native()), wide);
-}
-
-TEST(ULOPathTest, ExistsAndIsDirectoryReportWhy) {
     TempDir dir;
     dir.Write("f\xC3\xA9.txt");
     const ULOPath file = dir.Path() / L"f\x00e9.txt";

@@ -96,7 +96,7 @@ TEST(ULOStreamTest, RoundTripsHaveTheDocumentedBytesAndEveryTruncationReadsWhatI
     ReadSample(file, kSampleBytes.size());
 }
 
-TEST(ULOStreamTest, ReadsStayInsideChunksAndEachReaderLeavesAtItsChunksEnd) {
+TEST(ULOStreamTest, ChunksNestSeekingOverwritesAndReadsStayInsideChunks) {
     // Outer chunk of 8 bytes whose inner chunk claims 1000; 2 bytes follow the outer chunk.
     const Bytes bytes = {0, 1, 0, 0, 0, 8, 0, 2, 0, 0, 3, 0xE8, 0xAA, 0xBB, 0xCC, 0xDD};
     ULOMemoryStream s(bytes.data(), bytes.size());
@@ -116,6 +116,24 @@ TEST(ULOStreamTest, ReadsStayInsideChunksAndEachReaderLeavesAtItsChunksEnd) {
         EXPECT_TRUE(s.ReadByte(buf[0]));
         EXPECT_EQ(buf[0], 0xCC);
     }
+    ULOMemoryStream chunks, written;
+    {
+        ULOWriteChunk a(&chunks, 1), b(&chunks, 2), c(&chunks, 3);
+        chunks.WriteByte(9);
+        EXPECT_TRUE(c.Close());
+        EXPECT_FALSE(c.Close());
+    }
+    EXPECT_EQ(chunks.GetBuffer(), (Bytes{0, 1, 0, 0, 0, 13, 0, 2, 0, 0, 0, 7, 0, 3, 0, 0, 0, 1, 9}));
+    EXPECT_FALSE(ULOWriteChunk(nullptr, 1).IsOk());
+    EXPECT_FALSE(ULOReadChunk(nullptr).IsOk());
+    written.WriteSInt32(1);
+    written.WriteSInt32(2);
+    EXPECT_FALSE(written.Seek(9));
+    EXPECT_TRUE(written.Seek(8));
+    EXPECT_TRUE(written.Seek(4));
+    written.WriteSInt32(7);  // in place
+    EXPECT_EQ(written.GetBuffer(), (Bytes{1, 0, 0, 0, 7, 0, 0, 0}));
+    EXPECT_EQ(written.Read(nullptr, 4), 0u);
 }
 
 TEST(ULOStreamTest, ReadArrayHonoursTheCapacityAndRefusesWildCounts) {
@@ -148,27 +166,6 @@ TEST(ULOStreamTest, ReadArrayHonoursTheCapacityAndRefusesWildCounts) {
         EXPECT_FALSE(h.ReadArray(buf, capacity, 4, &got));
         EXPECT_EQ(h.GetPosition(), huge.size());
     }
-}
-
-TEST(ULOStreamTest, WriteChunksSeekingAndOverwritingMemory) {
-    ULOMemoryStream chunks, s;
-    {
-        ULOWriteChunk a(&chunks, 1), b(&chunks, 2), c(&chunks, 3);
-        chunks.WriteByte(9);
-        EXPECT_TRUE(c.Close());
-        EXPECT_FALSE(c.Close());
-    }
-    EXPECT_EQ(chunks.GetBuffer(), (Bytes{0, 1, 0, 0, 0, 13, 0, 2, 0, 0, 0, 7, 0, 3, 0, 0, 0, 1, 9}));
-    EXPECT_FALSE(ULOWriteChunk(nullptr, 1).IsOk());
-    EXPECT_FALSE(ULOReadChunk(nullptr).IsOk());
-    s.WriteSInt32(1);
-    s.WriteSInt32(2);
-    EXPECT_FALSE(s.Seek(9));
-    EXPECT_TRUE(s.Seek(8));
-    EXPECT_TRUE(s.Seek(4));
-    s.WriteSInt32(7);  // in place
-    EXPECT_EQ(s.GetBuffer(), (Bytes{1, 0, 0, 0, 7, 0, 0, 0}));
-    EXPECT_EQ(s.Read(nullptr, 4), 0u);
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ TEST(ULOStringTest, SplitKeepsEmptyPiecesAndTokenizeDropsThem) {
     EXPECT_TRUE(ULOString(L"///").Tokenize(L'/').empty());
 }
 
-TEST(ULOStringTest, UtfRoundTripsEveryPlane) {
+TEST(ULOStringTest, UtfRoundTripsEveryPlaneAndMalformedInputBecomesReplacementCharacters) {
     const ULOString text = L"A\x00e9\x4e2d\xffff\U00010000\U0001F600\U0010FFFF";
     const std::string utf8 = text.ToUtf8();
     EXPECT_EQ(utf8, "A\xC3\xA9\xE4\xB8\xAD\xEF\xBF\xBF\xF0\x90\x80\x80\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF");
@@ -75,9 +75,6 @@ TEST(ULOStringTest, UtfRoundTripsEveryPlane) {
     EXPECT_EQ(ULOString::FromUtf16(units, 3), L"\U0001F600a");
     EXPECT_EQ(ULOString::FromUtf16(units, 1), L"\xFFFD");  // the pair cut in half
     EXPECT_EQ(ULOString::FromUtf16(nullptr, 5), L"");
-}
-
-TEST(ULOStringTest, MalformedUtf8BecomesReplacementCharacters) {
     const std::pair<const char*, std::wstring> cases[] = {
         {"a\x80z", {L'a', r, L'z'}},           // lone continuation byte
         {"\xC0\xAF", {r, r}},                  // overlong '/' (C0 never starts a sequence)
@@ -93,9 +90,6 @@ TEST(ULOStringTest, MalformedUtf8BecomesReplacementCharacters) {
     for (const auto& c : cases) {
         EXPECT_EQ(ULOString::FromUtf8(c.first), c.second) << "input " << testing::PrintToString(c.first);
     }
-}
-
-TEST(ULOStringTest, LoneSurrogatesAndNonCharactersBecomeReplacementCharacters) {
     // High without low, low without high, two highs, and a low then a high (wrong order).
     const std::u16string broken = {0xD800, u'a', 0xDC00, 0xD800, 0xD801, 0xDC01, 0xDC02, 0xD803};
     EXPECT_EQ(ULOString::FromUtf16(broken),
@@ -105,12 +99,12 @@ TEST(ULOStringTest, LoneSurrogatesAndNonCharactersBecomeReplacementCharacters) {
                   L"\xFFFD\xFFFD");  // U+10401 whole, one or two wchar_t
     // A wide string may hold values that are no characters; they are never written as such.
 #if WCHAR_MAX > 0xFFFF
-    const std::vector<uint32_t> units = {0xD800, 0x110000, 0xFFFFFFFF, L'k'};
+    const std::vector<uint32_t> wide = {0xD800, 0x110000, 0xFFFFFFFF, L'k'};
 #else  // UTF-16 units: lone surrogates are the only units that are no characters
-    const std::vector<uint32_t> units = {0xDFFF, 0xDC00, 0xD800, L'k'};
+    const std::vector<uint32_t> wide = {0xDFFF, 0xDC00, 0xD800, L'k'};
 #endif
     ULOString invalid;
-    for (uint32_t u : units) {
+    for (uint32_t u : wide) {
         invalid += static_cast<wchar_t>(u);
     }
     EXPECT_EQ(invalid.ToUtf16(), (std::u16string{r, r, r, u'k'}));

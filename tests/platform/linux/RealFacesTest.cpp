@@ -160,7 +160,7 @@ TEST(FontEngineFonts, HeightsChooseTheSizeAndVerticalMetricsTheClassicEngineChoo
               std::make_pair(bold.averageCharWidth, bold.maxCharWidth));
 }
 
-TEST(FontEngineFonts, AdvancesAreThoseOfTheClassicTrueTypeInterpreterForTheStylesFile) {
+TEST(FontEngineFonts, AdvancesAreThoseOfTheClassicInterpreterForTheStylesFileAndOutliveTheEngine) {
     const std::tuple<const wchar_t*, std::string, int> faces[] = {
         {L"DejaVu Sans", DejaVu("DejaVuSans.ttf"), 400},
         {L"Liberation Sans", Liberation("LiberationSans-Regular.ttf"), 400},
@@ -181,6 +181,12 @@ TEST(FontEngineFonts, AdvancesAreThoseOfTheClassicTrueTypeInterpreterForTheStyle
     for (uint32_t c : {0x4E00u, 0x10FFFFu, 9u}) {  // a tab has no glyph either
         EXPECT_EQ(notdef, Advances(*font, c, c)) << c;
     }
+    {
+        auto engine = testfonts::MakeEngine({DejaVu("DejaVuSans.ttf")});
+        font = MakeFont(*engine, L"DejaVu Sans", -12);
+        EXPECT_NE(Advances(*font, 'M', 'M'), Advances(*MakeFont(*engine, L"DejaVu Sans", -30), 'M', 'M'));
+    }
+    EXPECT_EQ(testfonts::ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
 }
 
 TEST(FontEngineFonts, NamesIgnoreCaseMissingFacesAreSubstitutedAndTheCharacterSetOutweighsTheName) {
@@ -235,16 +241,6 @@ TEST(FontEngineFonts, KerningPairsComeFromTheFormatZeroTable) {
     // Larger sizes kern more: the same pair at 4x the size.
     EXPECT_LT(avAmount(MakeFont(*LatinEngine(), L"DejaVu Sans", -84)->GetKerningPairs()),
               avAmount(pairs) * 3);
-}
-
-TEST(FontEngineFonts, SurviveTheirEngineAndFaceSharing) {
-    std::shared_ptr<PlatformFont> font;
-    {
-        auto engine = testfonts::MakeEngine({DejaVu("DejaVuSans.ttf")});
-        font = MakeFont(*engine, L"DejaVu Sans", -12);
-        EXPECT_NE(Advances(*font, 'M', 'M'), Advances(*MakeFont(*engine, L"DejaVu Sans", -30), 'M', 'M'));
-    }
-    EXPECT_EQ(testfonts::ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
 }
 
 // The widths of a font on a Latin face follow from those of its engine font (FontObject) and the

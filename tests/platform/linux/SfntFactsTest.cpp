@@ -12,7 +12,7 @@
 using namespace ulogui::platform;
 using namespace ulogui::platform::ft;
 
-TEST(SfntCharSets, CodePageBitsGiveTheWindowsCharacterSetsInBitOrder) {
+TEST(SfntCharSets, CodePageBitsGiveTheCharacterSetsAndPitchAndFamilyFollowsSpacingPanoseAndClass) {
     // DejaVu Sans: Latin-1, Latin-2, Cyrillic, Greek, Turkish, Hebrew, Arabic, Baltic, Vietnamese,
     // plus bits 29/30 (Macintosh, OEM) that have no character set.
     EXPECT_EQ((std::vector<uint8_t>{0, 238, 204, 161, 162, 177, 178, 186, 163}),
@@ -25,9 +25,6 @@ TEST(SfntCharSets, CodePageBitsGiveTheWindowsCharacterSetsInBitOrder) {
     EXPECT_EQ(-1, CodePageBitOfCharSet(charset::kDefault));
     EXPECT_STREQ("zh-cn", LanguageOfCharSet(charset::kGb2312));
     EXPECT_EQ(nullptr, LanguageOfCharSet(77));
-}
-
-TEST(SfntPitchAndFamily, FollowsSpacingPanoseAndFamilyClass) {
     const std::tuple<bool, uint8_t, uint8_t, uint16_t, int> cases[] = {
         {false, 2, 11, 0, 0x22},      // DejaVu Sans
         {true, 2, 11, 0, 0x31},       // DejaVu Sans Mono: fixed text face is modern
@@ -123,7 +120,7 @@ TEST(SfntHeights, AVdmxGroupSizesTheHeightsItListsAndTheDesignTheRest) {
     EXPECT_TRUE(ParseVdmxTable(nullptr, 0).records.empty());
 }
 
-TEST(SfntKerning, ReadsHorizontalFormatZeroSubtablesOnlyAndNeverPastTheirEnd) {
+TEST(SfntKerning, ReadsHorizontalFormatZeroSubtablesOnlyNeverPastTheirEndAndScalesAwayFromZero) {
     // The second subtable is cross-stream: ignored.
     const std::vector<uint8_t> table =
         KernTable({{0x0001, 2, 36, 57, -150, 57, 36, -120}, {0x0005, 1, 1, 2, 40}, {0x0001, 1, 3, 4, 7}});
@@ -146,9 +143,6 @@ TEST(SfntKerning, ReadsHorizontalFormatZeroSubtablesOnlyAndNeverPastTheirEnd) {
     EXPECT_TRUE(ParseKernTable(nullptr, 0).empty());
     std::vector<uint8_t> zeroLength = {0, 0, 0, 5, 0, 0, 0, 0, 0x02, 0x01};  // format 2 with length 0
     EXPECT_TRUE(ParseKernTable(zeroLength.data(), zeroLength.size()).empty());
-}
-
-TEST(SfntKerning, ScalesAwayFromZeroThenTruncates) {
     // (-2100 - 1045) / 2048, (4305 + 1045) / 2048, (-3192 - 1045) / 2048, zero, no units per em.
     EXPECT_EQ(
         std::make_tuple(-1, 2, -2, 0, 0),

@@ -316,7 +316,7 @@ TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReads) {
     EXPECT_NE(std::string::npos, listing.find("    alternative \"Meiryo UI\""));
 }
 
-TEST_F(FontTool, ManifestErrorsNameTheLineAndTheProblem) {
+TEST_F(FontTool, ManifestAndFileErrorsNameTheLineOrRecordAndTheProblem) {
     const std::pair<const char*, const char*> cases[] = {
         {"<fonts><font id=\"0\" height=\"11\"/></fonts>", "needs the attribute face"},
         {"<fonts><font id=\"0\" face=\"A\"/></fonts>", "needs the attribute height"},
@@ -340,9 +340,6 @@ TEST_F(FontTool, ManifestErrorsNameTheLineAndTheProblem) {
     EXPECT_NE(std::string::npos, Error([&] {
                                      ulores::ReadFontManifest(dir_.Path().native() + "/none.xml");
                                  }).find("cannot open"));
-}
-
-TEST_F(FontTool, DumpReportsDamagedRecordsAndForeignHeaders) {
     std::vector<uint8_t> file(256, 0);  // a header that is not ours: the table ends at the first record
     auto put = [&](uint32_t v) {
         for (int i = 0; i < 4; ++i) {
