@@ -256,7 +256,7 @@ TEST(TabStops, TabWidthsUseDeviceOrLogicalIntervalsAndWidthsRoundUp) {
     EXPECT_EQ(0, oneAndHalf->GetStringWidth(L"", 0.0f));
 }
 
-TEST(TextHeights, OnlyLineFeedsAddLinesAndAZeroLabelWidthCountsALinePerPiece) {
+TEST(TextHeights, OnlyLineFeedsAddLinesAZeroLabelWidthCountsALinePerPieceAndWildMagnifiersSaturate) {
     auto font = KnownFont(2.0f);
     EXPECT_EQ(0u, ULOFont::CountLineFeeds(L""));
     EXPECT_EQ(2u, ULOFont::CountLineFeeds(L"\r\n\n\r"));
@@ -269,18 +269,15 @@ TEST(TextHeights, OnlyLineFeedsAddLinesAndAZeroLabelWidthCountsALinePerPiece) {
     EXPECT_EQ(ULOSize(0, 16), font->ComputeStringBoundingRect(L""));
     // The random sweep of AgreementTest never asks for a zero width.
     EXPECT_EQ(32, KnownFont(1.0f)->ComputeTextLabelHeight(L"hello\nab", 0));
-}
-
-TEST(WildInputs, ConversionsSaturateInsteadOfOverflowing) {
-    auto font = KnownFont(0.0f);  // every width divides by zero
-    EXPECT_EQ(std::numeric_limits<int>::max(), font->GetStringWidth(L"a", 0.0f));
-    EXPECT_EQ(0, font->GetStringWidth(L"\t", 0.0f));                  // NaN
-    EXPECT_EQ(0.0f, font->GetStringRealWidthMultiLine(L"\n", 0.0f));  // empty lines are 0, not 0 / 0
-    EXPECT_EQ(std::numeric_limits<int>::min(), font->ComputeTextLabelHeight(L"a", -1));
+    auto unmagnified = KnownFont(0.0f);  // every width divides by zero
+    EXPECT_EQ(std::numeric_limits<int>::max(), unmagnified->GetStringWidth(L"a", 0.0f));
+    EXPECT_EQ(0, unmagnified->GetStringWidth(L"\t", 0.0f));                  // NaN
+    EXPECT_EQ(0.0f, unmagnified->GetStringRealWidthMultiLine(L"\n", 0.0f));  // empty lines are 0, not 0 / 0
+    EXPECT_EQ(std::numeric_limits<int>::min(), unmagnified->ComputeTextLabelHeight(L"a", -1));
     ULOString out;
-    EXPECT_TRUE(font->TruncateString(L"abc", out, 10, L"..."));
-    EXPECT_TRUE(font->TruncatePath(L"a/b/c", out, 10, L"..."));
-    EXPECT_EQ(0, font->GetMaxWordOffset(10, L"abc def", 0.0f));
+    EXPECT_TRUE(unmagnified->TruncateString(L"abc", out, 10, L"..."));
+    EXPECT_TRUE(unmagnified->TruncatePath(L"a/b/c", out, 10, L"..."));
+    EXPECT_EQ(0, unmagnified->GetMaxWordOffset(10, L"abc def", 0.0f));
     // 2^31 lines of 16 pixels.
-    EXPECT_EQ(std::numeric_limits<int>::max(), font->ComputeTextLabelHeight(L"a", 1));
+    EXPECT_EQ(std::numeric_limits<int>::max(), unmagnified->ComputeTextLabelHeight(L"a", 1));
 }

@@ -51,7 +51,8 @@ std::wstring Facts(const ULOFont& f) {
 
 }  // namespace
 
-TEST_F(FontObject, WantedFacesFirstInTheirOrderThenTheSamePitchFamilyAndCharSet) {
+TEST_F(FontObject,
+       WantedFacesFirstInTheirOrderThenTheSamePitchFamilyAndCharSetAndTheRequestCarriesEveryArgument) {
     struct Case {
         std::vector<ULOString> wanted;
         unsigned long charSet, pitchAndFamily;
@@ -93,9 +94,6 @@ TEST_F(FontObject, WantedFacesFirstInTheirOrderThenTheSamePitchFamilyAndCharSet)
         EXPECT_EQ(c.wanted, wanted);  // the caller's list is left as it was
         DeleteFontHandle(font);
     }
-}
-
-TEST_F(FontObject, TheRequestCarriesEveryArgument) {
     std::vector<ULOString> wanted = {L"MS Gothic"};
     bool found = false;
     ULOString chosen;
@@ -172,7 +170,7 @@ TEST_F(FontObject, WidthCachesHoldTheEngineAdvances) {
 
 // Variants in the order regular, italic and underlined, italic, underlined; a style the font has
 // already is the regular font itself.
-TEST_F(FontObject, VariantsAreMadeInOrderOrShareTheRegularFont) {
+TEST_F(FontObject, VariantsAreMadeInOrderOrShareTheRegularFontAndCopiesShareTheHandles) {
     using Styles = std::vector<std::pair<bool, bool>>;  // italic, underlined
     const std::tuple<bool, bool, Styles, size_t> cases[] = {
         {false, false, {{false, false}, {true, true}, {true, false}, {false, true}}, 4},
@@ -195,9 +193,6 @@ TEST_F(FontObject, VariantsAreMadeInOrderOrShareTheRegularFont) {
         EXPECT_EQ(italic, handle == font.GetItalicFont());
     }
     EXPECT_EQ(nullptr, ResolveFont(handle));  // deleted (once; the other three deletions are no-ops)
-}
-
-TEST_F(FontObject, CopiesShareTheHandlesAndTheFirstDestroyedDeletesThem) {
     ULOFont original = NamedFont({L"Tahoma"}, 12, 0);
     {
         ULOFont copy(original);
@@ -272,7 +267,8 @@ protected:
     TempDir dir_;
 };
 
-TEST_F(FontFromFile, TakesEveryFieldOfTheRecordAndMagnifiesTheHeight) {
+TEST_F(FontFromFile,
+       TakesEveryFieldOfTheRecordAndMagnifiesTheHeightUnlessADoubleByteLanguageTakesTheExtraHeight) {
     ULOFont font(2, 0, 1.5f);
     EXPECT_EQ(2u, font.GetFontID());
     EXPECT_EQ(
@@ -286,9 +282,7 @@ TEST_F(FontFromFile, TakesEveryFieldOfTheRecordAndMagnifiesTheHeight) {
     EXPECT_EQ(
         L"FONT 'Tahoma' h=11, hext=0, w=400, m=1.000000, 1, 1\nfamily 32 pitch 2 [Tahoma,] '' first 'Tahoma'",
         Facts(zero));
-}
-
-TEST_F(FontFromFile, HeightsOfDoubleByteLanguagesAndWildMagnifiers) {
+    engine_->requests.clear();
     ULOFont special(2, 3, 2.0f);
     EXPECT_EQ(20, special.GetFontHeight());
     EXPECT_EQ(20, engine_->requests.front().height);
@@ -304,9 +298,10 @@ TEST_F(FontFromFile, HeightsOfDoubleByteLanguagesAndWildMagnifiers) {
     EXPECT_EQ(std::numeric_limits<int>::max(), ULOFont(2, 0, 1e30f).GetFontHeight());
     EXPECT_EQ(std::numeric_limits<int>::min(), ULOFont(2, 0, -1e30f).GetFontHeight());
     EXPECT_EQ(0, ULOFont(2, 0, std::nanf("")).GetFontHeight());
-    const ULOFont zero(2, 0, 0.0f);
-    EXPECT_EQ(0, zero.GetFontHeight());
-    EXPECT_EQ(zero.GetCharWidthW(L'A', true), zero.GetCharWidthW(L'A', false));  // no division by zero
+    const ULOFont unmagnified(2, 0, 0.0f);
+    EXPECT_EQ(0, unmagnified.GetFontHeight());
+    EXPECT_EQ(unmagnified.GetCharWidthW(L'A', true),
+              unmagnified.GetCharWidthW(L'A', false));  // no division by zero
 }
 
 TEST_F(FontFromFile, WithoutAFileTheFontIsEmpty) {

@@ -58,7 +58,7 @@ std::string Origin(const ulo::ErrorCode& error) {
 
 }  // namespace
 
-TEST(FontRecordParse, ReadsEveryFieldAtItsPosition) {
+TEST(FontRecordParse, ReadsEveryFieldAtItsPositionAndTruncationsAndWildLengthsFailWithoutReadingPastTheEnd) {
     // Built by hand, byte by byte, so that the writer is not checked against itself.
     const std::vector<uint8_t> bytes = {
         2,    0,    0,    0,    'A',  0,    'b', 0,  // primary face "Ab"
@@ -78,14 +78,10 @@ TEST(FontRecordParse, ReadsEveryFieldAtItsPosition) {
     normalised[18] = 1;
     normalised[35] = 1;
     EXPECT_EQ(normalised, ulogui::resfile::EncodeFontRecord(r));
-}
-
-// A negative alternative count means none.
-TEST(FontRecordParse, TruncationsAndWildLengthsFailWithoutReadingPastTheEnd) {
-    const std::vector<uint8_t> bytes = ulogui::resfile::EncodeFontRecord(Record(L"DejaVu Sans"));
-    FontRecord r;
-    for (size_t cut = 0; cut < bytes.size(); ++cut) {
-        std::vector<uint8_t> prefix(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut));
+    // A negative alternative count means none.
+    const std::vector<uint8_t> encoded = ulogui::resfile::EncodeFontRecord(Record(L"DejaVu Sans"));
+    for (size_t cut = 0; cut < encoded.size(); ++cut) {
+        std::vector<uint8_t> prefix(encoded.begin(), encoded.begin() + static_cast<std::ptrdiff_t>(cut));
         EXPECT_FALSE(ParseFontRecord(prefix.data(), prefix.size(), r)) << "cut at " << cut;
     }
     FontRecord bare = Record(L"DejaVu Sans");

@@ -69,7 +69,8 @@ bool RunNestedLoops() {
 
 }  // namespace
 
-TEST(ParallelSection, EveryIterationRunsExactlyOnce) {
+TEST(ParallelSection,
+     EveryIterationRunsExactlyOnceAndConcurrentCallersAndNestedSectionsNeitherInterfereNorDeadlock) {
     for (int threads : {-3, 0, 1, 2, 3, 8, 64}) {
         for (int count : {0, 1, 2, 7, 100000}) {
             EXPECT_TRUE(RunCountedLoop(count, threads)) << "threads " << threads << " count " << count;
@@ -80,9 +81,6 @@ TEST(ParallelSection, EveryIterationRunsExactlyOnce) {
     for (int round = 0; round < 3000; ++round) {
         ASSERT_TRUE(RunCountedLoop(round % 3, 8)) << "round " << round;
     }
-}
-
-TEST(ParallelSection, ConcurrentCallersAndNestedSectionsNeitherInterfereNorDeadlock) {
     std::atomic<int> failures{0};
     std::vector<std::thread> callers;
     for (int c = 0; c < 6; ++c) {
@@ -146,7 +144,8 @@ TEST(ParallelSection, RunsWhatACustomIterationClaimsAndReportsEachCompletion) {
     EXPECT_TRUE(ran.Are(even) && completed.Are(even));
 }
 
-TEST(ParallelLoopInterruption, ExactlyTheIterationsAnsweredBeforeTheStopRun) {
+TEST(ParallelLoopInterruption,
+     ExactlyTheIterationsAnsweredBeforeTheStopRunAndAStopRaisedByTheBodyEndsTheLoopSoon) {
     // One question per index handed out: a loop stopped after k answers ran exactly the first k, and
     // a loop given just enough answers finished uninterrupted.
     constexpr int kCount = 10000;
@@ -165,9 +164,6 @@ TEST(ParallelLoopInterruption, ExactlyTheIterationsAnsweredBeforeTheStopRun) {
         int ignored = -1;
         EXPECT_FALSE(iter.Claim(ignored)) << "a stopped loop stays stopped";
     }
-}
-
-TEST(ParallelLoopInterruption, InterruptionRaisedByTheBodyStopsTheLoopSoon) {
     // Once the flag is up, only the iterations the other threads claimed before they saw it may
     // still start: at most one each. (Counting all runs would race with the raising thread, which
     // other threads may overtake between its count and its flag.)
@@ -188,7 +184,8 @@ TEST(ParallelLoopInterruption, InterruptionRaisedByTheBodyStopsTheLoopSoon) {
     EXPECT_TRUE(iter.WasInterrupted());
 }
 
-TEST(ParallelSectionFailure, ExceptionReachesTheCallerUnchangedAfterTheOtherJobsStopped) {
+TEST(ParallelSectionFailure,
+     AnExceptionReachesTheCallerUnchangedAfterTheOtherJobsStoppedAlsoFromInterruptorsAndNesting) {
     constexpr int kCount = 20000;
     for (int threads : {1, 2, 4}) {
         std::atomic<int> inside{0}, runs{0};
@@ -216,10 +213,7 @@ TEST(ParallelSectionFailure, ExceptionReachesTheCallerUnchangedAfterTheOtherJobs
     // Only one of many exceptions comes back, and nothing terminates.
     EXPECT_THROW(RunLoop(5000, 4, [](int i) { throw std::out_of_range(std::to_string(i)); }),
                  std::out_of_range);
-}
-
-// Progress counts only completed iterations.
-TEST(ParallelSectionFailure, ProgressInterruptorsNestingAndThePoolAfterwards) {
+    // Progress counts only completed iterations.
     PIMProgress progress;
     EXPECT_THROW(RunLoop(
                      10, 1, [](int i) { i == 3 ? throw std::logic_error("stop") : void(); }, &progress),

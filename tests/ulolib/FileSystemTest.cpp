@@ -71,7 +71,7 @@ TEST(ErrorCodeTest, ErrorsCarryTheirResultMessageLocationAndSystemCall) {
     }
 }
 
-TEST(ULOPathTest, JoinsTakesApartAndReportsWhyAPathDoesNotExist) {
+TEST(ULOPathTest, JoinsTakesApartAndReportsWhyAPathDoesNotExistOrAFileDoesNotOpen) {
     const std::wstring sep(1, ULOPath::wSeparator);  // "\\" on Windows
     EXPECT_EQ((ULOPath(L"/res") / L"de" / L"" / L"Main.ura").wstring(),
               L"/res" + sep + L"de" + sep + L"Main.ura");
@@ -113,21 +113,17 @@ TEST(ULOPathTest, JoinsTakesApartAndReportsWhyAPathDoesNotExist) {
         EXPECT_EQ(error.GetResultCode(), c.second);
     }
     EXPECT_FALSE(ULOPath().exists());
-}
-
-TEST(ULOFileStreamTest, OpenFailuresComeFromTheRealCall) {
-    TempDir dir;
     using Mode = ULOFileStream::Mode;
     const struct {
         ULOPath path;
         Mode mode;
         uint32_t result;
-    } cases[] = {{dir.Path() / L"missing.bin", Mode::kRead, 0x80070002u},
+    } opens[] = {{dir.Path() / L"missing.bin", Mode::kRead, 0x80070002u},
                  {dir.Path() / L"no/such/folder.bin", Mode::kWrite, 0x80070002u},
                  {dir.Path(), Mode::kRead, 0x80070005u},  // a folder is no file
                  {dir.Path(), Mode::kWrite, 0x80070005u}};
     ULOFileStream stream;
-    for (const auto& c : cases) {
+    for (const auto& c : opens) {
         const ulo::ErrorCode e = stream.Open(c.path, c.mode);
         EXPECT_EQ(e.GetResultCode(), c.result) << c.path.native();
         EXPECT_EQ(e.GetFile(), "ulolib/Stream");

@@ -9,7 +9,7 @@ namespace {
 
 const wchar_t r = 0xFFFD;  // the replacement character
 
-TEST(ULOStringTest, LeftMidRightClampToTheString) {
+TEST(ULOStringTest, LeftMidRightClampToTheStringSplitKeepsEmptyPiecesAndTokenizeDropsThem) {
     const ULOString s = L"abcdef";
     const std::pair<ULOString, const wchar_t*> cases[] = {
         {s.Left(2), L"ab"},    {s.Left(99), L"abcdef"}, {s.Left(-3), L""},        {s.Mid(2), L"cdef"},
@@ -18,6 +18,12 @@ TEST(ULOStringTest, LeftMidRightClampToTheString) {
     for (size_t i = 0; i < std::size(cases); ++i) {
         EXPECT_EQ(cases[i].first, cases[i].second) << "case " << i;
     }
+    using V = std::vector<ULOString>;
+    EXPECT_EQ(ULOString(L"a//b").Split(L'/'), (V{L"a", L"", L"b"}));
+    EXPECT_EQ(ULOString(L"/usr/share/").Split(L'/'), (V{L"", L"usr", L"share", L""}));
+    EXPECT_EQ(ULOString(L"").Split(L'/'), (V{L""}));
+    EXPECT_EQ(ULOString(L"/usr//share/").Tokenize(L'/'), (V{L"usr", L"share"}));
+    EXPECT_TRUE(ULOString(L"///").Tokenize(L'/').empty());
 }
 
 TEST(ULOStringTest, FormatReadsPercentSAndPercentCAsWideAndGrows) {
@@ -51,15 +57,6 @@ TEST(ULOStringTest, CompareIsOrdinalAndCompareNoCaseFolds) {
     }
     EXPECT_EQ(ULOString(L"MiXed \x00c9").MakeLower(), L"mixed \x00e9");
     EXPECT_EQ(ULOString(L"MiXed \x00e9").MakeUpper(), L"MIXED \x00c9");
-}
-
-TEST(ULOStringTest, SplitKeepsEmptyPiecesAndTokenizeDropsThem) {
-    using V = std::vector<ULOString>;
-    EXPECT_EQ(ULOString(L"a//b").Split(L'/'), (V{L"a", L"", L"b"}));
-    EXPECT_EQ(ULOString(L"/usr/share/").Split(L'/'), (V{L"", L"usr", L"share", L""}));
-    EXPECT_EQ(ULOString(L"").Split(L'/'), (V{L""}));
-    EXPECT_EQ(ULOString(L"/usr//share/").Tokenize(L'/'), (V{L"usr", L"share"}));
-    EXPECT_TRUE(ULOString(L"///").Tokenize(L'/').empty());
 }
 
 TEST(ULOStringTest, UtfRoundTripsEveryPlaneAndMalformedInputBecomesReplacementCharacters) {

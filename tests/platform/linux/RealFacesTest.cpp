@@ -67,7 +67,8 @@ struct ThreadCap {
 
 }  // namespace
 
-TEST(FontEngineEnumeration, OneReportPerFamilyWithPitchAndFamilyInAStableOrder) {
+TEST(FontEngineEnumeration,
+     OneReportPerFamilyWithPitchAndFamilyInAStableOrderAndCharacterSetsFromTheCodePageBits) {
     const std::vector<FaceInfo> ansi = Enumerate(*LatinEngine(), charset::kAnsi);
     std::map<std::wstring, int> families;  // pitch and family of the TrueType reports for character set 0
     std::vector<ULOString> names, again;
@@ -99,25 +100,22 @@ TEST(FontEngineEnumeration, OneReportPerFamilyWithPitchAndFamilyInAStableOrder) 
     EXPECT_EQ(2, visits);
     EXPECT_TRUE(Enumerate(*testfonts::MakeEngine({}), charset::kDefault).empty());
     EXPECT_EQ(nullptr, MakeFont(*testfonts::MakeEngine({}), L"DejaVu Sans", 12));
-}
-
-TEST(FontEngineEnumeration, CharacterSetsComeFromTheCodePageBits) {
     REQUIRE_CJK_FONTS();
     // IPAex Gothic declares Latin-1 and JIS; AR PL SungtiL GB declares GB2312 only; DejaVu Sans
     // Latin-1, Cyrillic, Greek and others.
-    auto names = [](uint8_t charSet) {
+    auto listed = [](uint8_t charSet) {
         std::wstring list;
         for (const FaceInfo& f : Enumerate(*FullEngine(), charSet)) {
             list += f.faceName + (f.pitchAndFamily == 0x22 ? L";" : L"(not 0x22);");
         }
         return list;
     };
-    EXPECT_EQ(L"IPAexGothic;", names(charset::kShiftJis));
-    EXPECT_EQ(L"AR PL SungtiL GB;", names(charset::kGb2312));
-    EXPECT_NE(std::wstring::npos, names(charset::kAnsi).find(L"IPAexGothic;"));
-    EXPECT_EQ(std::wstring::npos, names(charset::kAnsi).find(L"AR PL"));
+    EXPECT_EQ(L"IPAexGothic;", listed(charset::kShiftJis));
+    EXPECT_EQ(L"AR PL SungtiL GB;", listed(charset::kGb2312));
+    EXPECT_NE(std::wstring::npos, listed(charset::kAnsi).find(L"IPAexGothic;"));
+    EXPECT_EQ(std::wstring::npos, listed(charset::kAnsi).find(L"AR PL"));
     for (uint8_t charSet : {charset::kGreek, charset::kRussian}) {
-        EXPECT_NE(std::wstring::npos, names(charSet).find(L"DejaVu Sans;")) << int(charSet);
+        EXPECT_NE(std::wstring::npos, listed(charSet).find(L"DejaVu Sans;")) << int(charSet);
     }
     const std::vector<FaceInfo> all = Enumerate(*FullEngine(), charset::kDefault);
     EXPECT_TRUE(std::any_of(all.begin(), all.end(), [](const FaceInfo& f) {
@@ -189,22 +187,8 @@ TEST(FontEngineFonts, AdvancesAreThoseOfTheClassicInterpreterForTheStylesFileAnd
     EXPECT_EQ(testfonts::ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
 }
 
-TEST(FontEngineFonts, NamesIgnoreCaseMissingFacesAreSubstitutedAndTheCharacterSetOutweighsTheName) {
-    EXPECT_EQ(L"DejaVu Sans", MakeFont(*LatinEngine(), L"dejavu SANS", 12)->GetFaceName());
-    const ULOString substitute = MakeFont(*LatinEngine(), L"No Such Face", 12)->GetFaceName();
-    EXPECT_NE(L"No Such Face", substitute);
-    EXPECT_FALSE(substitute.empty());
-    // With no face for the set, the named face is still made.
-    EXPECT_EQ(L"DejaVu Sans",
-              MakeFont(*LatinEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
-    REQUIRE_CJK_FONTS();
-    EXPECT_EQ(L"IPAexGothic", MakeFont(*FullEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
-    EXPECT_EQ(L"IPAexGothic", MakeFont(*FullEngine(), L"MS Gothic", 12, charset::kShiftJis)->GetFaceName());
-    EXPECT_EQ(L"AR PL SungtiL GB", MakeFont(*FullEngine(), L"SimSun", 12, charset::kGb2312)->GetFaceName());
-    EXPECT_EQ(L"DejaVu Sans", MakeFont(*FullEngine(), L"DejaVu Sans", 12, charset::kDefault)->GetFaceName());
-}
-
-TEST(FontEngineFonts, StylesPickTheMatchingFileOrAreSynthesised) {
+TEST(FontEngineFonts,
+     StylesPickTheMatchingFileOrAreSynthesisedNamesIgnoreCaseAndTheCharacterSetOutweighsTheName) {
     auto* engine = LatinEngine().get();
     FontRequest request;
     request.faceName = L"DejaVu Sans";
@@ -225,6 +209,18 @@ TEST(FontEngineFonts, StylesPickTheMatchingFileOrAreSynthesised) {
     std::transform(regular.begin(), regular.end(), widened.begin(), [](int w) { return w + 1; });
     EXPECT_EQ(widened, Advances(*emboldened, 0x20, 0x7E));
     EXPECT_EQ(700, emboldened->GetMetrics().weight);
+    EXPECT_EQ(L"DejaVu Sans", MakeFont(*LatinEngine(), L"dejavu SANS", 12)->GetFaceName());
+    const ULOString substitute = MakeFont(*LatinEngine(), L"No Such Face", 12)->GetFaceName();
+    EXPECT_NE(L"No Such Face", substitute);
+    EXPECT_FALSE(substitute.empty());
+    // With no face for the set, the named face is still made.
+    EXPECT_EQ(L"DejaVu Sans",
+              MakeFont(*LatinEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
+    REQUIRE_CJK_FONTS();
+    EXPECT_EQ(L"IPAexGothic", MakeFont(*FullEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
+    EXPECT_EQ(L"IPAexGothic", MakeFont(*FullEngine(), L"MS Gothic", 12, charset::kShiftJis)->GetFaceName());
+    EXPECT_EQ(L"AR PL SungtiL GB", MakeFont(*FullEngine(), L"SimSun", 12, charset::kGb2312)->GetFaceName());
+    EXPECT_EQ(L"DejaVu Sans", MakeFont(*FullEngine(), L"DejaVu Sans", 12, charset::kDefault)->GetFaceName());
 }
 
 TEST(FontEngineFonts, KerningPairsComeFromTheFormatZeroTable) {

@@ -46,7 +46,7 @@ TEST(SfntCharSets, CodePageBitsGiveTheCharacterSetsAndPitchAndFamilyFollowsSpaci
     }
 }
 
-TEST(SfntHeights, ACellHeightTakesTheLargestSizeWhoseCellRoundedOnceFitsAsTheClassicEngineDoes) {
+TEST(SfntHeights, ACellHeightTakesTheLargestSizeWhoseCellFitsAsTheClassicEngineDoesUnlessAVdmxGroupListsIt) {
     for (const VerticalDesign& design :
          {VerticalDesign{2048, 1901, 483}, VerticalDesign{2048, 1854, 434}, VerticalDesign{1000, 880, 120},
           VerticalDesign{1024, 900, 124}, VerticalDesign{2048, 1802, 401}}) {
@@ -70,6 +70,30 @@ TEST(SfntHeights, ACellHeightTakesTheLargestSizeWhoseCellRoundedOnceFitsAsTheCla
     EXPECT_EQ(1u, PixelsPerEmForHeight(1, dejaVu));
     EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{2048, 0, 0}));
     EXPECT_EQ(30u, PixelsPerEmForHeight(30, VerticalDesign{0, 10, 10}));
+    // Version 1, 3 records, 3 ratio ranges: all glyphs (skipped), 2:1 (not square), 1:1 with its group
+    // at 24: 3 records for 10..12 pixels per em of yMax/yMin 9/-2, 10/-3, 11/-3.
+    const std::vector<uint8_t> table = {0,   1,   0, 3,  0, 3,  0,   0,   0, 0,  1,  2,  1,   1,  1, 1,
+                                        1,   1,   0, 0,  0, 0,  0,   24,  0, 3,  10, 12, 0,   10, 0, 9,
+                                        255, 254, 0, 11, 0, 10, 255, 253, 0, 12, 0,  11, 255, 253};
+    const VdmxGroup group = ParseVdmxTable(table.data(), table.size());
+    ASSERT_EQ(3u, group.records.size());
+    // Exact cell; between two cells (the smaller); below and beyond the listed cells (the design);
+    // a listed character height; one outside the group's sizes.
+    const std::pair<int32_t, std::tuple<uint32_t, int, int, int>> cases[] = {
+        {13, {11, 10, 3, 2}}, {12, {10, 9, 2, 1}},   {10, {9, 8, 2, 1}},
+        {20, {17, 16, 4, 3}}, {-11, {11, 10, 3, 2}}, {-13, {13, 12, 3, 2}},
+    };
+    for (const auto& [height, expected] : cases) {
+        const FontSize size = SizeForHeight(height, dejaVu, group);
+        EXPECT_EQ(expected,
+                  std::make_tuple(size.pixelsPerEm, size.ascent, size.descent, size.internalLeading))
+            << height;
+    }
+    for (size_t cut = 0; cut < table.size(); ++cut) {
+        std::vector<uint8_t> prefix(table.begin(), table.begin() + static_cast<std::ptrdiff_t>(cut));
+        EXPECT_LE(ParseVdmxTable(prefix.data(), prefix.size()).records.size(), 3u);
+    }
+    EXPECT_TRUE(ParseVdmxTable(nullptr, 0).records.empty());
 }
 
 namespace {
@@ -91,34 +115,6 @@ std::vector<uint8_t> KernTable(const std::vector<std::vector<int>>& subtables) {
 }
 
 }  // namespace
-
-TEST(SfntHeights, AVdmxGroupSizesTheHeightsItListsAndTheDesignTheRest) {
-    // Version 1, 3 records, 3 ratio ranges: all glyphs (skipped), 2:1 (not square), 1:1 with its group
-    // at 24: 3 records for 10..12 pixels per em of yMax/yMin 9/-2, 10/-3, 11/-3.
-    const std::vector<uint8_t> table = {0,   1,   0, 3,  0, 3,  0,   0,   0, 0,  1,  2,  1,   1,  1, 1,
-                                        1,   1,   0, 0,  0, 0,  0,   24,  0, 3,  10, 12, 0,   10, 0, 9,
-                                        255, 254, 0, 11, 0, 10, 255, 253, 0, 12, 0,  11, 255, 253};
-    const VdmxGroup group = ParseVdmxTable(table.data(), table.size());
-    ASSERT_EQ(3u, group.records.size());
-    const VerticalDesign dejaVu{2048, 1901, 483};
-    // Exact cell; between two cells (the smaller); below and beyond the listed cells (the design);
-    // a listed character height; one outside the group's sizes.
-    const std::pair<int32_t, std::tuple<uint32_t, int, int, int>> cases[] = {
-        {13, {11, 10, 3, 2}}, {12, {10, 9, 2, 1}},   {10, {9, 8, 2, 1}},
-        {20, {17, 16, 4, 3}}, {-11, {11, 10, 3, 2}}, {-13, {13, 12, 3, 2}},
-    };
-    for (const auto& [height, expected] : cases) {
-        const FontSize size = SizeForHeight(height, dejaVu, group);
-        EXPECT_EQ(expected,
-                  std::make_tuple(size.pixelsPerEm, size.ascent, size.descent, size.internalLeading))
-            << height;
-    }
-    for (size_t cut = 0; cut < table.size(); ++cut) {
-        std::vector<uint8_t> prefix(table.begin(), table.begin() + static_cast<std::ptrdiff_t>(cut));
-        EXPECT_LE(ParseVdmxTable(prefix.data(), prefix.size()).records.size(), 3u);
-    }
-    EXPECT_TRUE(ParseVdmxTable(nullptr, 0).records.empty());
-}
 
 TEST(SfntKerning, ReadsHorizontalFormatZeroSubtablesOnlyNeverPastTheirEndAndScalesAwayFromZero) {
     // The second subtable is cross-stream: ignored.

@@ -91,7 +91,7 @@ struct Section {
 // by the cell height, cut at the rectangle's bottom, and no line after the first that reaches past it.
 // The opaque cell is the advances wide and the cell high, cut by the rectangle. The font's lines:
 // underline top 8 + 1 - 0 = 9, strike-out 8 - 3 - 1 = 4 (2 rows).
-TEST(SectionText, Layout) {
+TEST(SectionText, LayoutAndCoverageLevelsBlackOnWhite) {
     enum { kOpaque = 1, kUnderline = 2, kStrikeOut = 4 };
     const struct {
         const char* name;
@@ -123,9 +123,6 @@ TEST(SectionText, Layout) {
         images.push_back({c.name, s.width, 22, 4, s.bytes});
     }
     golden::ExpectMatches("platform/section-text", images);
-}
-
-TEST(SectionText, CoverageLevelsBlackOnWhite) {
     // U+0100 + k is a bar of level k + 1, advancing 3, 4, 5, 6 in turn.
     std::wstring text;
     for (wchar_t k = 0; k < 16; ++k) {
