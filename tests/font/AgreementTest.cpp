@@ -224,14 +224,7 @@ INSTANTIATE_TEST_SUITE_P(KnownWidths, Agreement,
                                            FontCase{1.1f, kJapanese, kSpace}, FontCase{0.7f, kLatin, kSpace},
                                            FontCase{3.3f, kLatin, 12}, FontCase{0.5f, kJapanese, 30}));
 
-TEST(Agreement, OutputMayBeTheInput) {
-    auto font = KnownFont(1.0f);
-    ULOString s = L"hello", path = L"aa/bbbb/cccc/dd";
-    EXPECT_TRUE(font->TruncateString(s, s, 30, L"...") && font->TruncatePath(path, path, 30, L"..."));
-    EXPECT_EQ(std::make_pair(ULOString(L"h..."), ULOString(L"a...")), std::make_pair(s, path));
-}
-
-TEST(TabStops, TabWidthsUseDeviceOrLogicalIntervalsAndWidthsRoundUp) {
+TEST(TabStops, TabWidthsRoundedWidthsHeightsWildMagnifiersAndOutputThatIsTheInput) {
     auto one = KnownFont(1.0f);
     EXPECT_EQ(52.0f, one->GetTabWidth(48.0f, true));
     EXPECT_EQ(5.0f, one->GetTabWidth(45.0f, true));  // exactly a space left: this stop
@@ -245,39 +238,36 @@ TEST(TabStops, TabWidthsUseDeviceOrLogicalIntervalsAndWidthsRoundUp) {
     EXPECT_EQ(25.0f, two->GetTabWidth(0.0f, false));
     EXPECT_EQ(26.0f, two->GetTabWidth(48.0f, false));  // 2 < 2.5: 52 / 2
     EXPECT_EQ(1.5f, two->GetTabWidth(47.0f, false));   // 3 / 2
-    auto font = KnownFont(1.0f);
-    EXPECT_EQ(font->GetStringRealWidthMultiLine(L"ab\ncde", 3.0f),
-              font->GetStringRealWidth(L"ab\ncde", 3.0f));
-    EXPECT_EQ(30.0f, font->ComputeMaxStringWidth(L"ab\ncde"));
-    EXPECT_EQ(2, KnownFont(2.0f)->GetStringWidth(L"i", 0.0f));
+    EXPECT_EQ(one->GetStringRealWidthMultiLine(L"ab\ncde", 3.0f), one->GetStringRealWidth(L"ab\ncde", 3.0f));
+    EXPECT_EQ(30.0f, one->ComputeMaxStringWidth(L"ab\ncde"));
+    EXPECT_EQ(2, two->GetStringWidth(L"i", 0.0f));
     auto oneAndHalf = KnownFont(1.5f);
     EXPECT_EQ(7, oneAndHalf->GetStringWidth(L"a", 0.0f));       // 6.67
     EXPECT_EQ(14, oneAndHalf->GetStringWidth(L"aa\na", 0.0f));  // 13.33
     EXPECT_EQ(0, oneAndHalf->GetStringWidth(L"", 0.0f));
-}
-
-TEST(TextHeights, OnlyLineFeedsAddLinesAZeroLabelWidthCountsALinePerPieceAndWildMagnifiersSaturate) {
-    auto font = KnownFont(2.0f);
     EXPECT_EQ(0u, ULOFont::CountLineFeeds(L""));
     EXPECT_EQ(2u, ULOFont::CountLineFeeds(L"\r\n\n\r"));
-    EXPECT_EQ(16, font->ComputeMinStringHeight(L"abc"));
-    EXPECT_EQ(32, font->ComputeMinStringHeight(L"a\r\nb"));
-    EXPECT_EQ(16, font->ComputeMinStringHeight(L"a\rb"));
+    EXPECT_EQ(16, two->ComputeMinStringHeight(L"abc"));
+    EXPECT_EQ(32, two->ComputeMinStringHeight(L"a\r\nb"));
+    EXPECT_EQ(16, two->ComputeMinStringHeight(L"a\rb"));
     // Logical width (device 30 at m = 2), device height.
-    EXPECT_EQ(ULOSize(15, 32), font->ComputeStringBoundingRect(L"abc\nde"));
-    EXPECT_EQ(ULOSize(5, 32), font->ComputeStringBoundingRect(L"a\r\nb"));
-    EXPECT_EQ(ULOSize(0, 16), font->ComputeStringBoundingRect(L""));
-    // The random sweep of AgreementTest never asks for a zero width.
-    EXPECT_EQ(32, KnownFont(1.0f)->ComputeTextLabelHeight(L"hello\nab", 0));
-    auto unmagnified = KnownFont(0.0f);  // every width divides by zero
-    EXPECT_EQ(std::numeric_limits<int>::max(), unmagnified->GetStringWidth(L"a", 0.0f));
-    EXPECT_EQ(0, unmagnified->GetStringWidth(L"\t", 0.0f));                  // NaN
-    EXPECT_EQ(0.0f, unmagnified->GetStringRealWidthMultiLine(L"\n", 0.0f));  // empty lines are 0, not 0 / 0
-    EXPECT_EQ(std::numeric_limits<int>::min(), unmagnified->ComputeTextLabelHeight(L"a", -1));
+    EXPECT_EQ(ULOSize(15, 32), two->ComputeStringBoundingRect(L"abc\nde"));
+    EXPECT_EQ(ULOSize(5, 32), two->ComputeStringBoundingRect(L"a\r\nb"));
+    EXPECT_EQ(ULOSize(0, 16), two->ComputeStringBoundingRect(L""));
+    // The sweep never asks for a zero label width.
+    EXPECT_EQ(32, one->ComputeTextLabelHeight(L"hello\nab", 0));
+    auto zero = KnownFont(0.0f);  // every width divides by zero
+    EXPECT_EQ(std::numeric_limits<int>::max(), zero->GetStringWidth(L"a", 0.0f));
+    EXPECT_EQ(0, zero->GetStringWidth(L"\t", 0.0f));                  // NaN
+    EXPECT_EQ(0.0f, zero->GetStringRealWidthMultiLine(L"\n", 0.0f));  // empty lines are 0, not 0 / 0
+    EXPECT_EQ(std::numeric_limits<int>::min(), zero->ComputeTextLabelHeight(L"a", -1));
     ULOString out;
-    EXPECT_TRUE(unmagnified->TruncateString(L"abc", out, 10, L"..."));
-    EXPECT_TRUE(unmagnified->TruncatePath(L"a/b/c", out, 10, L"..."));
-    EXPECT_EQ(0, unmagnified->GetMaxWordOffset(10, L"abc def", 0.0f));
+    EXPECT_TRUE(zero->TruncateString(L"abc", out, 10, L"..."));
+    EXPECT_TRUE(zero->TruncatePath(L"a/b/c", out, 10, L"..."));
+    EXPECT_EQ(0, zero->GetMaxWordOffset(10, L"abc def", 0.0f));
     // 2^31 lines of 16 pixels.
-    EXPECT_EQ(std::numeric_limits<int>::max(), unmagnified->ComputeTextLabelHeight(L"a", 1));
+    EXPECT_EQ(std::numeric_limits<int>::max(), zero->ComputeTextLabelHeight(L"a", 1));
+    ULOString s = L"hello", path = L"aa/bbbb/cccc/dd";
+    EXPECT_TRUE(one->TruncateString(s, s, 30, L"...") && one->TruncatePath(path, path, 30, L"..."));
+    EXPECT_EQ(std::make_pair(ULOString(L"h..."), ULOString(L"a...")), std::make_pair(s, path));
 }

@@ -109,22 +109,21 @@ TEST_F(FontObject,
     DeleteFontHandle(font);
 }
 
-TEST_F(FontObject, AFontFromFaceNamesKeepsItsHeightAndDefaults) {
-    ULOFont font({L"Missing", L"Tahoma"}, 16, 0, 2.0f, false, false, true);
-    EXPECT_TRUE(font.IsValid());
-    EXPECT_EQ(ULOFont::kNoFontID, font.GetFontID());
+TEST_F(
+    FontObject,
+    AFontFromFaceNamesKeepsItsHeightAndDefaultsItsLanguageChoosesTheCharacterSetAndDoubleByteFontsReportAMissingFace) {
+    ULOFont named({L"Missing", L"Tahoma"}, 16, 0, 2.0f, false, false, true);
+    EXPECT_TRUE(named.IsValid());
+    EXPECT_EQ(ULOFont::kNoFontID, named.GetFontID());
     EXPECT_EQ(
         L"FONT 'Tahoma' h=16, hext=16, w=400, m=2.000000, 1, 0\n"  // not magnified
         L"family 32 pitch 2 [Missing,Tahoma,] 'Missing' first 'Missing'",
-        Facts(font));
+        Facts(named));
     const FontRequest& regular = engine_->requests.front();
     EXPECT_EQ(
         std::make_tuple(16, 0x22, 4, true),  // TrueType output precision
         std::make_tuple(regular.height, +regular.pitchAndFamily, +regular.outPrecision, regular.strikeOut));
     EXPECT_FALSE(ULOFont::UsesUnicodeExtras());
-}
-
-TEST_F(FontObject, TheLanguageChoosesTheCharacterSetAndDoubleByteFontsReportAMissingFace) {
     const std::pair<int, uint8_t> cases[] = {{0, 0}, {1, 0},   {2, 0}, {3, 128},
                                              {4, 0}, {7, 134}, {8, 0}, {-1, 0}};
     for (const auto& [language, charSet] : cases) {

@@ -98,7 +98,8 @@ TEST(ParallelSection,
     EXPECT_EQ(failures.load(), 0);
 }
 
-TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerAndTwoReallyShare) {
+TEST(ParallelSection,
+     OneThreadOrFewerRunsOnTheCallerTwoReallyShareAndTheThreadCountFollowsTheHardwareAndTheCap) {
     for (int threads : {-1, 0, 1}) {
         std::set<std::thread::id> seen;
         RunLoop(200, threads, [&](int) { seen.insert(std::this_thread::get_id()); });
@@ -119,6 +120,13 @@ TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerAndTwoReallyShare) {
         }
     });
     EXPECT_EQ(seen.size(), 2u);
+    const int hardware = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), hardware);
+    for (auto [cap, expected] :
+         {std::pair(1, 1), {hardware + 5, hardware}, {-4, hardware}, {1, 1}, {0, hardware}}) {
+        SetMaxJobThreadAllowed(cap);
+        EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), expected) << "cap " << cap;
+    }
 }
 
 TEST(ParallelSection, RunsWhatACustomIterationClaimsAndReportsEachCompletion) {
@@ -240,16 +248,6 @@ TEST(ParallelSectionFailure,
                      std::runtime_error);
     }
     EXPECT_TRUE(RunCountedLoop(50000, 4));
-}
-
-TEST(JobThreadCount, FollowsTheHardwareAndTheCap) {
-    const int hardware = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
-    EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), hardware);
-    for (auto [cap, expected] :
-         {std::pair(1, 1), {hardware + 5, hardware}, {-4, hardware}, {1, 1}, {0, hardware}}) {
-        SetMaxJobThreadAllowed(cap);
-        EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), expected) << "cap " << cap;
-    }
 }
 
 TEST(PIMProgress, CountsStepsFromManyThreadsReportsEachPositionOnceAndStartsOverOnSetSteps) {

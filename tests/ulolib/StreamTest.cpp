@@ -96,7 +96,7 @@ TEST(ULOStreamTest, RoundTripsHaveTheDocumentedBytesAndEveryTruncationReadsWhatI
     ReadSample(file, kSampleBytes.size());
 }
 
-TEST(ULOStreamTest, ChunksNestSeekingOverwritesAndReadsStayInsideChunks) {
+TEST(ULOStreamTest, ChunksNestSeekingOverwritesAndReadsStayInsideChunksAndArrays) {
     // Outer chunk of 8 bytes whose inner chunk claims 1000; 2 bytes follow the outer chunk.
     const Bytes bytes = {0, 1, 0, 0, 0, 8, 0, 2, 0, 0, 3, 0xE8, 0xAA, 0xBB, 0xCC, 0xDD};
     ULOMemoryStream s(bytes.data(), bytes.size());
@@ -134,25 +134,22 @@ TEST(ULOStreamTest, ChunksNestSeekingOverwritesAndReadsStayInsideChunks) {
     written.WriteSInt32(7);  // in place
     EXPECT_EQ(written.GetBuffer(), (Bytes{1, 0, 0, 0, 7, 0, 0, 0}));
     EXPECT_EQ(written.Read(nullptr, 4), 0u);
-}
-
-TEST(ULOStreamTest, ReadArrayHonoursTheCapacityAndRefusesWildCounts) {
-    ULOMemoryStream s;
+    ULOMemoryStream arrays;
     const uint8_t five[] = {1, 2, 3, 4, 5};
-    s.WriteArray(five, 5, 1);
-    s.WriteByte(0x77);
-    EXPECT_FALSE(s.WriteArray(five, -1, 1));
+    arrays.WriteArray(five, 5, 1);
+    arrays.WriteByte(0x77);
+    EXPECT_FALSE(arrays.WriteArray(five, -1, 1));
     // Room for more: all are read but the sizes disagree; room for fewer: the rest is skipped.
     for (auto [capacity, ok, count] : {std::make_tuple(8, false, 5), {3, false, 3}, {5, true, 5}}) {
         uint8_t buf[8] = {}, next = 0;
         int32_t got = -1;
-        s.Seek(0);
-        EXPECT_EQ(s.ReadArray(buf, capacity, 1, &got), ok) << capacity;
+        arrays.Seek(0);
+        EXPECT_EQ(arrays.ReadArray(buf, capacity, 1, &got), ok) << capacity;
         EXPECT_EQ(got, count);
         Bytes want(five, five + count);
         want.resize(8);  // nothing beyond the capacity is written
         EXPECT_EQ(Bytes(buf, buf + 8), want);
-        EXPECT_TRUE(s.ReadByte(next) && next == 0x77) << capacity;
+        EXPECT_TRUE(arrays.ReadByte(next) && next == 0x77) << capacity;
     }
     // A stored negative count, or one far beyond the data, fails without reading past the end.
     const Bytes negative = {0xFF, 0xFF, 0xFF, 0xFF, 1, 2}, huge = {0xFF, 0xFF, 0xFF, 0x7F, 1, 2};

@@ -9,7 +9,7 @@ namespace {
 
 const wchar_t r = 0xFFFD;  // the replacement character
 
-TEST(ULOStringTest, LeftMidRightClampToTheStringSplitKeepsEmptyPiecesAndTokenizeDropsThem) {
+TEST(ULOStringTest, PiecesClampToTheStringSplitKeepsEmptyPiecesAndCompareIsOrdinalOrFolds) {
     const ULOString s = L"abcdef";
     const std::pair<ULOString, const wchar_t*> cases[] = {
         {s.Left(2), L"ab"},    {s.Left(99), L"abcdef"}, {s.Left(-3), L""},        {s.Mid(2), L"cdef"},
@@ -24,6 +24,22 @@ TEST(ULOStringTest, LeftMidRightClampToTheStringSplitKeepsEmptyPiecesAndTokenize
     EXPECT_EQ(ULOString(L"").Split(L'/'), (V{L""}));
     EXPECT_EQ(ULOString(L"/usr//share/").Tokenize(L'/'), (V{L"usr", L"share"}));
     EXPECT_TRUE(ULOString(L"///").Tokenize(L'/').empty());
+    // Both give the sign only, also for lengths that differ by more than one.
+    struct Case {
+        const wchar_t *a, *b;
+        int ordinal, noCase;
+    };
+    const Case comparisons[] = {{L"abc", L"abd", -1, -1},       {L"abd", L"abc", 1, 1},
+                                {L"abc", L"abc", 0, 0},         {L"B", L"a", -1, 1},
+                                {L"a", L"abc", -1, -1},         {L"ab", L"ABCD", 1, -1},
+                                {L"\x00c4X", L"\x00e4x", -1, 0}};
+    for (const Case& c : comparisons) {
+        EXPECT_EQ(ULOString(c.a).Compare(c.b), c.ordinal) << c.a << " " << c.b;
+        EXPECT_EQ(ULOString(c.a).CompareNoCase(c.b), c.noCase) << c.a << " " << c.b;
+        EXPECT_EQ(ULOString(c.a).EqualsNoCase(c.b), c.noCase == 0);
+    }
+    EXPECT_EQ(ULOString(L"MiXed \x00c9").MakeLower(), L"mixed \x00e9");
+    EXPECT_EQ(ULOString(L"MiXed \x00e9").MakeUpper(), L"MIXED \x00c9");
 }
 
 TEST(ULOStringTest, FormatReadsPercentSAndPercentCAsWideAndGrows) {
@@ -38,25 +54,6 @@ TEST(ULOStringTest, FormatReadsPercentSAndPercentCAsWideAndGrows) {
     ULOString inPlace = L"old";
     inPlace.FormatInPlace(L"%d/%d", 3, 4);
     EXPECT_EQ(inPlace, L"3/4");
-}
-
-// Both give the sign only, also for lengths that differ by more than one.
-TEST(ULOStringTest, CompareIsOrdinalAndCompareNoCaseFolds) {
-    struct Case {
-        const wchar_t *a, *b;
-        int ordinal, noCase;
-    };
-    const Case cases[] = {{L"abc", L"abd", -1, -1},       {L"abd", L"abc", 1, 1},
-                          {L"abc", L"abc", 0, 0},         {L"B", L"a", -1, 1},
-                          {L"a", L"abc", -1, -1},         {L"ab", L"ABCD", 1, -1},
-                          {L"\x00c4X", L"\x00e4x", -1, 0}};
-    for (const Case& c : cases) {
-        EXPECT_EQ(ULOString(c.a).Compare(c.b), c.ordinal) << c.a << " " << c.b;
-        EXPECT_EQ(ULOString(c.a).CompareNoCase(c.b), c.noCase) << c.a << " " << c.b;
-        EXPECT_EQ(ULOString(c.a).EqualsNoCase(c.b), c.noCase == 0);
-    }
-    EXPECT_EQ(ULOString(L"MiXed \x00c9").MakeLower(), L"mixed \x00e9");
-    EXPECT_EQ(ULOString(L"MiXed \x00e9").MakeUpper(), L"MIXED \x00c9");
 }
 
 TEST(ULOStringTest, UtfRoundTripsEveryPlaneAndMalformedInputBecomesReplacementCharacters) {

@@ -158,7 +158,8 @@ TEST(FontEngineFonts, HeightsChooseTheSizeAndVerticalMetricsTheClassicEngineChoo
               std::make_pair(bold.averageCharWidth, bold.maxCharWidth));
 }
 
-TEST(FontEngineFonts, AdvancesAreThoseOfTheClassicInterpreterForTheStylesFileAndOutliveTheEngine) {
+TEST(FontEngineFonts,
+     AdvancesAreThoseOfTheClassicInterpreterForTheStylesFileOutliveTheEngineAndKerningIsTheFormatZeroTables) {
     const std::tuple<const wchar_t*, std::string, int> faces[] = {
         {L"DejaVu Sans", DejaVu("DejaVuSans.ttf"), 400},
         {L"Liberation Sans", Liberation("LiberationSans-Regular.ttf"), 400},
@@ -185,6 +186,19 @@ TEST(FontEngineFonts, AdvancesAreThoseOfTheClassicInterpreterForTheStylesFileAnd
         EXPECT_NE(Advances(*font, 'M', 'M'), Advances(*MakeFont(*engine, L"DejaVu Sans", -30), 'M', 'M'));
     }
     EXPECT_EQ(testfonts::ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
+    auto avAmount = [](const std::vector<KerningPair>& pairs) {
+        const auto av = std::find_if(pairs.begin(), pairs.end(),
+                                     [](const KerningPair& p) { return p.first == 'A' && p.second == 'V'; });
+        return av == pairs.end() ? 0 : av->amount;
+    };
+    const std::vector<KerningPair> pairs = MakeFont(*LatinEngine(), L"DejaVu Sans", -21)->GetKerningPairs();
+    EXPECT_EQ(2727u, pairs.size());
+    EXPECT_EQ(907u, MakeFont(*LatinEngine(), L"Liberation Sans", 24)->GetKerningPairs().size());
+    EXPECT_TRUE(MakeFont(*LatinEngine(), L"DejaVu Sans Mono", 24)->GetKerningPairs().empty());
+    EXPECT_LT(avAmount(pairs), 0);
+    // Larger sizes kern more: the same pair at 4x the size.
+    EXPECT_LT(avAmount(MakeFont(*LatinEngine(), L"DejaVu Sans", -84)->GetKerningPairs()),
+              avAmount(pairs) * 3);
 }
 
 TEST(FontEngineFonts,
@@ -221,22 +235,6 @@ TEST(FontEngineFonts,
     EXPECT_EQ(L"IPAexGothic", MakeFont(*FullEngine(), L"MS Gothic", 12, charset::kShiftJis)->GetFaceName());
     EXPECT_EQ(L"AR PL SungtiL GB", MakeFont(*FullEngine(), L"SimSun", 12, charset::kGb2312)->GetFaceName());
     EXPECT_EQ(L"DejaVu Sans", MakeFont(*FullEngine(), L"DejaVu Sans", 12, charset::kDefault)->GetFaceName());
-}
-
-TEST(FontEngineFonts, KerningPairsComeFromTheFormatZeroTable) {
-    auto avAmount = [](const std::vector<KerningPair>& pairs) {
-        const auto av = std::find_if(pairs.begin(), pairs.end(),
-                                     [](const KerningPair& p) { return p.first == 'A' && p.second == 'V'; });
-        return av == pairs.end() ? 0 : av->amount;
-    };
-    const std::vector<KerningPair> pairs = MakeFont(*LatinEngine(), L"DejaVu Sans", -21)->GetKerningPairs();
-    EXPECT_EQ(2727u, pairs.size());
-    EXPECT_EQ(907u, MakeFont(*LatinEngine(), L"Liberation Sans", 24)->GetKerningPairs().size());
-    EXPECT_TRUE(MakeFont(*LatinEngine(), L"DejaVu Sans Mono", 24)->GetKerningPairs().empty());
-    EXPECT_LT(avAmount(pairs), 0);
-    // Larger sizes kern more: the same pair at 4x the size.
-    EXPECT_LT(avAmount(MakeFont(*LatinEngine(), L"DejaVu Sans", -84)->GetKerningPairs()),
-              avAmount(pairs) * 3);
 }
 
 // The widths of a font on a Latin face follow from those of its engine font (FontObject) and the

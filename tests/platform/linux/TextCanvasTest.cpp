@@ -91,7 +91,7 @@ struct Section {
 // by the cell height, cut at the rectangle's bottom, and no line after the first that reaches past it.
 // The opaque cell is the advances wide and the cell high, cut by the rectangle. The font's lines:
 // underline top 8 + 1 - 0 = 9, strike-out 8 - 3 - 1 = 4 (2 rows).
-TEST(SectionText, LayoutAndCoverageLevelsBlackOnWhite) {
+TEST(SectionText, LayoutCoverageLevelsBlackOnWhiteAndTheBlendsRowsMatchTheScalarReference) {
     enum { kOpaque = 1, kUnderline = 2, kStrikeOut = 4 };
     const struct {
         const char* name;
@@ -139,9 +139,6 @@ TEST(SectionText, LayoutAndCoverageLevelsBlackOnWhite) {
         EXPECT_EQ(std::vector<int>(p, p + 4), std::vector<int>({expected[k], expected[k], expected[k], 0}))
             << k;
     }
-}
-
-TEST(LevelBlend, RowsMatchTheScalarReference) {
     std::mt19937 random(5);
     for (int round = 0; round < 300; ++round) {
         const ft::LevelBlend blend(CLR(random() % 256, random() % 256, random() % 256));
