@@ -51,8 +51,7 @@ std::wstring Facts(const ULOFont& f) {
 
 }  // namespace
 
-TEST_F(FontObject,
-       WantedFacesFirstInTheirOrderThenTheSamePitchFamilyAndCharSetAndTheRequestCarriesEveryArgument) {
+TEST_F(FontObject, WantedFacesFirstThenTheSamePitchFamilyAndCharSetAndTheRequestCarriesEveryArgument) {
     struct Case {
         std::vector<ULOString> wanted;
         unsigned long charSet, pitchAndFamily;
@@ -266,8 +265,7 @@ protected:
     TempDir dir_;
 };
 
-TEST_F(FontFromFile,
-       TakesEveryFieldOfTheRecordAndMagnifiesTheHeightUnlessADoubleByteLanguageTakesTheExtraHeight) {
+TEST_F(FontFromFile, TakesItsRecordAndMagnifiesTheHeightUnlessADoubleByteLanguageTakesTheExtraHeight) {
     ULOFont font(2, 0, 1.5f);
     EXPECT_EQ(2u, font.GetFontID());
     EXPECT_EQ(

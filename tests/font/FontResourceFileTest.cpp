@@ -132,7 +132,7 @@ TEST(FontRecordLookup, MissingIdsAndBadOffsetsFallBackToFontZeroAndWithoutItTher
     EXPECT_FALSE(ReadFontRecord(nullptr, 0, 0, r));
 }
 
-TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalErrorAndAFileIsMappedWholeAndReopened) {
+TEST(FontResourceFileInit, BadPathsGiveTheInternalErrorFilesMapWholeAndEachPlatformStepReportsItsError) {
     TempDir dir;
     OpenMappedFile file;
     for (const ULOPath& path :
@@ -167,12 +167,7 @@ TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalErrorAndAFileIsMappe
     EXPECT_TRUE(file.Init(ULOPath()).IsError());
     EXPECT_FALSE(file.IsOpen());
     EXPECT_FALSE(file.ReadRecord(0, r));
-}
-
-TEST(FontResourceFileOpen, EachPlatformStepReportsItsCallNameAndWindowsErrorNumber) {
-    TempDir dir;
     const std::string folder = dir.Path().native();
-    OpenMappedFile file;
     struct Case {
         std::string path;
         uint32_t code;

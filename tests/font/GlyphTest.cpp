@@ -31,8 +31,7 @@ protected:
 
 }  // namespace
 
-TEST_F(GlyphFunctions,
-       ACapitalOIsTwoContoursFromOnCurvePointToOnCurvePointInsideItsBoxAndBadInputIsSurvived) {
+TEST_F(GlyphFunctions, ACapitalOIsTwoContoursOfOnCurveEndsInsideItsBoxAndBadInputIsSurvived) {
     for (const auto& [face, file] : kFaces) {
         ULOGlyphOutline outline;
         outline.Add(ULOArray_NOSTL<ULOGlyphVertex>(3));  // emptied first
@@ -81,7 +80,7 @@ TEST_F(GlyphFunctions,
     EXPECT_EQ(0, ULOGetGlyphOutline(nullptr, L'O', L"DejaVu Sans", 20, 1, 0, 0));
 }
 
-TEST_F(GlyphFunctions, AWidthIsTheAdvancePlusTheKerningOfThePair) {
+TEST_F(GlyphFunctions, AWidthIsTheAdvancePlusTheKerningOfThePairAndTheFontListHoldsEachFaceOnce) {
     for (const auto& [face, file] : kFaces) {
         // The pairs of the face's 'kern' table, as the engine lists them.
         const auto pairs = ulogui::font::GlyphFont(face, 20, 1, 0, 0)->GetKerningPairs();
@@ -103,9 +102,6 @@ TEST_F(GlyphFunctions, AWidthIsTheAdvancePlusTheKerningOfThePair) {
 #endif
     EXPECT_EQ(ULOGetGlyphWidth(L'm', L'm', L"Liberation Mono", 15, 1, 0, 0) + bolder,
               ULOGetGlyphWidth(L'm', L'm', L"Liberation Mono", 15, 3, 0, 0));
-}
-
-TEST_F(GlyphFunctions, TheFontListHoldsEachInstalledFaceOnce) {
     std::vector<ULOString> names = {L"Liberation Sans"};  // kept, not repeated
     ULOGetFontList(&names);
     ULOGetFontList(nullptr);

@@ -69,8 +69,7 @@ bool RunNestedLoops() {
 
 }  // namespace
 
-TEST(ParallelSection,
-     EveryIterationRunsExactlyOnceAndConcurrentCallersAndNestedSectionsNeitherInterfereNorDeadlock) {
+TEST(ParallelSection, EveryIterationRunsOnceAlsoForConcurrentCallersNestedSectionsAndCustomIterations) {
     for (int threads : {-3, 0, 1, 2, 3, 8, 64}) {
         for (int count : {0, 1, 2, 7, 100000}) {
             EXPECT_TRUE(RunCountedLoop(count, threads)) << "threads " << threads << " count " << count;
@@ -96,10 +95,29 @@ TEST(ParallelSection,
         t.join();
     }
     EXPECT_EQ(failures.load(), 0);
+    // Hands out the even numbers below 2000.
+    class EvenNumbers : public ParallelLoopIteration {
+    public:
+        explicit EvenNumbers(RunCounts& completed) : completed_(completed) {}
+        bool Claim(int& index) override {
+            index = next_.fetch_add(2);
+            return index < 2000;
+        }
+        void Completed(int index) override { completed_.Hit(index); }
+
+    private:
+        RunCounts& completed_;
+        std::atomic<int> next_{0};
+    };
+    RunCounts ran(2000), completed(2000);
+    EvenNumbers iter(completed);
+    ParallelSection section(iter, [&](int i) { ran.Hit(i); });
+    RunParallelSection(section, 3);
+    const auto even = [](int i) { return i % 2 == 0; };
+    EXPECT_TRUE(ran.Are(even) && completed.Are(even));
 }
 
-TEST(ParallelSection,
-     OneThreadOrFewerRunsOnTheCallerTwoReallyShareAndTheThreadCountFollowsTheHardwareAndTheCap) {
+TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerTwoReallyShareAndTheThreadCountFollowsTheCap) {
     for (int threads : {-1, 0, 1}) {
         std::set<std::thread::id> seen;
         RunLoop(200, threads, [&](int) { seen.insert(std::this_thread::get_id()); });
@@ -129,31 +147,7 @@ TEST(ParallelSection,
     }
 }
 
-TEST(ParallelSection, RunsWhatACustomIterationClaimsAndReportsEachCompletion) {
-    // Hands out the even numbers below 2000.
-    class EvenNumbers : public ParallelLoopIteration {
-    public:
-        explicit EvenNumbers(RunCounts& completed) : completed_(completed) {}
-        bool Claim(int& index) override {
-            index = next_.fetch_add(2);
-            return index < 2000;
-        }
-        void Completed(int index) override { completed_.Hit(index); }
-
-    private:
-        RunCounts& completed_;
-        std::atomic<int> next_{0};
-    };
-    RunCounts ran(2000), completed(2000);
-    EvenNumbers iter(completed);
-    ParallelSection section(iter, [&](int i) { ran.Hit(i); });
-    RunParallelSection(section, 3);
-    const auto even = [](int i) { return i % 2 == 0; };
-    EXPECT_TRUE(ran.Are(even) && completed.Are(even));
-}
-
-TEST(ParallelLoopInterruption,
-     ExactlyTheIterationsAnsweredBeforeTheStopRunAndAStopRaisedByTheBodyEndsTheLoopSoon) {
+TEST(ParallelLoopInterruption, OnlyIterationsAnsweredBeforeTheStopRunAndAStopFromTheBodyEndsTheLoopSoon) {
     // One question per index handed out: a loop stopped after k answers ran exactly the first k, and
     // a loop given just enough answers finished uninterrupted.
     constexpr int kCount = 10000;
@@ -192,8 +186,7 @@ TEST(ParallelLoopInterruption,
     EXPECT_TRUE(iter.WasInterrupted());
 }
 
-TEST(ParallelSectionFailure,
-     AnExceptionReachesTheCallerUnchangedAfterTheOtherJobsStoppedAlsoFromInterruptorsAndNesting) {
+TEST(ParallelSectionFailure, AnExceptionReachesTheCallerUnchangedAfterTheOtherJobsStoppedAlsoWhenNested) {
     constexpr int kCount = 20000;
     for (int threads : {1, 2, 4}) {
         std::atomic<int> inside{0}, runs{0};

@@ -67,8 +67,7 @@ struct ThreadCap {
 
 }  // namespace
 
-TEST(FontEngineEnumeration,
-     OneReportPerFamilyWithPitchAndFamilyInAStableOrderAndCharacterSetsFromTheCodePageBits) {
+TEST(FontEngineEnumeration, OneReportPerFamilyInAStableOrderWithCharacterSetsFromTheCodePageBits) {
     const std::vector<FaceInfo> ansi = Enumerate(*LatinEngine(), charset::kAnsi);
     std::map<std::wstring, int> families;  // pitch and family of the TrueType reports for character set 0
     std::vector<ULOString> names, again;
@@ -158,8 +157,7 @@ TEST(FontEngineFonts, HeightsChooseTheSizeAndVerticalMetricsTheClassicEngineChoo
               std::make_pair(bold.averageCharWidth, bold.maxCharWidth));
 }
 
-TEST(FontEngineFonts,
-     AdvancesAreThoseOfTheClassicInterpreterForTheStylesFileOutliveTheEngineAndKerningIsTheFormatZeroTables) {
+TEST(FontEngineFonts, AdvancesAreTheClassicInterpretersOutliveTheEngineAndKerningIsTheFormatZeroTables) {
     const std::tuple<const wchar_t*, std::string, int> faces[] = {
         {L"DejaVu Sans", DejaVu("DejaVuSans.ttf"), 400},
         {L"Liberation Sans", Liberation("LiberationSans-Regular.ttf"), 400},
@@ -201,8 +199,7 @@ TEST(FontEngineFonts,
               avAmount(pairs) * 3);
 }
 
-TEST(FontEngineFonts,
-     StylesPickTheMatchingFileOrAreSynthesisedNamesIgnoreCaseAndTheCharacterSetOutweighsTheName) {
+TEST(FontEngineFonts, StylesPickTheirFileOrAreSynthesisedAndNamesIgnoreCaseButNotTheCharacterSet) {
     auto* engine = LatinEngine().get();
     FontRequest request;
     request.faceName = L"DejaVu Sans";

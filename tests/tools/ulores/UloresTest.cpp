@@ -269,7 +269,7 @@ TEST_F(UloresTest, ManifestErrorsNameTheLinePictureAndFile) {
 
 using FontTool = UloresTest;
 
-TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReads) {
+TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReadsAndErrorsNameTheLineOrRecordAndTheProblem) {
     const std::string manifest = dir_.Write("fonts.xml", R"(<?xml version="1.0" encoding="UTF-8"?>
 <fonts>
   <font id="0" face="Tahoma" height="11"/>
@@ -302,9 +302,6 @@ TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReads) {
     EXPECT_NE(std::string::npos,
               listing.find("\"MS UI Gothic\" height -12 weight 700 italic underline strikeout"));
     EXPECT_NE(std::string::npos, listing.find("    alternative \"Meiryo UI\""));
-}
-
-TEST_F(FontTool, ManifestAndFileErrorsNameTheLineOrRecordAndTheProblem) {
     const std::pair<const char*, const char*> cases[] = {
         {"<fonts><font id=\"0\" height=\"11\"/></fonts>", "needs the attribute face"},
         {"<fonts><font id=\"0\" face=\"A\"/></fonts>", "needs the attribute height"},
@@ -328,27 +325,27 @@ TEST_F(FontTool, ManifestAndFileErrorsNameTheLineOrRecordAndTheProblem) {
     EXPECT_NE(std::string::npos, Error([&] {
                                      ulores::ReadFontManifest(dir_.Path().native() + "/none.xml");
                                  }).find("cannot open"));
-    std::vector<uint8_t> file(256, 0);  // a header that is not ours: the table ends at the first record
+    std::vector<uint8_t> foreign(256, 0);  // a header that is not ours: the table ends at the first record
     auto put = [&](uint32_t v) {
         for (int i = 0; i < 4; ++i) {
-            file.push_back(static_cast<uint8_t>(v >> (8 * i)));
+            foreign.push_back(static_cast<uint8_t>(v >> (8 * i)));
         }
     };
     put(264);         // font 0 right after a two-entry table
     put(0x7FFFFFF0);  // font 1 far past the end
     put(1);
-    file.push_back('A');
-    file.push_back(0);
-    const std::string path = testfonts::WriteFile(dir_, "foreign.urf", file);
+    foreign.push_back('A');
+    foreign.push_back(0);
+    const std::string path = testfonts::WriteFile(dir_, "foreign.urf", foreign);
     EXPECT_FALSE(ulores::IsFontResourceFile(path));
-    std::ostringstream dump;
-    EXPECT_EQ(1, ulores::DumpFonts(path, dump));
-    EXPECT_NE(std::string::npos, dump.str().find("2 table entries"));
-    EXPECT_NE(std::string::npos, dump.str().find("font 0: at 0x00000108, damaged"));
-    EXPECT_NE(std::string::npos, dump.str().find("font 1: at 0x7ffffff0, damaged"));
+    std::ostringstream listed;
+    EXPECT_EQ(1, ulores::DumpFonts(path, listed));
+    EXPECT_NE(std::string::npos, listed.str().find("2 table entries"));
+    EXPECT_NE(std::string::npos, listed.str().find("font 0: at 0x00000108, damaged"));
+    EXPECT_NE(std::string::npos, listed.str().find("font 1: at 0x7ffffff0, damaged"));
     EXPECT_NE(std::string::npos,
               Error([&] {
-                  ulores::DumpFonts(testfonts::WriteFile(dir_, "short.urf", {1, 2, 3}), dump);
+                  ulores::DumpFonts(testfonts::WriteFile(dir_, "short.urf", {1, 2, 3}), listed);
               }).find("too short"));
 }
 
