@@ -108,9 +108,7 @@ TEST_F(FontObject, WantedFacesFirstThenTheSamePitchFamilyAndCharSetAndTheRequest
     DeleteFontHandle(font);
 }
 
-TEST_F(
-    FontObject,
-    AFontFromFaceNamesKeepsItsHeightAndDefaultsItsLanguageChoosesTheCharacterSetAndDoubleByteFontsReportAMissingFace) {
+TEST_F(FontObject, NamedFontsKeepTheirHeightTheLanguageChoosesTheCharSetAndMissingDoubleByteFacesShow) {
     ULOFont named({L"Missing", L"Tahoma"}, 16, 0, 2.0f, false, false, true);
     EXPECT_TRUE(named.IsValid());
     EXPECT_EQ(ULOFont::kNoFontID, named.GetFontID());
@@ -265,7 +263,7 @@ protected:
     TempDir dir_;
 };
 
-TEST_F(FontFromFile, TakesItsRecordAndMagnifiesTheHeightUnlessADoubleByteLanguageTakesTheExtraHeight) {
+TEST_F(FontFromFile, TakesItsRecordMagnifiesTheHeightUnlessDoubleByteTakesTheExtraOrIsEmptyWithoutAFile) {
     ULOFont font(2, 0, 1.5f);
     EXPECT_EQ(2u, font.GetFontID());
     EXPECT_EQ(
@@ -299,17 +297,14 @@ TEST_F(FontFromFile, TakesItsRecordAndMagnifiesTheHeightUnlessADoubleByteLanguag
     EXPECT_EQ(0, unmagnified.GetFontHeight());
     EXPECT_EQ(unmagnified.GetCharWidthW(L'A', true),
               unmagnified.GetCharWidthW(L'A', false));  // no division by zero
-}
-
-TEST_F(FontFromFile, WithoutAFileTheFontIsEmpty) {
     ULOFont::SetFontResourceFile(ULOPath());
     engine_->requests.clear();
-    ULOFont font(2, 3, 2.0f);
-    EXPECT_FALSE(font.IsValid());
-    EXPECT_EQ(2u, font.GetFontID());
-    EXPECT_EQ(L"FONT '' h=0, hext=0, w=0, m=2.000000, 1, 1\nfamily 0 pitch 0 [] '' first ''", Facts(font));
+    ULOFont empty(2, 3, 2.0f);
+    EXPECT_FALSE(empty.IsValid());
+    EXPECT_EQ(2u, empty.GetFontID());
+    EXPECT_EQ(L"FONT '' h=0, hext=0, w=0, m=2.000000, 1, 1\nfamily 0 pitch 0 [] '' first ''", Facts(empty));
     EXPECT_TRUE(engine_->requests.empty());
     for (wchar_t c : {L'A', L'?', wchar_t(0x3042)}) {
-        EXPECT_EQ(0.0f, font.GetCharWidthW(c, false));
+        EXPECT_EQ(0.0f, empty.GetCharWidthW(c, false));
     }
 }

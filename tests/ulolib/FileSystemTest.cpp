@@ -140,7 +140,7 @@ TEST(ULOPathTest, JoinsTakesApartAndReportsWhyAPathDoesNotExistOrAFileDoesNotOpe
     EXPECT_FALSE(stream.WriteByte(b));
 }
 
-TEST(LitIntTest, ReadsLittleEndianAndZeroFillsAShortRead) {
+TEST(LitIntTest, ReadsLittleEndianIntegersZeroFillingAShortReadAndXmlFilesOrRefusesThem) {
     FILE* f = std::tmpfile();
     ASSERT_NE(f, nullptr);
     std::fwrite("\x01\x02\x03\x04\xFE\xFF\xFF\xFF\x2A\x01", 1, 10, f);
@@ -153,23 +153,6 @@ TEST(LitIntTest, ReadsLittleEndianAndZeroFillsAShortRead) {
     EXPECT_EQ(LitInt(f), 0);
     std::fclose(f);
     EXPECT_FALSE(LitInt(nullptr, v));
-}
-
-TEST(DirectoryTest, DefaultsToTheExecutablesFolderAndCanBeMoved) {
-    const boost::shared_ptr<Directory> d = Directory::create();
-    EXPECT_EQ(d, Directory::create()) << "one instance per process";
-    const ULOPath original = d->GetApplicationDirectory();
-#if defined(_WIN32)
-    EXPECT_TRUE((original / L"ulolib_tests.exe").exists());  // this test's own executable
-#else
-    EXPECT_TRUE((original / L"ulolib_tests").exists());
-#endif
-    d->SetApplicationDirectory(ULOPath(L"/elsewhere"));
-    EXPECT_EQ(Directory::create()->GetApplicationDirectory(), ULOPath(L"/elsewhere"));
-    d->SetApplicationDirectory(original);
-}
-
-TEST(ULOOpenXmlTest, LoadsGoodFilesAndRejectsBadOnes) {
     TempDir dir;
     dir.Write("good.xml",
               "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -186,6 +169,20 @@ TEST(ULOOpenXmlTest, LoadsGoodFilesAndRejectsBadOnes) {
         EXPECT_FALSE(ULOOpenXml(doc, dir.Path() / bad)) << bad;
     }
     EXPECT_EQ(doc.FirstChildElement("languages"), nullptr);  // nothing of an earlier document is left
+}
+
+TEST(DirectoryTest, DefaultsToTheExecutablesFolderAndCanBeMoved) {
+    const boost::shared_ptr<Directory> d = Directory::create();
+    EXPECT_EQ(d, Directory::create()) << "one instance per process";
+    const ULOPath original = d->GetApplicationDirectory();
+#if defined(_WIN32)
+    EXPECT_TRUE((original / L"ulolib_tests.exe").exists());  // this test's own executable
+#else
+    EXPECT_TRUE((original / L"ulolib_tests").exists());
+#endif
+    d->SetApplicationDirectory(ULOPath(L"/elsewhere"));
+    EXPECT_EQ(Directory::create()->GetApplicationDirectory(), ULOPath(L"/elsewhere"));
+    d->SetApplicationDirectory(original);
 }
 
 }  // namespace

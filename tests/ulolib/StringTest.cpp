@@ -9,7 +9,7 @@ namespace {
 
 const wchar_t r = 0xFFFD;  // the replacement character
 
-TEST(ULOStringTest, PiecesClampToTheStringSplitKeepsEmptyPiecesAndCompareIsOrdinalOrFolds) {
+TEST(ULOStringTest, PiecesClampSplitKeepsEmptyPiecesCompareIsOrdinalOrFoldsAndFormatReadsWideStrings) {
     const ULOString s = L"abcdef";
     const std::pair<ULOString, const wchar_t*> cases[] = {
         {s.Left(2), L"ab"},    {s.Left(99), L"abcdef"}, {s.Left(-3), L""},        {s.Mid(2), L"cdef"},
@@ -40,9 +40,6 @@ TEST(ULOStringTest, PiecesClampToTheStringSplitKeepsEmptyPiecesAndCompareIsOrdin
     }
     EXPECT_EQ(ULOString(L"MiXed \x00c9").MakeLower(), L"mixed \x00e9");
     EXPECT_EQ(ULOString(L"MiXed \x00e9").MakeUpper(), L"MIXED \x00c9");
-}
-
-TEST(ULOStringTest, FormatReadsPercentSAndPercentCAsWideAndGrows) {
     EXPECT_EQ(ULOString::Format(L"%s.%s", L"Main", L"ura"), L"Main.ura");
     EXPECT_EQ(ULOString::Format(L"%d-%5.2f-%c", 42, 1.5, L'\x00e9'), L"42- 1.50-\x00e9");
     EXPECT_EQ(ULOString::Format(L"%ls|%hs|%S|%C", L"w\x4e2d", "narrow", "N", 'x'), L"w\x4e2d|narrow|N|x");

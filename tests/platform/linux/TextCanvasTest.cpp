@@ -222,7 +222,7 @@ TEST(GlyphImages, OncePerFaceSizeAndStyleWithTheWidthTablesAdvancesSharedByThrea
     EXPECT_EQ(mismatches, std::vector<int>(4, 0));
 }
 
-TEST(GlyphCache, LeastRecentlyUsedLeaveFirst) {
+TEST(GlyphCache, LeastRecentlyUsedLeaveFirstAndLargeGlyphsAreNotKeptButDrawnWhereTheyShow) {
     ft::GlyphCache cache(3 * ft::GlyphCache::kEntryOverhead + 30);
     auto image = [](size_t bytes) {
         auto made = std::make_shared<platform::GlyphImage>();
@@ -243,9 +243,6 @@ TEST(GlyphCache, LeastRecentlyUsedLeaveFirst) {
     const auto big = image(1000);
     EXPECT_EQ(cache.Keep(keys[1], big), big);  // beyond the budget: handed out, not kept
     EXPECT_EQ(cache.Count(), 1u);
-}
-
-TEST(TextCanvas, LargeGlyphsDrawOnlyWhatShows) {
     REQUIRE_LATIN_FONTS();
     testfonts::ScopedEngine engine(testfonts::LatinEngine());
     platform::FontRequest request;
