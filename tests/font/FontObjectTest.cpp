@@ -166,7 +166,7 @@ TEST_F(FontObject, WidthCachesHoldTheEngineAdvances) {
 
 // Variants in the order regular, italic and underlined, italic, underlined; a style the font has
 // already is the regular font itself.
-TEST_F(FontObject, VariantsAreMadeInOrderOrShareTheRegularFontAndCopiesShareTheHandles) {
+TEST_F(FontObject, VariantsAreMadeInOrderSharedByCopiesAndSelectedWithFallbacksThenRestored) {
     using Styles = std::vector<std::pair<bool, bool>>;  // italic, underlined
     const std::tuple<bool, bool, Styles, size_t> cases[] = {
         {false, false, {{false, false}, {true, true}, {true, false}, {false, true}}, 4},
@@ -201,9 +201,6 @@ TEST_F(FontObject, VariantsAreMadeInOrderOrShareTheRegularFontAndCopiesShareTheH
     EXPECT_TRUE(original.IsValid());                                  // the handle value is kept ...
     EXPECT_EQ(nullptr, ResolveFont(original.GetRegularFont()));       // ... but refers to nothing now
     EXPECT_EQ(Advance('A', 12), original.GetCharWidthW(L'A', true));  // the caches stay usable
-}
-
-TEST_F(FontObject, SelectionFallsBackAlongTheVariantsThatExistAndRestoresThePreviousFont) {
     const HDC dc = reinterpret_cast<HDC>(0x1000);
     const std::function<bool(const FontRequest&)> refusals[] = {
         [](const FontRequest&) { return false; },

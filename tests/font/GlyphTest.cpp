@@ -31,7 +31,7 @@ protected:
 
 }  // namespace
 
-TEST_F(GlyphFunctions, ACapitalOIsTwoContoursOfOnCurveEndsInsideItsBoxAndBadInputIsSurvived) {
+TEST_F(GlyphFunctions, OutlinesWidthsWithKerningAndTheFaceListOnTheLatinFacesAndBadInputIsSurvived) {
     for (const auto& [face, file] : kFaces) {
         ULOGlyphOutline outline;
         outline.Add(ULOArray_NOSTL<ULOGlyphVertex>(3));  // emptied first
@@ -78,9 +78,6 @@ TEST_F(GlyphFunctions, ACapitalOIsTwoContoursOfOnCurveEndsInsideItsBoxAndBadInpu
         EXPECT_GT(ULOGetGlyphWidth(L'O', L'O', face, height, weightIndex, 1, 1), 0) << height;
     }
     EXPECT_EQ(0, ULOGetGlyphOutline(nullptr, L'O', L"DejaVu Sans", 20, 1, 0, 0));
-}
-
-TEST_F(GlyphFunctions, AWidthIsTheAdvancePlusTheKerningOfThePairAndTheFontListHoldsEachFaceOnce) {
     for (const auto& [face, file] : kFaces) {
         // The pairs of the face's 'kern' table, as the engine lists them.
         const auto pairs = ulogui::font::GlyphFont(face, 20, 1, 0, 0)->GetKerningPairs();

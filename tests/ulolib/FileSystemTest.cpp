@@ -71,7 +71,7 @@ TEST(ErrorCodeTest, ErrorsCarryTheirResultMessageLocationAndSystemCall) {
     }
 }
 
-TEST(ULOPathTest, JoinsTakesApartAndReportsWhyAPathDoesNotExistOrAFileDoesNotOpen) {
+TEST(ULOPathTest, PathsJoinTakeApartAndReportWhyTheyDoNotExistOrOpenAndTheAppFolderMoves) {
     const std::wstring sep(1, ULOPath::wSeparator);  // "\\" on Windows
     EXPECT_EQ((ULOPath(L"/res") / L"de" / L"" / L"Main.ura").wstring(),
               L"/res" + sep + L"de" + sep + L"Main.ura");
@@ -138,6 +138,17 @@ TEST(ULOPathTest, JoinsTakesApartAndReportsWhyAPathDoesNotExistOrAFileDoesNotOpe
     uint8_t b = 0;
     EXPECT_FALSE(stream.ReadByte(b));
     EXPECT_FALSE(stream.WriteByte(b));
+    const boost::shared_ptr<Directory> d = Directory::create();
+    EXPECT_EQ(d, Directory::create()) << "one instance per process";
+    const ULOPath original = d->GetApplicationDirectory();
+#if defined(_WIN32)
+    EXPECT_TRUE((original / L"ulolib_tests.exe").exists());  // this test's own executable
+#else
+    EXPECT_TRUE((original / L"ulolib_tests").exists());
+#endif
+    d->SetApplicationDirectory(ULOPath(L"/elsewhere"));
+    EXPECT_EQ(Directory::create()->GetApplicationDirectory(), ULOPath(L"/elsewhere"));
+    d->SetApplicationDirectory(original);
 }
 
 TEST(LitIntTest, ReadsLittleEndianIntegersZeroFillingAShortReadAndXmlFilesOrRefusesThem) {
@@ -169,20 +180,6 @@ TEST(LitIntTest, ReadsLittleEndianIntegersZeroFillingAShortReadAndXmlFilesOrRefu
         EXPECT_FALSE(ULOOpenXml(doc, dir.Path() / bad)) << bad;
     }
     EXPECT_EQ(doc.FirstChildElement("languages"), nullptr);  // nothing of an earlier document is left
-}
-
-TEST(DirectoryTest, DefaultsToTheExecutablesFolderAndCanBeMoved) {
-    const boost::shared_ptr<Directory> d = Directory::create();
-    EXPECT_EQ(d, Directory::create()) << "one instance per process";
-    const ULOPath original = d->GetApplicationDirectory();
-#if defined(_WIN32)
-    EXPECT_TRUE((original / L"ulolib_tests.exe").exists());  // this test's own executable
-#else
-    EXPECT_TRUE((original / L"ulolib_tests").exists());
-#endif
-    d->SetApplicationDirectory(ULOPath(L"/elsewhere"));
-    EXPECT_EQ(Directory::create()->GetApplicationDirectory(), ULOPath(L"/elsewhere"));
-    d->SetApplicationDirectory(original);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace {
 
 const wchar_t r = 0xFFFD;  // the replacement character
 
-TEST(ULOStringTest, PiecesClampSplitKeepsEmptyPiecesCompareIsOrdinalOrFoldsAndFormatReadsWideStrings) {
+TEST(ULOStringTest, PiecesSplitCompareFormatAndUtfRoundTripsWithReplacementCharactersForBadInput) {
     const ULOString s = L"abcdef";
     const std::pair<ULOString, const wchar_t*> cases[] = {
         {s.Left(2), L"ab"},    {s.Left(99), L"abcdef"}, {s.Left(-3), L""},        {s.Mid(2), L"cdef"},
@@ -51,9 +51,6 @@ TEST(ULOStringTest, PiecesClampSplitKeepsEmptyPiecesCompareIsOrdinalOrFoldsAndFo
     ULOString inPlace = L"old";
     inPlace.FormatInPlace(L"%d/%d", 3, 4);
     EXPECT_EQ(inPlace, L"3/4");
-}
-
-TEST(ULOStringTest, UtfRoundTripsEveryPlaneAndMalformedInputBecomesReplacementCharacters) {
     const ULOString text = L"A\x00e9\x4e2d\xffff\U00010000\U0001F600\U0010FFFF";
     const std::string utf8 = text.ToUtf8();
     EXPECT_EQ(utf8, "A\xC3\xA9\xE4\xB8\xAD\xEF\xBF\xBF\xF0\x90\x80\x80\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF");
@@ -66,7 +63,7 @@ TEST(ULOStringTest, UtfRoundTripsEveryPlaneAndMalformedInputBecomesReplacementCh
     EXPECT_EQ(ULOString::FromUtf16(units, 3), L"\U0001F600a");
     EXPECT_EQ(ULOString::FromUtf16(units, 1), L"\xFFFD");  // the pair cut in half
     EXPECT_EQ(ULOString::FromUtf16(nullptr, 5), L"");
-    const std::pair<const char*, std::wstring> cases[] = {
+    const std::pair<const char*, std::wstring> malformed[] = {
         {"a\x80z", {L'a', r, L'z'}},           // lone continuation byte
         {"\xC0\xAF", {r, r}},                  // overlong '/' (C0 never starts a sequence)
         {"\xE0\x80\xAF", {r, r, r}},           // overlong three-byte form
@@ -78,7 +75,7 @@ TEST(ULOStringTest, UtfRoundTripsEveryPlaneAndMalformedInputBecomesReplacementCh
         {"\xC3\xA9\xC3", {L'\x00e9', r}},      // good, then cut short
         {"\xE4\xB8\xC3\xA9", {r, L'\x00e9'}},  // a new lead byte ends the broken sequence
     };
-    for (const auto& c : cases) {
+    for (const auto& c : malformed) {
         EXPECT_EQ(ULOString::FromUtf8(c.first), c.second) << "input " << testing::PrintToString(c.first);
     }
     // High without low, low without high, two highs, and a low then a high (wrong order).

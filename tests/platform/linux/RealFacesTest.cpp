@@ -123,41 +123,7 @@ TEST(FontEngineEnumeration, OneReportPerFamilyInAStableOrderWithCharacterSetsFro
     EXPECT_TRUE(Enumerate(*LatinEngine(), charset::kShiftJis).empty());
 }
 
-TEST(FontEngineFonts, HeightsChooseTheSizeAndVerticalMetricsTheClassicEngineChooses) {
-    REQUIRE_LATIN_FONTS();
-    struct Row {
-        const wchar_t* face;
-        int request;
-        int height, ascent, descent, internalLeading;
-        uint32_t ppem;
-    };
-    // Cell heights where rounding ascent and descent apart picks a size one smaller, then heights
-    // where every rule agrees; the same at weight 400 and 700.
-    const Row rows[] = {
-        {L"DejaVu Sans", 17, 18, 14, 4, 2, 15},     {L"DejaVu Sans", 23, 24, 19, 5, 3, 20},
-        {L"DejaVu Sans", 37, 38, 30, 8, 5, 32},     {L"DejaVu Sans", 38, 39, 31, 8, 5, 33},
-        {L"Liberation Sans", 13, 14, 11, 3, 1, 12}, {L"Liberation Sans", 29, 30, 24, 6, 3, 26},
-        {L"Liberation Sans", 33, 32, 26, 6, 3, 29}, {L"Liberation Sans", 40, 41, 33, 8, 4, 36},
-        {L"DejaVu Sans", 13, 13, 10, 3, 2, 11},     {L"DejaVu Sans", 24, 24, 19, 5, 3, 21},
-        {L"DejaVu Sans", -20, 24, 19, 5, 3, 20},    {L"Liberation Sans", 16, 16, 13, 3, 2, 14},
-        {L"Liberation Sans", 24, 23, 19, 4, 2, 21},
-    };
-    for (const Row& r : rows) {
-        for (int weight : {400, 700}) {
-            const FontMetrics m = MakeFont(*LatinEngine(), r.face, r.request, 0, weight)->GetMetrics();
-            EXPECT_EQ(std::make_tuple(r.height, r.ascent, r.descent, r.internalLeading, r.ppem),
-                      std::make_tuple(m.height, m.ascent, m.descent, m.internalLeading, m.pixelsPerEm))
-                << std::string(r.face, r.face + wcslen(r.face)) << " " << r.request << " weight " << weight;
-        }
-    }
-    // Liberation Mono has no bold file here: the synthesised bold is a pixel wider on average and at most.
-    const FontMetrics regular = MakeFont(*LatinEngine(), L"Liberation Mono", 15)->GetMetrics();
-    const FontMetrics bold = MakeFont(*LatinEngine(), L"Liberation Mono", 15, 0, 700)->GetMetrics();
-    EXPECT_EQ(std::make_pair(regular.averageCharWidth + 1, regular.maxCharWidth + 1),
-              std::make_pair(bold.averageCharWidth, bold.maxCharWidth));
-}
-
-TEST(FontEngineFonts, AdvancesAreTheClassicInterpretersOutliveTheEngineAndKerningIsTheFormatZeroTables) {
+TEST(FontEngineFonts, SizesAndAdvancesAreTheClassicEnginesTheyOutliveTheEngineAndKernAsTheirTables) {
     const std::tuple<const wchar_t*, std::string, int> faces[] = {
         {L"DejaVu Sans", DejaVu("DejaVuSans.ttf"), 400},
         {L"Liberation Sans", Liberation("LiberationSans-Regular.ttf"), 400},
@@ -197,6 +163,37 @@ TEST(FontEngineFonts, AdvancesAreTheClassicInterpretersOutliveTheEngineAndKernin
     // Larger sizes kern more: the same pair at 4x the size.
     EXPECT_LT(avAmount(MakeFont(*LatinEngine(), L"DejaVu Sans", -84)->GetKerningPairs()),
               avAmount(pairs) * 3);
+    REQUIRE_LATIN_FONTS();
+    struct Row {
+        const wchar_t* face;
+        int request;
+        int height, ascent, descent, internalLeading;
+        uint32_t ppem;
+    };
+    // Cell heights where rounding ascent and descent apart picks a size one smaller, then heights
+    // where every rule agrees; the same at weight 400 and 700.
+    const Row rows[] = {
+        {L"DejaVu Sans", 17, 18, 14, 4, 2, 15},     {L"DejaVu Sans", 23, 24, 19, 5, 3, 20},
+        {L"DejaVu Sans", 37, 38, 30, 8, 5, 32},     {L"DejaVu Sans", 38, 39, 31, 8, 5, 33},
+        {L"Liberation Sans", 13, 14, 11, 3, 1, 12}, {L"Liberation Sans", 29, 30, 24, 6, 3, 26},
+        {L"Liberation Sans", 33, 32, 26, 6, 3, 29}, {L"Liberation Sans", 40, 41, 33, 8, 4, 36},
+        {L"DejaVu Sans", 13, 13, 10, 3, 2, 11},     {L"DejaVu Sans", 24, 24, 19, 5, 3, 21},
+        {L"DejaVu Sans", -20, 24, 19, 5, 3, 20},    {L"Liberation Sans", 16, 16, 13, 3, 2, 14},
+        {L"Liberation Sans", 24, 23, 19, 4, 2, 21},
+    };
+    for (const Row& r : rows) {
+        for (int weight : {400, 700}) {
+            const FontMetrics m = MakeFont(*LatinEngine(), r.face, r.request, 0, weight)->GetMetrics();
+            EXPECT_EQ(std::make_tuple(r.height, r.ascent, r.descent, r.internalLeading, r.ppem),
+                      std::make_tuple(m.height, m.ascent, m.descent, m.internalLeading, m.pixelsPerEm))
+                << std::string(r.face, r.face + wcslen(r.face)) << " " << r.request << " weight " << weight;
+        }
+    }
+    // Liberation Mono has no bold file here: the synthesised bold is a pixel wider on average and at most.
+    const FontMetrics regular = MakeFont(*LatinEngine(), L"Liberation Mono", 15)->GetMetrics();
+    const FontMetrics bold = MakeFont(*LatinEngine(), L"Liberation Mono", 15, 0, 700)->GetMetrics();
+    EXPECT_EQ(std::make_pair(regular.averageCharWidth + 1, regular.maxCharWidth + 1),
+              std::make_pair(bold.averageCharWidth, bold.maxCharWidth));
 }
 
 TEST(FontEngineFonts, StylesPickTheirFileOrAreSynthesisedAndNamesIgnoreCaseButNotTheCharacterSet) {

@@ -12,7 +12,27 @@
 using namespace ulogui::platform;
 using namespace ulogui::platform::ft;
 
-TEST(SfntCharSets, CodePageBitsGiveTheCharacterSetsAndPitchAndFamilyFollowsSpacingPanoseAndClass) {
+namespace {
+
+// A 'kern' table of version 0 with format-0 subtables {coverage, declared pair count (which may
+// lie), then left, right, value of each pair}.
+std::vector<uint8_t> KernTable(const std::vector<std::vector<int>>& subtables) {
+    std::vector<uint8_t> t;
+    auto put = [&](int v) { t.insert(t.end(), {static_cast<uint8_t>(v >> 8), static_cast<uint8_t>(v)}); };
+    put(0);
+    put(static_cast<int>(subtables.size()));
+    for (const std::vector<int>& sub : subtables) {
+        for (int v : {0, static_cast<int>(14 + 2 * (sub.size() - 2)), sub[0], sub[1], 0, 0, 0}) {
+            put(v);
+        }
+        std::for_each(sub.begin() + 2, sub.end(), put);
+    }
+    return t;
+}
+
+}  // namespace
+
+TEST(SfntFacts, CharacterSetsPitchAndFamilyAndHorizontalFormatZeroKerningNeverReadPastTheEnd) {
     // DejaVu Sans: Latin-1, Latin-2, Cyrillic, Greek, Turkish, Hebrew, Arabic, Baltic, Vietnamese,
     // plus bits 29/30 (Macintosh, OEM) that have no character set.
     EXPECT_EQ((std::vector<uint8_t>{0, 238, 204, 161, 162, 177, 178, 186, 163}),
@@ -44,6 +64,33 @@ TEST(SfntCharSets, CodePageBitsGiveTheCharacterSetsAndPitchAndFamilyFollowsSpaci
         EXPECT_EQ(expected, PitchAndFamilyOfFace(fixed, kind, serif, familyClass))
             << int(kind) << " " << int(serif);
     }
+    // The second subtable is cross-stream: ignored.
+    const std::vector<uint8_t> table =
+        KernTable({{0x0001, 2, 36, 57, -150, 57, 36, -120}, {0x0005, 1, 1, 2, 40}, {0x0001, 1, 3, 4, 7}});
+    std::vector<std::tuple<int, int, int>> pairs;
+    for (const GlyphKerning& p : ParseKernTable(table.data(), table.size())) {
+        pairs.emplace_back(p.left, p.right, p.value);
+    }
+    EXPECT_EQ(pairs, (std::vector<std::tuple<int, int, int>>{{36, 57, -150}, {57, 36, -120}, {3, 4, 7}}));
+    const std::vector<uint8_t> lying = KernTable({{0x0001, 1000, 1, 2, 3, 4, 5, 6}});  // claims far more
+    EXPECT_EQ(2u, ParseKernTable(lying.data(), lying.size()).size());
+    for (const std::vector<uint8_t>* whole : {&table, &lying}) {
+        for (size_t cut = 0; cut < whole->size(); ++cut) {
+            // A copy of exactly cut bytes, so that AddressSanitizer sees any over-read.
+            std::vector<uint8_t> prefix(whole->begin(), whole->begin() + static_cast<std::ptrdiff_t>(cut));
+            EXPECT_LE(ParseKernTable(prefix.data(), prefix.size()).size(), 3u);
+        }
+    }
+    std::vector<uint8_t> apple = {0x00, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x01};  // version 1.0: not read
+    EXPECT_TRUE(ParseKernTable(apple.data(), apple.size()).empty());
+    EXPECT_TRUE(ParseKernTable(nullptr, 0).empty());
+    std::vector<uint8_t> zeroLength = {0, 0, 0, 5, 0, 0, 0, 0, 0x02, 0x01};  // format 2 with length 0
+    EXPECT_TRUE(ParseKernTable(zeroLength.data(), zeroLength.size()).empty());
+    // (-2100 - 1045) / 2048, (4305 + 1045) / 2048, (-3192 - 1045) / 2048, zero, no units per em.
+    EXPECT_EQ(
+        std::make_tuple(-1, 2, -2, 0, 0),
+        std::make_tuple(ScaleKerning(-100, 21, 2048), ScaleKerning(205, 21, 2048),
+                        ScaleKerning(-152, 21, 2048), ScaleKerning(0, 21, 2048), ScaleKerning(10, 21, 0)));
 }
 
 TEST(SfntHeights, ACellHeightTakesTheLargestSizeWhoseCellFitsAsTheClassicEngineDoesUnlessAVdmxGroupListsIt) {
@@ -94,56 +141,6 @@ TEST(SfntHeights, ACellHeightTakesTheLargestSizeWhoseCellFitsAsTheClassicEngineD
         EXPECT_LE(ParseVdmxTable(prefix.data(), prefix.size()).records.size(), 3u);
     }
     EXPECT_TRUE(ParseVdmxTable(nullptr, 0).records.empty());
-}
-
-namespace {
-
-// A 'kern' table of version 0 with format-0 subtables {coverage, declared pair count (which may
-// lie), then left, right, value of each pair}.
-std::vector<uint8_t> KernTable(const std::vector<std::vector<int>>& subtables) {
-    std::vector<uint8_t> t;
-    auto put = [&](int v) { t.insert(t.end(), {static_cast<uint8_t>(v >> 8), static_cast<uint8_t>(v)}); };
-    put(0);
-    put(static_cast<int>(subtables.size()));
-    for (const std::vector<int>& sub : subtables) {
-        for (int v : {0, static_cast<int>(14 + 2 * (sub.size() - 2)), sub[0], sub[1], 0, 0, 0}) {
-            put(v);
-        }
-        std::for_each(sub.begin() + 2, sub.end(), put);
-    }
-    return t;
-}
-
-}  // namespace
-
-TEST(SfntKerning, ReadsHorizontalFormatZeroSubtablesOnlyNeverPastTheirEndAndScalesAwayFromZero) {
-    // The second subtable is cross-stream: ignored.
-    const std::vector<uint8_t> table =
-        KernTable({{0x0001, 2, 36, 57, -150, 57, 36, -120}, {0x0005, 1, 1, 2, 40}, {0x0001, 1, 3, 4, 7}});
-    std::vector<std::tuple<int, int, int>> pairs;
-    for (const GlyphKerning& p : ParseKernTable(table.data(), table.size())) {
-        pairs.emplace_back(p.left, p.right, p.value);
-    }
-    EXPECT_EQ(pairs, (std::vector<std::tuple<int, int, int>>{{36, 57, -150}, {57, 36, -120}, {3, 4, 7}}));
-    const std::vector<uint8_t> lying = KernTable({{0x0001, 1000, 1, 2, 3, 4, 5, 6}});  // claims far more
-    EXPECT_EQ(2u, ParseKernTable(lying.data(), lying.size()).size());
-    for (const std::vector<uint8_t>* whole : {&table, &lying}) {
-        for (size_t cut = 0; cut < whole->size(); ++cut) {
-            // A copy of exactly cut bytes, so that AddressSanitizer sees any over-read.
-            std::vector<uint8_t> prefix(whole->begin(), whole->begin() + static_cast<std::ptrdiff_t>(cut));
-            EXPECT_LE(ParseKernTable(prefix.data(), prefix.size()).size(), 3u);
-        }
-    }
-    std::vector<uint8_t> apple = {0x00, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x01};  // version 1.0: not read
-    EXPECT_TRUE(ParseKernTable(apple.data(), apple.size()).empty());
-    EXPECT_TRUE(ParseKernTable(nullptr, 0).empty());
-    std::vector<uint8_t> zeroLength = {0, 0, 0, 5, 0, 0, 0, 0, 0x02, 0x01};  // format 2 with length 0
-    EXPECT_TRUE(ParseKernTable(zeroLength.data(), zeroLength.size()).empty());
-    // (-2100 - 1045) / 2048, (4305 + 1045) / 2048, (-3192 - 1045) / 2048, zero, no units per em.
-    EXPECT_EQ(
-        std::make_tuple(-1, 2, -2, 0, 0),
-        std::make_tuple(ScaleKerning(-100, 21, 2048), ScaleKerning(205, 21, 2048),
-                        ScaleKerning(-152, 21, 2048), ScaleKerning(0, 21, 2048), ScaleKerning(10, 21, 0)));
 }
 
 // Each kind of run, contour end and degenerate contour, and the fixed-point coordinates.

@@ -24,34 +24,6 @@ namespace platform = ulogui::platform;
 namespace ft = ulogui::platform::ft;
 namespace dt = ulogui::platform::drawtext;
 
-TEST(TextLines, LineEndsAndPrefixes) {
-    // "|" between lines, "_" before the marked character.
-    const std::pair<const wchar_t*, const char*> cases[] = {
-        {L"a\r\nb\n\rc", "a|b|c"}, {L"a\r\rb\n\nc", "a||b||c"},
-        {L"a\nb\n", "a|b"},        {L"&File && Edit", "_File & Edit"},
-        {L"a&b&c&", "a_bc&"},      {L"&&&x", "&_x"},
-        {L"x&\ny", "x&|y"},
-    };
-    for (const auto& c : cases) {
-        const size_t length = std::wcslen(c.first);
-        std::string out;
-        ft::DrawnLine line;
-        for (size_t pos = 0; pos < length;) {
-            const ft::LineSpan span = ft::NextLine(c.first, length, pos);
-            ft::PrepareLine(c.first + span.begin, c.first + span.end, true, line);
-            out += pos == 0 ? "" : "|";
-            for (size_t i = 0; i < line.codes.size(); ++i) {
-                out += (std::ptrdiff_t(i) == line.marked ? "_" : "") + std::string(1, char(line.codes[i]));
-            }
-            pos = span.next;
-        }
-        EXPECT_EQ(out, c.second);
-    }
-    ft::DrawnLine line;
-    ft::PrepareLine(L"&a", L"&a" + 2, false, line);
-    EXPECT_EQ(line.codes.size() * 10 + size_t(line.marked + 1), 20u);  // no prefixes: "&a", unmarked
-}
-
 // A scripted font: cell height 10, ascent 8. A character c advances (c % 4) + 3 pixels ("a" 4, "b" 5,
 // "c" 6); its glyph is a bar one pixel wide at its pen position, of level c % 17 (16 for letters), from
 // the cell's top to the baseline.
@@ -91,7 +63,7 @@ struct Section {
 // by the cell height, cut at the rectangle's bottom, and no line after the first that reaches past it.
 // The opaque cell is the advances wide and the cell high, cut by the rectangle. The font's lines:
 // underline top 8 + 1 - 0 = 9, strike-out 8 - 3 - 1 = 4 (2 rows).
-TEST(SectionText, LayoutCoverageLevelsBlackOnWhiteAndTheBlendsRowsMatchTheScalarReference) {
+TEST(SectionText, LinesPrefixesLayoutCoverageLevelsAndTheBlendsRowsMatchTheScalarReference) {
     enum { kOpaque = 1, kUnderline = 2, kStrikeOut = 4 };
     const struct {
         const char* name;
@@ -150,6 +122,31 @@ TEST(SectionText, LayoutCoverageLevelsBlackOnWhiteAndTheBlendsRowsMatchTheScalar
         blend.RowScalar(reference.data(), levels.data(), static_cast<int>(levels.size()));
         ASSERT_EQ(pixels, reference) << round;
     }
+    // "|" between lines, "_" before the marked character.
+    const std::pair<const wchar_t*, const char*> lines[] = {
+        {L"a\r\nb\n\rc", "a|b|c"}, {L"a\r\rb\n\nc", "a||b||c"},
+        {L"a\nb\n", "a|b"},        {L"&File && Edit", "_File & Edit"},
+        {L"a&b&c&", "a_bc&"},      {L"&&&x", "&_x"},
+        {L"x&\ny", "x&|y"},
+    };
+    for (const auto& c : lines) {
+        const size_t length = std::wcslen(c.first);
+        std::string out;
+        ft::DrawnLine line;
+        for (size_t pos = 0; pos < length;) {
+            const ft::LineSpan span = ft::NextLine(c.first, length, pos);
+            ft::PrepareLine(c.first + span.begin, c.first + span.end, true, line);
+            out += pos == 0 ? "" : "|";
+            for (size_t i = 0; i < line.codes.size(); ++i) {
+                out += (std::ptrdiff_t(i) == line.marked ? "_" : "") + std::string(1, char(line.codes[i]));
+            }
+            pos = span.next;
+        }
+        EXPECT_EQ(out, c.second);
+    }
+    ft::DrawnLine line;
+    ft::PrepareLine(L"&a", L"&a" + 2, false, line);
+    EXPECT_EQ(line.codes.size() * 10 + size_t(line.marked + 1), 20u);  // no prefixes: "&a", unmarked
 }
 
 std::vector<platform::GlyphImagePtr> Images(const platform::PlatformFont& font,

@@ -142,7 +142,7 @@ protected:
     TempDir dir_;
 };
 
-TEST_F(UloresTest, PackedPicturesExtractToTheSamePixelsAndWhatIsNotThereIsRefused) {
+TEST_F(UloresTest, PackedPicturesExtractToTheSamePixelsAndErrorsNameTheLinePictureOrFile) {
     auto png = [this](const char* name, const Rgba& image) {
         WritePng(Path(name), image);
         return image;
@@ -233,9 +233,6 @@ TEST_F(UloresTest, PackedPicturesExtractToTheSamePixelsAndWhatIsNotThereIsRefuse
     EXPECT_EQ(Run("dump " + Path("missing.urb")).status, 1);
     dir_.Write("short.urb", "tiny");
     EXPECT_EQ(Run("dump " + Path("short.urb")).status, 1);
-}
-
-TEST_F(UloresTest, ManifestErrorsNameTheLinePictureAndFile) {
     WritePng(Path("a.png"), Pattern(4, 3, 1));
     WritePng(Path("b.png"), Pattern(5, 3, 2));
     dir_.Write("not-a-png.png", "hello");
