@@ -108,7 +108,27 @@ TEST_F(FontObject, WantedFacesFirstThenTheSamePitchFamilyAndCharSetAndTheRequest
     DeleteFontHandle(font);
 }
 
-TEST_F(FontObject, NamedFontsKeepTheirHeightTheLanguageChoosesTheCharSetAndMissingDoubleByteFacesShow) {
+// Fonts cache U+0000..U+00FF (control characters 0); double-byte languages also the ideographs
+// U+3000..U+9FFF and the compatibility forms U+F900..U+FFEF. Every other character measures as "?".
+TEST_F(FontObject, WidthCachesHoldTheEngineAdvancesNamedFontsKeepTheirHeightAndLanguagesChooseTheCharSet) {
+    ULOFont latin = NamedFont({L"Tahoma"}, 12, 0, 2.0f), gothic = NamedFont({L"MS Gothic"}, 14, 3);
+    ASSERT_TRUE(gothic.HasUnicodeExtraWidths());
+    for (uint32_t c = 0; c <= 0x10000 && static_cast<long>(c) <= static_cast<long>(WCHAR_MAX); ++c) {
+        const bool extra = (c >= 0x3000 && c < 0xA000) || (c >= 0xF900 && c < 0xFFF0);
+        const float l = c < 32 ? 0.0f : Advance(c < 256 ? c : '?', 12);
+        ASSERT_EQ(l, latin.GetCharWidthW(static_cast<wchar_t>(c), true)) << c;
+        ASSERT_EQ(l / 2.0f, latin.GetCharWidthW(static_cast<wchar_t>(c), false)) << c;
+        ASSERT_EQ(c < 32 ? 0.0f : Advance(c < 256 || extra ? c : '?', 14),
+                  gothic.GetCharWidthW(static_cast<wchar_t>(c), true))
+            << c;
+    }
+    EXPECT_EQ(Advance('?', 12), latin.GetCharWidthW(static_cast<wchar_t>(-1), true));
+    // A copy shares the tables; they outlive the font they were made for.
+    auto original = std::make_unique<ULOFont>(NamedFont({L"MS Gothic"}, 14, 7));
+    ULOFont copy(*original);
+    original.reset();
+    EXPECT_EQ(Advance(0x4E00, 14), copy.GetCharWidthW(0x4E00, true));
+    engine_->requests.clear();
     ULOFont named({L"Missing", L"Tahoma"}, 16, 0, 2.0f, false, false, true);
     EXPECT_TRUE(named.IsValid());
     EXPECT_EQ(ULOFont::kNoFontID, named.GetFontID());
@@ -140,28 +160,6 @@ TEST_F(FontObject, NamedFontsKeepTheirHeightTheLanguageChoosesTheCharSetAndMissi
     EXPECT_TRUE(NamedFont({L"MS Gothic"}, 12, 0).IsNonANSIFontOK());
     EXPECT_EQ(L"FONT 'MS Gothic' h=12, hext=12, w=400, m=1.000000, 0, 0\n",
               NamedFont({L"MS Gothic"}, 12, 3).GetDebugInfo());
-}
-
-// Fonts cache U+0000..U+00FF (control characters 0); double-byte languages also the ideographs
-// U+3000..U+9FFF and the compatibility forms U+F900..U+FFEF. Every other character measures as "?".
-TEST_F(FontObject, WidthCachesHoldTheEngineAdvances) {
-    ULOFont latin = NamedFont({L"Tahoma"}, 12, 0, 2.0f), gothic = NamedFont({L"MS Gothic"}, 14, 3);
-    ASSERT_TRUE(gothic.HasUnicodeExtraWidths());
-    for (uint32_t c = 0; c <= 0x10000 && static_cast<long>(c) <= static_cast<long>(WCHAR_MAX); ++c) {
-        const bool extra = (c >= 0x3000 && c < 0xA000) || (c >= 0xF900 && c < 0xFFF0);
-        const float l = c < 32 ? 0.0f : Advance(c < 256 ? c : '?', 12);
-        ASSERT_EQ(l, latin.GetCharWidthW(static_cast<wchar_t>(c), true)) << c;
-        ASSERT_EQ(l / 2.0f, latin.GetCharWidthW(static_cast<wchar_t>(c), false)) << c;
-        ASSERT_EQ(c < 32 ? 0.0f : Advance(c < 256 || extra ? c : '?', 14),
-                  gothic.GetCharWidthW(static_cast<wchar_t>(c), true))
-            << c;
-    }
-    EXPECT_EQ(Advance('?', 12), latin.GetCharWidthW(static_cast<wchar_t>(-1), true));
-    // A copy shares the tables; they outlive the font they were made for.
-    auto original = std::make_unique<ULOFont>(NamedFont({L"MS Gothic"}, 14, 7));
-    ULOFont copy(*original);
-    original.reset();
-    EXPECT_EQ(Advance(0x4E00, 14), copy.GetCharWidthW(0x4E00, true));
 }
 
 // Variants in the order regular, italic and underlined, italic, underlined; a style the font has

@@ -117,7 +117,7 @@ TEST(ParallelSection, EveryIterationRunsOnceAlsoForConcurrentCallersNestedSectio
     EXPECT_TRUE(ran.Are(even) && completed.Are(even));
 }
 
-TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerTwoReallyShareAndTheThreadCountFollowsTheCap) {
+TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerTwoShareTheCapHoldsAndProgressCountsStepsOnce) {
     for (int threads : {-1, 0, 1}) {
         std::set<std::thread::id> seen;
         RunLoop(200, threads, [&](int) { seen.insert(std::this_thread::get_id()); });
@@ -145,6 +145,33 @@ TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerTwoReallyShareAndTheThreadC
         SetMaxJobThreadAllowed(cap);
         EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), expected) << "cap " << cap;
     }
+    // Records every position reported to the observer hook.
+    class RecordingProgress : public PIMProgress {
+    public:
+        std::vector<int> seen;
+        std::mutex mutex;
+
+    protected:
+        void OnStep(long position, long steps) override {
+            std::lock_guard<std::mutex> lock(mutex);
+            EXPECT_EQ(steps, static_cast<long>(seen.size()) - 1);
+            ASSERT_TRUE(position >= 1 && position < steps + 1) << position;
+            ++seen[static_cast<size_t>(position)];
+        }
+    };
+    constexpr int kSteps = 20000;
+    RecordingProgress progress;
+    progress.seen.resize(kSteps + 1);
+    progress.SetSteps(kSteps);
+    RunLoop(kSteps, 4, [&](int) { progress.Step(); });  // from the caller and three pool workers
+    EXPECT_EQ(progress.GetPosition(), kSteps);
+    for (size_t p = 1; p < progress.seen.size(); ++p) {
+        ASSERT_EQ(progress.seen[p], 1) << p;
+    }
+    progress.SetSteps(10);
+    EXPECT_EQ(progress.GetPosition(), 0);
+    progress.SetSteps(-5);
+    EXPECT_EQ(progress.GetSteps(), 0);
 }
 
 TEST(ParallelLoopInterruption, OnlyIterationsAnsweredBeforeTheStopRunAndAStopFromTheBodyEndsTheLoopSoon) {
@@ -241,34 +268,4 @@ TEST(ParallelSectionFailure, AnExceptionReachesTheCallerUnchangedAfterTheOtherJo
                      std::runtime_error);
     }
     EXPECT_TRUE(RunCountedLoop(50000, 4));
-}
-
-TEST(PIMProgress, CountsStepsFromManyThreadsReportsEachPositionOnceAndStartsOverOnSetSteps) {
-    // Records every position reported to the observer hook.
-    class RecordingProgress : public PIMProgress {
-    public:
-        std::vector<int> seen;
-        std::mutex mutex;
-
-    protected:
-        void OnStep(long position, long steps) override {
-            std::lock_guard<std::mutex> lock(mutex);
-            EXPECT_EQ(steps, static_cast<long>(seen.size()) - 1);
-            ASSERT_TRUE(position >= 1 && position < steps + 1) << position;
-            ++seen[static_cast<size_t>(position)];
-        }
-    };
-    constexpr int kSteps = 20000;
-    RecordingProgress progress;
-    progress.seen.resize(kSteps + 1);
-    progress.SetSteps(kSteps);
-    RunLoop(kSteps, 4, [&](int) { progress.Step(); });  // from the caller and three pool workers
-    EXPECT_EQ(progress.GetPosition(), kSteps);
-    for (size_t p = 1; p < progress.seen.size(); ++p) {
-        ASSERT_EQ(progress.seen[p], 1) << p;
-    }
-    progress.SetSteps(10);
-    EXPECT_EQ(progress.GetPosition(), 0);
-    progress.SetSteps(-5);
-    EXPECT_EQ(progress.GetSteps(), 0);
 }

@@ -71,7 +71,7 @@ TEST(ErrorCodeTest, ErrorsCarryTheirResultMessageLocationAndSystemCall) {
     }
 }
 
-TEST(ULOPathTest, PathsJoinTakeApartAndReportWhyTheyDoNotExistOrOpenAndTheAppFolderMoves) {
+TEST(ULOPathTest, PathsJoinTakeApartAndReportWhyTheyDoNotExistOrOpenAndFilesAreReadAsIntegersOrXml) {
     const std::wstring sep(1, ULOPath::wSeparator);  // "\\" on Windows
     EXPECT_EQ((ULOPath(L"/res") / L"de" / L"" / L"Main.ura").wstring(),
               L"/res" + sep + L"de" + sep + L"Main.ura");
@@ -149,9 +149,6 @@ TEST(ULOPathTest, PathsJoinTakeApartAndReportWhyTheyDoNotExistOrOpenAndTheAppFol
     d->SetApplicationDirectory(ULOPath(L"/elsewhere"));
     EXPECT_EQ(Directory::create()->GetApplicationDirectory(), ULOPath(L"/elsewhere"));
     d->SetApplicationDirectory(original);
-}
-
-TEST(LitIntTest, ReadsLittleEndianIntegersZeroFillingAShortReadAndXmlFilesOrRefusesThem) {
     FILE* f = std::tmpfile();
     ASSERT_NE(f, nullptr);
     std::fwrite("\x01\x02\x03\x04\xFE\xFF\xFF\xFF\x2A\x01", 1, 10, f);
@@ -164,7 +161,6 @@ TEST(LitIntTest, ReadsLittleEndianIntegersZeroFillingAShortReadAndXmlFilesOrRefu
     EXPECT_EQ(LitInt(f), 0);
     std::fclose(f);
     EXPECT_FALSE(LitInt(nullptr, v));
-    TempDir dir;
     dir.Write("good.xml",
               "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
               "<languages><language id=\"3\">Deutsch \xC3\xA4</language></languages>");

@@ -123,7 +123,7 @@ TEST(FontEngineEnumeration, OneReportPerFamilyInAStableOrderWithCharacterSetsFro
     EXPECT_TRUE(Enumerate(*LatinEngine(), charset::kShiftJis).empty());
 }
 
-TEST(FontEngineFonts, SizesAndAdvancesAreTheClassicEnginesTheyOutliveTheEngineAndKernAsTheirTables) {
+TEST(FontEngineFonts, SizesAdvancesKerningStylesAndNamesAreTheClassicEnginesAndOutliveTheEngine) {
     const std::tuple<const wchar_t*, std::string, int> faces[] = {
         {L"DejaVu Sans", DejaVu("DejaVuSans.ttf"), 400},
         {L"Liberation Sans", Liberation("LiberationSans-Regular.ttf"), 400},
@@ -194,9 +194,6 @@ TEST(FontEngineFonts, SizesAndAdvancesAreTheClassicEnginesTheyOutliveTheEngineAn
     const FontMetrics bold = MakeFont(*LatinEngine(), L"Liberation Mono", 15, 0, 700)->GetMetrics();
     EXPECT_EQ(std::make_pair(regular.averageCharWidth + 1, regular.maxCharWidth + 1),
               std::make_pair(bold.averageCharWidth, bold.maxCharWidth));
-}
-
-TEST(FontEngineFonts, StylesPickTheirFileOrAreSynthesisedAndNamesIgnoreCaseButNotTheCharacterSet) {
     auto* engine = LatinEngine().get();
     FontRequest request;
     request.faceName = L"DejaVu Sans";
@@ -211,10 +208,10 @@ TEST(FontEngineFonts, StylesPickTheirFileOrAreSynthesisedAndNamesIgnoreCaseButNo
         EXPECT_EQ(DejaVu(file), engine->ResolveFace(request)->path);
     }
     // Liberation Mono has no bold file here: bold is synthesised, one pixel wider per glyph.
-    const std::vector<int> regular = Advances(*MakeFont(*engine, L"Liberation Mono", -15), 0x20, 0x7E);
+    const std::vector<int> plainMono = Advances(*MakeFont(*engine, L"Liberation Mono", -15), 0x20, 0x7E);
     auto emboldened = MakeFont(*engine, L"Liberation Mono", -15, 0, 700);
-    std::vector<int> widened(regular.size());
-    std::transform(regular.begin(), regular.end(), widened.begin(), [](int w) { return w + 1; });
+    std::vector<int> widened(plainMono.size());
+    std::transform(plainMono.begin(), plainMono.end(), widened.begin(), [](int w) { return w + 1; });
     EXPECT_EQ(widened, Advances(*emboldened, 0x20, 0x7E));
     EXPECT_EQ(700, emboldened->GetMetrics().weight);
     EXPECT_EQ(L"DejaVu Sans", MakeFont(*LatinEngine(), L"dejavu SANS", 12)->GetFaceName());
