@@ -19,12 +19,7 @@
 #include "ulogui/Font.h"
 
 using namespace ulogui::platform;
-using testfonts::Advances;
-using testfonts::DejaVu;
-using testfonts::FullEngine;
-using testfonts::LatinEngine;
-using testfonts::Liberation;
-using testfonts::MakeFont;
+using namespace testfonts;
 
 namespace {
 
@@ -40,7 +35,7 @@ std::vector<FaceInfo> Enumerate(FontEngine& engine, uint8_t charSet) {
 // A ULOFont's cached widths against the classic advances of the face file (control characters 0).
 void ExpectWidths(const ULOFont& font, const std::string& file, unsigned ppem, unsigned first,
                   unsigned last) {
-    const std::vector<int> expected = testfonts::ClassicAdvances(file, ppem, first, last);
+    const std::vector<int> expected = ClassicAdvances(file, ppem, first, last);
     ASSERT_EQ(last - first + 1, expected.size());
     for (unsigned c = first; c <= last; ++c) {
         const float want = c < 32 ? 0.0f : static_cast<float>(expected[c - first]);
@@ -50,13 +45,12 @@ void ExpectWidths(const ULOFont& font, const std::string& file, unsigned ppem, u
 
 // One plain load per code point, in code order, with the engine's load flags.
 std::vector<int> PlainAdvances(const std::string& file, unsigned ppem, uint32_t first, uint32_t last) {
-    return testfonts::ClassicAdvances(
-        file, ppem, first, last,
-        FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH);
+    return ClassicAdvances(file, ppem, first, last,
+                           FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH);
 }
 
 std::shared_ptr<PlatformFont> Ipaex(FontEngine& engine, int height, int weight = 400) {
-    return testfonts::MakeFont(engine, L"IPAexGothic", height, charset::kShiftJis, weight);
+    return MakeFont(engine, L"IPAexGothic", height, charset::kShiftJis, weight);
 }
 
 // Restores the thread cap a test changed.
@@ -81,7 +75,7 @@ TEST(FontEngineEnumeration, OneReportPerFamilyInAStableOrderWithCharacterSetsFro
     };
     EXPECT_EQ(families, expected);
     EXPECT_EQ(families.size(), ansi.size());  // one report per family, whatever the number of styles
-    for (const FaceInfo& f : Enumerate(*testfonts::MakeEngine(testfonts::LatinFiles()), charset::kAnsi)) {
+    for (const FaceInfo& f : Enumerate(*MakeEngine(LatinFiles()), charset::kAnsi)) {
         again.push_back(f.faceName);
     }
     EXPECT_EQ(names, again);
@@ -97,8 +91,8 @@ TEST(FontEngineEnumeration, OneReportPerFamilyInAStableOrderWithCharacterSetsFro
     int visits = 0;  // the visitor ends the enumeration
     LatinEngine()->EnumerateFaces(charset::kDefault, [&](const FaceInfo&) { return ++visits < 2; });
     EXPECT_EQ(2, visits);
-    EXPECT_TRUE(Enumerate(*testfonts::MakeEngine({}), charset::kDefault).empty());
-    EXPECT_EQ(nullptr, MakeFont(*testfonts::MakeEngine({}), L"DejaVu Sans", 12));
+    EXPECT_TRUE(Enumerate(*MakeEngine({}), charset::kDefault).empty());
+    EXPECT_EQ(nullptr, MakeFont(*MakeEngine({}), L"DejaVu Sans", 12));
     REQUIRE_CJK_FONTS();
     // IPAex Gothic declares Latin-1 and JIS; AR PL SungtiL GB declares GB2312 only; DejaVu Sans
     // Latin-1, Cyrillic, Greek and others.
@@ -133,23 +127,23 @@ TEST(FontEngineFonts, SizesAdvancesKerningStylesAndNamesAreTheClassicEnginesAndO
     for (const auto& [face, file, weight] : faces) {
         for (unsigned ppem = 8; ppem <= 24; ++ppem) {
             auto font = MakeFont(*LatinEngine(), face, -static_cast<int>(ppem), 0, weight);
-            ASSERT_EQ(testfonts::ClassicAdvances(file, ppem, 0, 0x2FF), Advances(*font, 0, 0x2FF))
+            ASSERT_EQ(ClassicAdvances(file, ppem, 0, 0x2FF), Advances(*font, 0, 0x2FF))
                 << file << " at " << ppem << " px";
         }
     }
     // Characters without a glyph take the missing glyph's advance (U+E000, private use, is not mapped).
     auto font = MakeFont(*LatinEngine(), L"Liberation Sans", -16);
     const std::vector<int> notdef =
-        testfonts::ClassicAdvances(Liberation("LiberationSans-Regular.ttf"), 16, 0xE000, 0xE000);
+        ClassicAdvances(Liberation("LiberationSans-Regular.ttf"), 16, 0xE000, 0xE000);
     for (uint32_t c : {0x4E00u, 0x10FFFFu, 9u}) {  // a tab has no glyph either
         EXPECT_EQ(notdef, Advances(*font, c, c)) << c;
     }
     {
-        auto engine = testfonts::MakeEngine({DejaVu("DejaVuSans.ttf")});
+        auto engine = MakeEngine({DejaVu("DejaVuSans.ttf")});
         font = MakeFont(*engine, L"DejaVu Sans", -12);
         EXPECT_NE(Advances(*font, 'M', 'M'), Advances(*MakeFont(*engine, L"DejaVu Sans", -30), 'M', 'M'));
     }
-    EXPECT_EQ(testfonts::ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
+    EXPECT_EQ(ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
     auto avAmount = [](const std::vector<KerningPair>& pairs) {
         const auto av = std::find_if(pairs.begin(), pairs.end(),
                                      [](const KerningPair& p) { return p.first == 'A' && p.second == 'V'; });
@@ -232,19 +226,19 @@ TEST(FontEngineFonts, SizesAdvancesKerningStylesAndNamesAreTheClassicEnginesAndO
 // engine's advances and sizes (above); a double-byte face's widths are compared here.
 TEST(FontOnRealFaces, ThePreferredAvailableFaceIsChosenAndDoubleByteFontsCacheTheIdeographs) {
     {
-        testfonts::ScopedEngine scoped(LatinEngine());
+        ScopedEngine scoped(LatinEngine());
         const ULOFont font({L"No Such Face", L"Liberation Sans", L"DejaVu Sans"}, 16, 0, 2.0f, false, false,
                            false);
         ASSERT_TRUE(font.IsValid());
         EXPECT_EQ(L"Liberation Sans", font.GetChosenFace());
     }
     REQUIRE_CJK_FONTS();
-    testfonts::ScopedEngine scoped(FullEngine());
+    ScopedEngine scoped(FullEngine());
     ULOFont japanese({L"MS UI Gothic"}, -16, 3, 1.0f, false, false, false);
     EXPECT_TRUE(japanese.IsNonANSIFontOK());
     EXPECT_EQ(L"IPAexGothic", japanese.GetChosenFace());  // the only JIS face, sans like the wanted one
     ASSERT_TRUE(japanese.HasUnicodeExtraWidths());
-    const std::string file = testfonts::IpaexGothic();
+    const std::string file = IpaexGothic();
     ExpectWidths(japanese, file, 16, 0x3000, 0x30FF);  // punctuation, kana
     ExpectWidths(japanese, file, 16, 0x4E00, 0x4FFF);  // ideographs
     ExpectWidths(japanese, file, 16, 0xFF00, 0xFFEF);  // full- and half-width forms
@@ -253,33 +247,33 @@ TEST(FontOnRealFaces, ThePreferredAvailableFaceIsChosenAndDoubleByteFontsCacheTh
     ULOFont chinese({L"SimSun", L"AR PL SungtiL GB"}, -14, 7, 1.0f, false, false, false);
     EXPECT_TRUE(chinese.IsNonANSIFontOK());
     EXPECT_EQ(L"AR PL SungtiL GB", chinese.GetChosenFace());
-    ExpectWidths(chinese, testfonts::ArphicGb(), 14, 0x4E00, 0x4EFF);
+    ExpectWidths(chinese, ArphicGb(), 14, 0x4E00, 0x4EFF);
 }
 
 // The ranges a Japanese font fills, at two sizes, with two threads and with one; a small run first
 // leaves part of the glyphs known, so the large batch mixes cached and new glyphs.
 TEST(FontEngineAdvanceBatches, EveryCjkWidthEqualsThePlainPerGlyphLoad) {
     REQUIRE_CJK_FONTS();
-    const std::string file = testfonts::IpaexGothic();
+    const std::string file = IpaexGothic();
     const std::pair<uint32_t, uint32_t> ranges[] = {
         {0x4E00, 0x4E7F}, {0x3000, 0x9FFF}, {0xF900, 0xFFEF}, {0, 255}};
     for (const int threads : {0, 1}) {
         ThreadCap cap(threads);
         for (const int height : {-16, -11}) {
-            auto engine = testfonts::MakeEngine({file});
+            auto engine = MakeEngine({file});
             auto font = Ipaex(*engine, height);
             ASSERT_TRUE(font);
             const unsigned ppem = font->GetMetrics().pixelsPerEm;
             SCOPED_TRACE(testing::Message() << "threads cap " << threads << ", ppem " << ppem);
             for (const auto& [first, last] : ranges) {
-                EXPECT_EQ(PlainAdvances(file, ppem, first, last), testfonts::Advances(*font, first, last))
+                EXPECT_EQ(PlainAdvances(file, ppem, first, last), Advances(*font, first, last))
                     << std::hex << first;
             }
             // A second font of the size reads the cache; synthesised bold adds its pixel to each.
             std::vector<int> widened = PlainAdvances(file, ppem, 0x3000, 0x9FFF);
-            EXPECT_EQ(widened, testfonts::Advances(*Ipaex(*engine, height), 0x3000, 0x9FFF));
+            EXPECT_EQ(widened, Advances(*Ipaex(*engine, height), 0x3000, 0x9FFF));
             std::transform(widened.begin(), widened.end(), widened.begin(), [](int w) { return w + 1; });
-            EXPECT_EQ(widened, testfonts::Advances(*Ipaex(*engine, height, 700), 0x3000, 0x9FFF));
+            EXPECT_EQ(widened, Advances(*Ipaex(*engine, height, 700), 0x3000, 0x9FFF));
         }
     }
 }
