@@ -1,12 +1,13 @@
 // Wrapping, truncation and the measured widths against a plain transcription of their rules, slow on
 // purpose: every prefix, line and candidate is measured from its first character, tabs by the font's
-// own tab stops (checked by hand in MeasureTest). Random texts of the characters the rules treat
+// own tab stops (checked by hand below). Random texts of the characters the rules treat
 // specially, for magnifiers whose divisions round (1.1, 0.7, 3.3) as well as exact ones; floats agree
-// bit for bit.
+// exactly. Then what the sweep does not compare: tab widths by themselves (letters 10, space 5,
+// 'i' and 'l' 4), rounded widths, heights and wild magnifiers.
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
+#include <limits>
 #include <random>
 
 #include "KnownWidthFont.h"
@@ -135,12 +136,6 @@ Cut TruncatePath(const ULOFont& f, const ULOString& path, int maxWidth, const UL
     return Ceil(f, candidate) <= limit ? Cut{true, candidate} : TruncateString(f, path, limit, ellipsis);
 }
 
-uint32_t Bits(float v) {
-    uint32_t bits;
-    std::memcpy(&bits, &v, sizeof bits);
-    return bits;
-}
-
 // Texts of the characters the rules treat specially; paths of letters and dots between slashes ("\\" is
 // a separator on Windows only), now and then a tab or a line end, some components empty.
 const wchar_t kText[] = L"aaaaimW     --\t\t\r\n/.\u65E5\u3000\u3001\u300F\u3010\uFF01\u0100";
@@ -184,28 +179,25 @@ protected:
 
 }  // namespace
 
-TEST_P(Agreement, WidthsHeightsAndWrapOffsets) {
+TEST_P(Agreement, WidthsHeightsWrapOffsetsAndTruncatedTextsAndPaths) {
     Texts texts(1);
     for (int n = 0; n < 3000; ++n) {
         const ULOString s = texts.Text(60, kText);
         const float startX = texts.StartX();
-        ASSERT_EQ(Bits(SingleLine(*font_, s, startX)), Bits(font_->GetStringRealWidthSingleLine(s, startX)));
-        ASSERT_EQ(Bits(MultiLine(*font_, s, startX)), Bits(font_->GetStringRealWidthMultiLine(s, startX)));
+        ASSERT_EQ(SingleLine(*font_, s, startX), font_->GetStringRealWidthSingleLine(s, startX));
+        ASSERT_EQ(MultiLine(*font_, s, startX), font_->GetStringRealWidthMultiLine(s, startX));
         const int width = texts.Uniform(-60, 200), maxWidth = texts.Uniform(-20, 400);
         ASSERT_EQ(TextLabelHeight(*font_, s, width ? width : 1),
                   font_->ComputeTextLabelHeight(s, width ? width : 1));
         ASSERT_EQ(MaxWordOffset(*font_, maxWidth, s, startX), font_->GetMaxWordOffset(maxWidth, s, startX))
             << n;
     }
-}
-
-TEST_P(Agreement, TruncatedTextsAndPaths) {
-    Texts texts(3);
+    Texts cuts(3);
     for (int n = 0; n < 6000; ++n) {
         const bool path = n % 2 == 1;
-        const ULOString s = path ? texts.Text(n % 20 == 1 ? 300 : 50, kPath) : texts.Text(60, kText);
-        const ULOString ellipsis = texts.Ellipsis();
-        const int maxWidth = texts.Uniform(-20, path ? 600 : 400);
+        const ULOString s = path ? cuts.Text(n % 20 == 1 ? 300 : 50, kPath) : cuts.Text(60, kText);
+        const ULOString ellipsis = cuts.Ellipsis();
+        const int maxWidth = cuts.Uniform(-20, path ? 600 : 400);
         Cut got;
         got.first = path ? font_->TruncatePath(s, got.second, maxWidth, ellipsis)
                          : font_->TruncateString(s, got.second, maxWidth, ellipsis);
@@ -222,9 +214,50 @@ INSTANTIATE_TEST_SUITE_P(KnownWidths, Agreement,
                                            FontCase{1.1f, kJapanese, kSpace}, FontCase{0.7f, kLatin, kSpace},
                                            FontCase{3.3f, kLatin, 12}, FontCase{0.5f, kJapanese, 30}));
 
-TEST(Agreement, OutputMayBeTheInput) {
-    auto font = KnownFont(1.0f);
+TEST(TabStops, TabWidthsRoundedWidthsHeightsWildMagnifiersAndOutputThatIsTheInput) {
+    auto one = KnownFont(1.0f);
+    EXPECT_EQ(52.0f, one->GetTabWidth(48.0f, true));
+    EXPECT_EQ(5.0f, one->GetTabWidth(45.0f, true));  // exactly a space left: this stop
+    EXPECT_EQ(6.0f, one->GetTabWidth(44.0f, false));
+    EXPECT_EQ(50.0f, one->GetTabWidth(100.0f, false));
+    auto two = KnownFont(2.0f);
+    EXPECT_EQ(100.0f, two->GetTabWidth(0.0f, true));
+    EXPECT_EQ(4.0f, two->GetTabWidth(96.0f, true));
+    EXPECT_EQ(102.0f, two->GetTabWidth(98.0f, true));
+    // Unmagnified: a 50-unit interval whose room is divided by m once more.
+    EXPECT_EQ(25.0f, two->GetTabWidth(0.0f, false));
+    EXPECT_EQ(26.0f, two->GetTabWidth(48.0f, false));  // 2 < 2.5: 52 / 2
+    EXPECT_EQ(1.5f, two->GetTabWidth(47.0f, false));   // 3 / 2
+    EXPECT_EQ(one->GetStringRealWidthMultiLine(L"ab\ncde", 3.0f), one->GetStringRealWidth(L"ab\ncde", 3.0f));
+    EXPECT_EQ(30.0f, one->ComputeMaxStringWidth(L"ab\ncde"));
+    EXPECT_EQ(2, two->GetStringWidth(L"i", 0.0f));
+    auto oneAndHalf = KnownFont(1.5f);
+    EXPECT_EQ(7, oneAndHalf->GetStringWidth(L"a", 0.0f));       // 6.67
+    EXPECT_EQ(14, oneAndHalf->GetStringWidth(L"aa\na", 0.0f));  // 13.33
+    EXPECT_EQ(0, oneAndHalf->GetStringWidth(L"", 0.0f));
+    EXPECT_EQ(0u, ULOFont::CountLineFeeds(L""));
+    EXPECT_EQ(2u, ULOFont::CountLineFeeds(L"\r\n\n\r"));
+    EXPECT_EQ(16, two->ComputeMinStringHeight(L"abc"));
+    EXPECT_EQ(32, two->ComputeMinStringHeight(L"a\r\nb"));
+    EXPECT_EQ(16, two->ComputeMinStringHeight(L"a\rb"));
+    // Logical width (device 30 at m = 2), device height.
+    EXPECT_EQ(ULOSize(15, 32), two->ComputeStringBoundingRect(L"abc\nde"));
+    EXPECT_EQ(ULOSize(5, 32), two->ComputeStringBoundingRect(L"a\r\nb"));
+    EXPECT_EQ(ULOSize(0, 16), two->ComputeStringBoundingRect(L""));
+    // The sweep never asks for a zero label width.
+    EXPECT_EQ(32, one->ComputeTextLabelHeight(L"hello\nab", 0));
+    auto zero = KnownFont(0.0f);  // every width divides by zero
+    EXPECT_EQ(std::numeric_limits<int>::max(), zero->GetStringWidth(L"a", 0.0f));
+    EXPECT_EQ(0, zero->GetStringWidth(L"\t", 0.0f));                  // NaN
+    EXPECT_EQ(0.0f, zero->GetStringRealWidthMultiLine(L"\n", 0.0f));  // empty lines are 0, not 0 / 0
+    EXPECT_EQ(std::numeric_limits<int>::min(), zero->ComputeTextLabelHeight(L"a", -1));
+    ULOString out;
+    EXPECT_TRUE(zero->TruncateString(L"abc", out, 10, L"..."));
+    EXPECT_TRUE(zero->TruncatePath(L"a/b/c", out, 10, L"..."));
+    EXPECT_EQ(0, zero->GetMaxWordOffset(10, L"abc def", 0.0f));
+    // 2^31 lines of 16 pixels.
+    EXPECT_EQ(std::numeric_limits<int>::max(), zero->ComputeTextLabelHeight(L"a", 1));
     ULOString s = L"hello", path = L"aa/bbbb/cccc/dd";
-    EXPECT_TRUE(font->TruncateString(s, s, 30, L"...") && font->TruncatePath(path, path, 30, L"..."));
+    EXPECT_TRUE(one->TruncateString(s, s, 30, L"...") && one->TruncatePath(path, path, 30, L"..."));
     EXPECT_EQ(std::make_pair(ULOString(L"h..."), ULOString(L"a...")), std::make_pair(s, path));
 }

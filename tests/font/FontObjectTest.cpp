@@ -51,7 +51,7 @@ std::wstring Facts(const ULOFont& f) {
 
 }  // namespace
 
-TEST_F(FontObject, WantedFacesFirstInTheirOrderThenTheSamePitchFamilyAndCharSet) {
+TEST_F(FontObject, WantedFacesFirstThenTheSamePitchFamilyAndCharSetAndTheRequestCarriesEveryArgument) {
     struct Case {
         std::vector<ULOString> wanted;
         unsigned long charSet, pitchAndFamily;
@@ -93,9 +93,6 @@ TEST_F(FontObject, WantedFacesFirstInTheirOrderThenTheSamePitchFamilyAndCharSet)
         EXPECT_EQ(c.wanted, wanted);  // the caller's list is left as it was
         DeleteFontHandle(font);
     }
-}
-
-TEST_F(FontObject, TheRequestCarriesEveryArgument) {
     std::vector<ULOString> wanted = {L"MS Gothic"};
     bool found = false;
     ULOString chosen;
@@ -111,38 +108,9 @@ TEST_F(FontObject, TheRequestCarriesEveryArgument) {
     DeleteFontHandle(font);
 }
 
-TEST_F(FontObject, AFontFromFaceNamesKeepsItsHeightAndDefaults) {
-    ULOFont font({L"Missing", L"Tahoma"}, 16, 0, 2.0f, false, false, true);
-    EXPECT_TRUE(font.IsValid());
-    EXPECT_EQ(ULOFont::kNoFontID, font.GetFontID());
-    EXPECT_EQ(
-        L"FONT 'Tahoma' h=16, hext=16, w=400, m=2.000000, 1, 0\n"  // not magnified
-        L"family 32 pitch 2 [Missing,Tahoma,] 'Missing' first 'Missing'",
-        Facts(font));
-    const FontRequest& regular = engine_->requests.front();
-    EXPECT_EQ(
-        std::make_tuple(16, 0x22, 4, true),  // TrueType output precision
-        std::make_tuple(regular.height, +regular.pitchAndFamily, +regular.outPrecision, regular.strikeOut));
-    EXPECT_FALSE(ULOFont::UsesUnicodeExtras());
-}
-
-TEST_F(FontObject, TheLanguageChoosesTheCharacterSet) {
-    const std::pair<int, uint8_t> cases[] = {{0, 0}, {1, 0},   {2, 0}, {3, 128},
-                                             {4, 0}, {7, 134}, {8, 0}, {-1, 0}};
-    for (const auto& [language, charSet] : cases) {
-        engine_->requests.clear();
-        ULOFont font = NamedFont({L"Tahoma"}, 12, language);
-        for (const FontRequest& r : engine_->requests) {
-            EXPECT_EQ(charSet, r.charSet) << "language " << language;
-        }
-        EXPECT_EQ(language == 3 || language == 7, ULOFont::NeedsUnicodeExtras(language));
-        EXPECT_EQ(language == 3 || language == 7, font.HasUnicodeExtraWidths());
-    }
-}
-
 // Fonts cache U+0000..U+00FF (control characters 0); double-byte languages also the ideographs
 // U+3000..U+9FFF and the compatibility forms U+F900..U+FFEF. Every other character measures as "?".
-TEST_F(FontObject, WidthCachesHoldTheEngineAdvances) {
+TEST_F(FontObject, WidthCachesHoldTheEngineAdvancesNamedFontsKeepTheirHeightAndLanguagesChooseTheCharSet) {
     ULOFont latin = NamedFont({L"Tahoma"}, 12, 0, 2.0f), gothic = NamedFont({L"MS Gothic"}, 14, 3);
     ASSERT_TRUE(gothic.HasUnicodeExtraWidths());
     for (uint32_t c = 0; c <= 0x10000 && static_cast<long>(c) <= static_cast<long>(WCHAR_MAX); ++c) {
@@ -160,9 +128,31 @@ TEST_F(FontObject, WidthCachesHoldTheEngineAdvances) {
     ULOFont copy(*original);
     original.reset();
     EXPECT_EQ(Advance(0x4E00, 14), copy.GetCharWidthW(0x4E00, true));
-}
-
-TEST_F(FontObject, NonAnsiFontOkIsFalseOnlyWhenNoDoubleByteFaceExists) {
+    engine_->requests.clear();
+    ULOFont named({L"Missing", L"Tahoma"}, 16, 0, 2.0f, false, false, true);
+    EXPECT_TRUE(named.IsValid());
+    EXPECT_EQ(ULOFont::kNoFontID, named.GetFontID());
+    EXPECT_EQ(
+        L"FONT 'Tahoma' h=16, hext=16, w=400, m=2.000000, 1, 0\n"  // not magnified
+        L"family 32 pitch 2 [Missing,Tahoma,] 'Missing' first 'Missing'",
+        Facts(named));
+    const FontRequest& regular = engine_->requests.front();
+    EXPECT_EQ(
+        std::make_tuple(16, 0x22, 4, true),  // TrueType output precision
+        std::make_tuple(regular.height, +regular.pitchAndFamily, +regular.outPrecision, regular.strikeOut));
+    EXPECT_FALSE(ULOFont::UsesUnicodeExtras());
+    const std::pair<int, uint8_t> cases[] = {{0, 0}, {1, 0},   {2, 0}, {3, 128},
+                                             {4, 0}, {7, 134}, {8, 0}, {-1, 0}};
+    for (const auto& [language, charSet] : cases) {
+        engine_->requests.clear();
+        ULOFont font = NamedFont({L"Tahoma"}, 12, language);
+        for (const FontRequest& r : engine_->requests) {
+            EXPECT_EQ(charSet, r.charSet) << "language " << language;
+        }
+        EXPECT_EQ(language == 3 || language == 7, ULOFont::NeedsUnicodeExtras(language));
+        EXPECT_EQ(language == 3 || language == 7, font.HasUnicodeExtraWidths());
+    }
+    // A double-byte font reports a missing face only when no face of its character set exists.
     EXPECT_TRUE(NamedFont({L"Missing"}, 12, 3).IsNonANSIFontOK());  // MS PGothic: same pitch and family
     testfonts::ScopedEngine latinOnly(
         std::make_shared<testfonts::FakeFontEngine>(std::vector<FaceInfo>{Face(L"Tahoma", 0, 0x22)}));
@@ -172,40 +162,31 @@ TEST_F(FontObject, NonAnsiFontOkIsFalseOnlyWhenNoDoubleByteFaceExists) {
               NamedFont({L"MS Gothic"}, 12, 3).GetDebugInfo());
 }
 
-TEST_F(FontObject, VariantsAreMadeInOrderOrShareTheRegularFont) {
-    {
-        ULOFont plain = NamedFont({L"Tahoma"}, 12, 0);
-        ASSERT_EQ(4u, engine_->requests.size());
-        const std::pair<bool, bool> italicUnderline[] = {
-            {false, false}, {true, true}, {true, false}, {false, true}};
-        for (size_t i = 0; i < 4; ++i) {
-            EXPECT_EQ(italicUnderline[i],
-                      std::make_pair(engine_->requests[i].italic, engine_->requests[i].underline));
-        }
-        const std::set<HFONT> handles = {plain.GetRegularFont(), plain.GetItalicFont(),
-                                         plain.GetUnderlineFont(), plain.GetItalicUnderlineFont()};
-        EXPECT_EQ(4u, handles.size());
-    }
-    engine_->requests.clear();
-    ULOFont italic = NamedFont({L"Tahoma"}, 12, 0, 1.0f, true, false);
-    ASSERT_EQ(3u, engine_->requests.size());
-    EXPECT_EQ(italic.GetRegularFont(), italic.GetItalicFont());
-    EXPECT_TRUE(engine_->requests[2].italic && engine_->requests[2].underline);  // the underlined variant
-
+// Variants in the order regular, italic and underlined, italic, underlined; a style the font has
+// already is the regular font itself.
+TEST_F(FontObject, VariantsAreMadeInOrderSharedByCopiesAndSelectedWithFallbacksThenRestored) {
+    using Styles = std::vector<std::pair<bool, bool>>;  // italic, underlined
+    const std::tuple<bool, bool, Styles, size_t> cases[] = {
+        {false, false, {{false, false}, {true, true}, {true, false}, {false, true}}, 4},
+        {true, false, {{true, false}, {true, true}, {true, true}}, 3},
+        {true, true, {{true, true}}, 1},
+    };
     HFONT handle = nullptr;
-    {
+    for (const auto& [italic, underline, requested, handles] : cases) {
         engine_->requests.clear();
-        ULOFont both = NamedFont({L"Tahoma"}, 12, 0, 1.0f, true, true);
-        handle = both.GetRegularFont();
-        EXPECT_EQ(1u, engine_->requests.size());
-        EXPECT_EQ(std::set<HFONT>{handle}, (std::set<HFONT>{both.GetItalicFont(), both.GetUnderlineFont(),
-                                                            both.GetItalicUnderlineFont()}));
-        EXPECT_NE(nullptr, ResolveFont(handle));
+        const ULOFont font = NamedFont({L"Tahoma"}, 12, 0, 1.0f, italic, underline);
+        Styles made;
+        for (const FontRequest& r : engine_->requests) {
+            made.emplace_back(r.italic, r.underline);
+        }
+        EXPECT_EQ(requested, made);
+        handle = font.GetRegularFont();
+        EXPECT_EQ(handles, (std::set<HFONT>{handle, font.GetItalicFont(), font.GetUnderlineFont(),
+                                            font.GetItalicUnderlineFont()}
+                                .size()));
+        EXPECT_EQ(italic, handle == font.GetItalicFont());
     }
     EXPECT_EQ(nullptr, ResolveFont(handle));  // deleted (once; the other three deletions are no-ops)
-}
-
-TEST_F(FontObject, CopiesShareTheHandlesAndTheFirstDestroyedDeletesThem) {
     ULOFont original = NamedFont({L"Tahoma"}, 12, 0);
     {
         ULOFont copy(original);
@@ -218,9 +199,6 @@ TEST_F(FontObject, CopiesShareTheHandlesAndTheFirstDestroyedDeletesThem) {
     EXPECT_TRUE(original.IsValid());                                  // the handle value is kept ...
     EXPECT_EQ(nullptr, ResolveFont(original.GetRegularFont()));       // ... but refers to nothing now
     EXPECT_EQ(Advance('A', 12), original.GetCharWidthW(L'A', true));  // the caches stay usable
-}
-
-TEST_F(FontObject, SelectionFallsBackAlongTheVariantsThatExistAndRestoresThePreviousFont) {
     const HDC dc = reinterpret_cast<HDC>(0x1000);
     const std::function<bool(const FontRequest&)> refusals[] = {
         [](const FontRequest&) { return false; },
@@ -280,30 +258,21 @@ protected:
     TempDir dir_;
 };
 
-TEST_F(FontFromFile, TakesEveryFieldOfTheRecordAndMagnifiesTheHeight) {
+TEST_F(FontFromFile, TakesItsRecordMagnifiesTheHeightUnlessDoubleByteTakesTheExtraOrIsEmptyWithoutAFile) {
     ULOFont font(2, 0, 1.5f);
     EXPECT_EQ(2u, font.GetFontID());
     EXPECT_EQ(
         L"FONT 'Courier New' h=19, hext=20, w=700, m=1.500000, 1, 0\n"  // 13 x 1.5, truncated
         L"family 48 pitch 1 italic [Missing,Other,Courier New,] 'Fixed' first 'Missing'",
         Facts(font));
-    EXPECT_EQ(std::make_tuple(700, false, 20),  // the fields the debug text has, through their getters
-              std::make_tuple(font.GetWeight(), font.IgnoresHeightExt(), font.GetHeightExt()));
     EXPECT_EQ(std::make_tuple(0x31, 19),
               std::make_tuple(+engine_->requests.front().pitchAndFamily, engine_->requests.front().height));
-    // Ids without a record get font 0.
-    for (unsigned id : {1u, 4u, 100000u, 0xFFFFFFFEu}) {
-        ULOFont zero(id, 0, 1.0f);
-        EXPECT_EQ(id, zero.GetFontID());
-        EXPECT_EQ(
-            L"FONT 'Tahoma' h=11, hext=0, w=400, m=1.000000, 1, 1\nfamily 32 pitch 2 [Tahoma,] '' first "
-            L"'Tahoma'",
-            Facts(zero))
-            << id;
-    }
-}
-
-TEST_F(FontFromFile, HeightsOfDoubleByteLanguagesAndWildMagnifiers) {
+    const ULOFont zero(4, 0, 1.0f);  // ids without a record (see FontRecordLookup) get font 0
+    EXPECT_EQ(4u, zero.GetFontID());
+    EXPECT_EQ(
+        L"FONT 'Tahoma' h=11, hext=0, w=400, m=1.000000, 1, 1\nfamily 32 pitch 2 [Tahoma,] '' first 'Tahoma'",
+        Facts(zero));
+    engine_->requests.clear();
     ULOFont special(2, 3, 2.0f);
     EXPECT_EQ(20, special.GetFontHeight());
     EXPECT_EQ(20, engine_->requests.front().height);
@@ -319,20 +288,18 @@ TEST_F(FontFromFile, HeightsOfDoubleByteLanguagesAndWildMagnifiers) {
     EXPECT_EQ(std::numeric_limits<int>::max(), ULOFont(2, 0, 1e30f).GetFontHeight());
     EXPECT_EQ(std::numeric_limits<int>::min(), ULOFont(2, 0, -1e30f).GetFontHeight());
     EXPECT_EQ(0, ULOFont(2, 0, std::nanf("")).GetFontHeight());
-    const ULOFont zero(2, 0, 0.0f);
-    EXPECT_EQ(0, zero.GetFontHeight());
-    EXPECT_EQ(zero.GetCharWidthW(L'A', true), zero.GetCharWidthW(L'A', false));  // no division by zero
-}
-
-TEST_F(FontFromFile, WithoutAFileTheFontIsEmpty) {
+    const ULOFont unmagnified(2, 0, 0.0f);
+    EXPECT_EQ(0, unmagnified.GetFontHeight());
+    EXPECT_EQ(unmagnified.GetCharWidthW(L'A', true),
+              unmagnified.GetCharWidthW(L'A', false));  // no division by zero
     ULOFont::SetFontResourceFile(ULOPath());
     engine_->requests.clear();
-    ULOFont font(2, 3, 2.0f);
-    EXPECT_FALSE(font.IsValid());
-    EXPECT_EQ(2u, font.GetFontID());
-    EXPECT_EQ(L"FONT '' h=0, hext=0, w=0, m=2.000000, 1, 1\nfamily 0 pitch 0 [] '' first ''", Facts(font));
+    ULOFont empty(2, 3, 2.0f);
+    EXPECT_FALSE(empty.IsValid());
+    EXPECT_EQ(2u, empty.GetFontID());
+    EXPECT_EQ(L"FONT '' h=0, hext=0, w=0, m=2.000000, 1, 1\nfamily 0 pitch 0 [] '' first ''", Facts(empty));
     EXPECT_TRUE(engine_->requests.empty());
     for (wchar_t c : {L'A', L'?', wchar_t(0x3042)}) {
-        EXPECT_EQ(0.0f, font.GetCharWidthW(c, false));
+        EXPECT_EQ(0.0f, empty.GetCharWidthW(c, false));
     }
 }

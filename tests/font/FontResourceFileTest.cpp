@@ -1,8 +1,6 @@
 // The font resource file: records and their lookup by ID over file images, well-formed and not, and
 // opening the file (path checks, the three platform steps and their errors).
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "FontFiles.h"
 #include "font/MappedFontResourceFile.h"
@@ -60,7 +58,7 @@ std::string Origin(const ulo::ErrorCode& error) {
 
 }  // namespace
 
-TEST(FontRecordParse, ReadsEveryFieldAtItsPosition) {
+TEST(FontRecordParse, EveryFieldAtItsPositionTruncationsFailAndMissingIdsOrBadOffsetsGiveFontZeroIfAny) {
     // Built by hand, byte by byte, so that the writer is not checked against itself.
     const std::vector<uint8_t> bytes = {
         2,    0,    0,    0,    'A',  0,    'b', 0,  // primary face "Ab"
@@ -80,14 +78,10 @@ TEST(FontRecordParse, ReadsEveryFieldAtItsPosition) {
     normalised[18] = 1;
     normalised[35] = 1;
     EXPECT_EQ(normalised, ulogui::resfile::EncodeFontRecord(r));
-}
-
-// A negative alternative count means none.
-TEST(FontRecordParse, TruncationsAndWildLengthsFailWithoutReadingPastTheEnd) {
-    const std::vector<uint8_t> bytes = ulogui::resfile::EncodeFontRecord(Record(L"DejaVu Sans"));
-    FontRecord r;
-    for (size_t cut = 0; cut < bytes.size(); ++cut) {
-        std::vector<uint8_t> prefix(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut));
+    // A negative alternative count means none.
+    const std::vector<uint8_t> encoded = ulogui::resfile::EncodeFontRecord(Record(L"DejaVu Sans"));
+    for (size_t cut = 0; cut < encoded.size(); ++cut) {
+        std::vector<uint8_t> prefix(encoded.begin(), encoded.begin() + static_cast<std::ptrdiff_t>(cut));
         EXPECT_FALSE(ParseFontRecord(prefix.data(), prefix.size(), r)) << "cut at " << cut;
     }
     FontRecord bare = Record(L"DejaVu Sans");
@@ -106,11 +100,10 @@ TEST(FontRecordParse, TruncationsAndWildLengthsFailWithoutReadingPastTheEnd) {
     }
     EXPECT_EQ(L"DejaVu Sans 12 700 i-s 16 2 [] '' 0 20", testfonts::Describe(r));
     EXPECT_FALSE(ParseFontRecord(nullptr, 0, r));
-}
-
-TEST(FontRecordLookup, MissingIdsAndBadOffsetsFallBackToFontZero) {
     std::vector<uint8_t> file =
         BuildFontResourceFile({Record(L"Zero"), std::nullopt, Record(L"Two"), Record(L"3"), Record(L"4")});
+    ASSERT_EQ(5u, ulogui::resfile::FontTableSizeFromHeader(file.data(), file.size()).value_or(0));
+    EXPECT_EQ(std::vector<uint8_t>(4, 0xFF), std::vector<uint8_t>(file.begin() + 260, file.begin() + 264));
     PutU32(file, 256 + 12, static_cast<uint32_t>(file.size()));      // just past the end
     PutU32(file, 256 + 16, static_cast<uint32_t>(file.size() - 3));  // record cut by the end of the file
     // Entry 1 is 0xFFFFFFFF; the others lie past the file, the last one's offset overflows 32 bits.
@@ -118,10 +111,12 @@ TEST(FontRecordLookup, MissingIdsAndBadOffsetsFallBackToFontZero) {
         EXPECT_EQ(L"Zero", Lookup(file, id)) << id;
     }
     EXPECT_EQ(L"Two", Lookup(file, 2));
-}
+    std::vector<uint8_t> lying = file;
+    lying[16] = 200;  // more table entries than the file can hold
+    EXPECT_FALSE(ulogui::resfile::FontTableSizeFromHeader(lying.data(), lying.size()).has_value());
+    EXPECT_FALSE(ulogui::resfile::FontTableSizeFromHeader(file.data(), 100).has_value());
 
-TEST(FontRecordLookup, WithoutAReadableFontZeroThereIsNoRecord) {
-    std::vector<uint8_t> file = BuildFontResourceFile({std::nullopt, Record(L"One")});
+    file = BuildFontResourceFile({std::nullopt, Record(L"One")});
     EXPECT_EQ(L"One", Lookup(file, 1));
     EXPECT_EQ(L"none", Lookup(file, 0));
     EXPECT_EQ(L"none", Lookup(file, 2));
@@ -130,21 +125,10 @@ TEST(FontRecordLookup, WithoutAReadableFontZeroThereIsNoRecord) {
     for (size_t size : {0u, 1u, 255u, 256u, 259u}) {  // too short for the header or the table
         EXPECT_EQ(L"none", Lookup(std::vector<uint8_t>(file.begin(), file.begin() + size), 0)) << size;
     }
-    FontRecord r;
     EXPECT_FALSE(ReadFontRecord(nullptr, 0, 0, r));
 }
 
-TEST(FontResourceWriter, HeaderStatesTheTableSize) {
-    const std::vector<uint8_t> file = BuildFontResourceFile({Record(L"A"), std::nullopt});
-    ASSERT_EQ(2u, ulogui::resfile::FontTableSizeFromHeader(file.data(), file.size()).value_or(0));
-    EXPECT_EQ(std::vector<uint8_t>(4, 0xFF), std::vector<uint8_t>(file.begin() + 260, file.begin() + 264));
-    std::vector<uint8_t> lying = file;
-    lying[16] = 200;  // more entries than the file can hold
-    EXPECT_FALSE(ulogui::resfile::FontTableSizeFromHeader(lying.data(), lying.size()).has_value());
-    EXPECT_FALSE(ulogui::resfile::FontTableSizeFromHeader(file.data(), 100).has_value());
-}
-
-TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalError) {
+TEST(FontResourceFileInit, BadPathsGiveTheInternalErrorFilesMapWholeAndEachPlatformStepReportsItsError) {
     TempDir dir;
     OpenMappedFile file;
     for (const ULOPath& path :
@@ -158,20 +142,10 @@ TEST(FontResourceFileInit, PathsThatAreNoFileGiveTheInternalError) {
         EXPECT_EQ("ulogui/font", error.GetFile());
         EXPECT_FALSE(file.IsOpen());
     }
-    // The process's own file, through the font.
-    EXPECT_EQ(&FontResourceFile::Instance(), &FontResourceFile::Instance());
+    // The process's own file, through the font (opened by the tests of fonts from the file).
     EXPECT_EQ("URF_INIPTH", Origin(ULOFont::SetFontResourceFile(dir.Path())));
     EXPECT_FALSE(FontResourceFile::Instance().IsOpen());
-    const std::string path = WriteFile(dir, "f.urf", BuildFontResourceFile({Record(L"A")}));
-    ASSERT_TRUE(ULOFont::SetFontResourceFile(ULOPath::FromNative(path)).IsOk());
-    EXPECT_TRUE(FontResourceFile::Instance().IsOpen());
-    ULOFont::SetFontResourceFile(ULOPath());  // leave it closed for other tests
-}
-
-TEST(FontResourceFileInit, MapsTheWholeFileAndReopensOnTheNextInit) {
-    TempDir dir;
     const std::vector<uint8_t> first = BuildFontResourceFile({Record(L"DejaVu Sans")});
-    OpenMappedFile file;
     ASSERT_TRUE(file.Init(ULOPath::FromNative(WriteFile(dir, "a.urf", first))).IsOk());
     ASSERT_TRUE(file.IsOpen());
     EXPECT_EQ(first, std::vector<uint8_t>(file.GetView(), file.GetView() + file.GetViewSize()));
@@ -189,12 +163,7 @@ TEST(FontResourceFileInit, MapsTheWholeFileAndReopensOnTheNextInit) {
     EXPECT_TRUE(file.Init(ULOPath()).IsError());
     EXPECT_FALSE(file.IsOpen());
     EXPECT_FALSE(file.ReadRecord(0, r));
-}
-
-TEST(FontResourceFileOpen, EachPlatformStepReportsItsCallNameAndWindowsErrorNumber) {
-    TempDir dir;
     const std::string folder = dir.Path().native();
-    OpenMappedFile file;
     struct Case {
         std::string path;
         uint32_t code;
@@ -221,13 +190,4 @@ TEST(FontResourceFileOpen, EachPlatformStepReportsItsCallNameAndWindowsErrorNumb
         EXPECT_FALSE(file.IsOpen());
         file.DoClose();
     }
-#if !defined(_WIN32)       // a file's mode bits do not lock it on Windows
-    if (geteuid() != 0) {  // root reads every file
-        const std::string locked = WriteFile(dir, "locked.urf", BuildFontResourceFile({Record(L"A")}));
-        ASSERT_EQ(0, chmod(locked.c_str(), 0));
-        const ulo::ErrorCode error = file.Init(ULOPath::FromNative(locked));
-        EXPECT_EQ(0x80070005u, error.GetResultCode());
-        EXPECT_EQ("CreateFile", Origin(error));
-    }
-#endif
 }

@@ -11,6 +11,11 @@
 #include "font/TestFonts.h"
 #include "ulogui/Glyph.h"
 
+// Outlines compare whole (ULOArray_NOSTL compares its items); found by argument-dependent lookup.
+static bool operator==(const ULOGlyphVertex& u, const ULOGlyphVertex& v) {
+    return u.x == v.x && u.y == v.y && u.onCurve == v.onCurve;
+}
+
 namespace {
 
 const std::pair<const wchar_t*, std::string> kFaces[] = {
@@ -24,18 +29,9 @@ protected:
     testfonts::ScopedEngine scoped_{testfonts::LatinEngine()};
 };
 
-bool SameOutline(const ULOGlyphOutline& a, const ULOGlyphOutline& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& p, const auto& q) {
-        return std::equal(p.begin(), p.end(), q.begin(), q.end(),
-                          [](const ULOGlyphVertex& u, const ULOGlyphVertex& v) {
-                              return u.x == v.x && u.y == v.y && u.onCurve == v.onCurve;
-                          });
-    });
-}
-
 }  // namespace
 
-TEST_F(GlyphFunctions, ACapitalOIsTwoContoursFromOnCurvePointToOnCurvePointInsideItsBox) {
+TEST_F(GlyphFunctions, OutlinesWidthsWithKerningAndTheFaceListOnTheLatinFacesAndBadInputIsSurvived) {
     for (const auto& [face, file] : kFaces) {
         ULOGlyphOutline outline;
         outline.Add(ULOArray_NOSTL<ULOGlyphVertex>(3));  // emptied first
@@ -56,9 +52,32 @@ TEST_F(GlyphFunctions, ACapitalOIsTwoContoursFromOnCurvePointToOnCurvePointInsid
         EXPECT_EQ(0, ULOGetGlyphOutline(&outline, L' ', face, 20, 1, 0, 0));
         EXPECT_TRUE(outline.IsEmpty());
     }
-}
-
-TEST_F(GlyphFunctions, AWidthIsTheAdvancePlusTheKerningOfThePair) {
+    // Characters without a glyph, surrogate halves and negative values are the missing glyph.
+    ULOGlyphOutline missing, other;
+    ASSERT_EQ(1, ULOGetGlyphOutline(&missing, 0xE000, L"DejaVu Sans", 20, 1, 0, 0));
+    const int missingWidth = testfonts::ClassicAdvances(kFaces[0].second, 20, 0xE000, 0xE000)[0];
+    std::vector<wchar_t> bad = {0xD800, 0xDFFF};
+#if WCHAR_MAX > 0xFFFF  // 32-bit wchar_t: negative values and values beyond Unicode
+    bad.insert(bad.end(), {static_cast<wchar_t>(-5), static_cast<wchar_t>(0x7FFFFFFF)});
+#endif
+    for (wchar_t ch : bad) {
+        EXPECT_EQ(1, ULOGetGlyphOutline(&other, ch, L"DejaVu Sans", 20, 1, 0, 0));
+        EXPECT_TRUE(missing == other) << ch;
+        EXPECT_EQ(missingWidth, ULOGetGlyphWidth(ch, L'V', L"DejaVu Sans", 20, 1, 0, 0)) << ch;
+    }
+    // Heights of every sign and size, empty and unknown faces, weight indices out of range.
+    const std::tuple<const wchar_t*, int, int> calls[] = {{L"DejaVu Sans", 0, 1},
+                                                          {L"DejaVu Sans", -20, 1},
+                                                          {L"DejaVu Sans", INT_MAX, 1},
+                                                          {L"DejaVu Sans", INT_MIN, 4},
+                                                          {L"", 20, -1},
+                                                          {L"No Such Face", 20, 99}};
+    for (const auto& [face, height, weightIndex] : calls) {
+        EXPECT_EQ(1, ULOGetGlyphOutline(&other, L'O', face, height, weightIndex, 1, 1)) << height;
+        EXPECT_EQ(2, other.GetCount()) << height;
+        EXPECT_GT(ULOGetGlyphWidth(L'O', L'O', face, height, weightIndex, 1, 1), 0) << height;
+    }
+    EXPECT_EQ(0, ULOGetGlyphOutline(nullptr, L'O', L"DejaVu Sans", 20, 1, 0, 0));
     for (const auto& [face, file] : kFaces) {
         // The pairs of the face's 'kern' table, as the engine lists them.
         const auto pairs = ulogui::font::GlyphFont(face, 20, 1, 0, 0)->GetKerningPairs();
@@ -80,9 +99,6 @@ TEST_F(GlyphFunctions, AWidthIsTheAdvancePlusTheKerningOfThePair) {
 #endif
     EXPECT_EQ(ULOGetGlyphWidth(L'm', L'm', L"Liberation Mono", 15, 1, 0, 0) + bolder,
               ULOGetGlyphWidth(L'm', L'm', L"Liberation Mono", 15, 3, 0, 0));
-}
-
-TEST_F(GlyphFunctions, TheFontListHoldsEachInstalledFaceOnce) {
     std::vector<ULOString> names = {L"Liberation Sans"};  // kept, not repeated
     ULOGetFontList(&names);
     ULOGetFontList(nullptr);
@@ -91,35 +107,6 @@ TEST_F(GlyphFunctions, TheFontListHoldsEachInstalledFaceOnce) {
     EXPECT_NE(names.end(), std::find(names.begin(), names.end(), L"DejaVu Sans"));
     std::sort(names.begin(), names.end());
     EXPECT_EQ(names.end(), std::adjacent_find(names.begin(), names.end()));
-}
-
-TEST_F(GlyphFunctions, BadInputIsSurvived) {
-    // Characters without a glyph, surrogate halves and negative values are the missing glyph.
-    ULOGlyphOutline missing, other;
-    ASSERT_EQ(1, ULOGetGlyphOutline(&missing, 0xE000, L"DejaVu Sans", 20, 1, 0, 0));
-    const int missingWidth = testfonts::ClassicAdvances(kFaces[0].second, 20, 0xE000, 0xE000)[0];
-    std::vector<wchar_t> bad = {0xD800, 0xDFFF};
-#if WCHAR_MAX > 0xFFFF  // 32-bit wchar_t: negative values and values beyond Unicode
-    bad.insert(bad.end(), {static_cast<wchar_t>(-5), static_cast<wchar_t>(0x7FFFFFFF)});
-#endif
-    for (wchar_t ch : bad) {
-        EXPECT_EQ(1, ULOGetGlyphOutline(&other, ch, L"DejaVu Sans", 20, 1, 0, 0));
-        EXPECT_TRUE(SameOutline(missing, other)) << ch;
-        EXPECT_EQ(missingWidth, ULOGetGlyphWidth(ch, L'V', L"DejaVu Sans", 20, 1, 0, 0)) << ch;
-    }
-    // Heights of every sign and size, empty and unknown faces, weight indices out of range.
-    const std::tuple<const wchar_t*, int, int> calls[] = {{L"DejaVu Sans", 0, 1},
-                                                          {L"DejaVu Sans", -20, 1},
-                                                          {L"DejaVu Sans", INT_MAX, 1},
-                                                          {L"DejaVu Sans", INT_MIN, 4},
-                                                          {L"", 20, -1},
-                                                          {L"No Such Face", 20, 99}};
-    for (const auto& [face, height, weightIndex] : calls) {
-        EXPECT_EQ(1, ULOGetGlyphOutline(&other, L'O', face, height, weightIndex, 1, 1)) << height;
-        EXPECT_EQ(2, other.GetCount()) << height;
-        EXPECT_GT(ULOGetGlyphWidth(L'O', L'O', face, height, weightIndex, 1, 1), 0) << height;
-    }
-    EXPECT_EQ(0, ULOGetGlyphOutline(nullptr, L'O', L"DejaVu Sans", 20, 1, 0, 0));
 }
 
 TEST(GlyphVertex, TakesFixedPointPairsAndTheWeightTableHasFourEntries) {

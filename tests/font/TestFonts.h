@@ -80,13 +80,10 @@ public:
 
 // Advances of the face in file at ppem pixels per em as the classic engine computes them, the
 // reference the engines' width tables are compared with: FreeType's classic TrueType interpreter
-// (v35) read with a FreeType library of the test's own on Linux; GDI's GetCharWidth32W for a font
-// made by the test itself on Windows.
-std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last);
-#if !defined(_WIN32)
-// The same with the given FreeType load flags (the engine's own, for example).
+// (v35) read with a FreeType library of the test's own on Linux, with the given load flags (0: the
+// classic ones; the engine's own, for example); GDI's GetCharWidth32W for a font made by the test
+// itself on Windows.
 std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last,
-                                 int32_t loadFlags);
-#endif
+                                 int32_t loadFlags = 0);
 
 }  // namespace testfonts

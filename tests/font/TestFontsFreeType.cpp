@@ -25,10 +25,6 @@ std::shared_ptr<TestEngine> MakeEngine(const std::vector<std::string>& files) {
     return engine;
 }
 
-std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last) {
-    return ClassicAdvances(file, ppem, first, last, FT_LOAD_DEFAULT | FT_LOAD_NO_AUTOHINT);
-}
-
 std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last,
                                  int32_t loadFlags) {
     std::vector<int> advances;
@@ -44,7 +40,8 @@ std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigne
         for (unsigned c = first; c <= last; ++c) {
             const FT_UInt glyph = FT_Get_Char_Index(face, c);
             int advance = 0;
-            if (FT_Load_Glyph(face, glyph, loadFlags) == 0) {
+            if (FT_Load_Glyph(face, glyph,
+                              loadFlags != 0 ? loadFlags : FT_LOAD_DEFAULT | FT_LOAD_NO_AUTOHINT) == 0) {
                 advance = static_cast<int>((face->glyph->metrics.horiAdvance + 63) >> 6);
             }
             advances.push_back(advance);

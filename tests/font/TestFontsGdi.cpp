@@ -53,7 +53,8 @@ std::shared_ptr<TestEngine> MakeEngine(const std::vector<std::string>& files) {
     return std::make_shared<VisibleFamilies>(platform::CreateDefaultFontEngine(), std::move(families));
 }
 
-std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last) {
+std::vector<int> ClassicAdvances(const std::string& file, unsigned ppem, unsigned first, unsigned last,
+                                 int32_t) {
     std::vector<int> advances;
     const std::wstring family = FamilyOf(file);
     HFONT font = ::CreateFontW(-static_cast<int>(ppem), 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET,

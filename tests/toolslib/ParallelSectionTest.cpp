@@ -11,17 +11,21 @@
 #include <vector>
 
 #include "toolslib/MultiProc.h"
+#include "toolslib/Progress.h"
 
 using namespace tools::multiproc;
 
 namespace {
 
-// One counter per iteration, to prove that every iteration ran exactly once.
+// One counter per iteration, to prove which iterations ran, and exactly once.
 struct RunCounts {
     explicit RunCounts(int count) : hits(static_cast<size_t>(count)) {}
     void Hit(int index) { ++hits[static_cast<size_t>(index)]; }
-    bool EachOnce() const {
-        return std::all_of(hits.begin(), hits.end(), [](const std::atomic<int>& h) { return h == 1; });
+    // Whether exactly the iterations that `ran` accepts ran, each once.
+    bool Are(const std::function<bool(int)>& ran = [](int) { return true; }) const {
+        int i = 0;
+        return std::all_of(hits.begin(), hits.end(),
+                           [&](const std::atomic<int>& h) { return h == ran(i++); });
     }
     std::vector<std::atomic<int>> hits;
 };
@@ -48,7 +52,7 @@ bool RunCountedLoop(int count, int threads) {
     PIMProgress progress;
     RunLoop(
         count, threads, [&](int i) { counts.Hit(i); }, &progress);
-    return counts.EachOnce() && progress.GetPosition() == count;
+    return counts.Are() && progress.GetPosition() == count;
 }
 
 // Three levels of sections, each on four threads.
@@ -60,12 +64,12 @@ bool RunNestedLoops() {
             RunLoop(kInner, 4, [&](int i) { counts.Hit((o * kMiddle + m) * kInner + i); });
         });
     });
-    return counts.EachOnce();
+    return counts.Are();
 }
 
 }  // namespace
 
-TEST(ParallelSection, EveryIterationRunsExactlyOnce) {
+TEST(ParallelSection, EveryIterationRunsOnceAlsoForConcurrentCallersNestedSectionsAndCustomIterations) {
     for (int threads : {-3, 0, 1, 2, 3, 8, 64}) {
         for (int count : {0, 1, 2, 7, 100000}) {
             EXPECT_TRUE(RunCountedLoop(count, threads)) << "threads " << threads << " count " << count;
@@ -76,9 +80,6 @@ TEST(ParallelSection, EveryIterationRunsExactlyOnce) {
     for (int round = 0; round < 3000; ++round) {
         ASSERT_TRUE(RunCountedLoop(round % 3, 8)) << "round " << round;
     }
-}
-
-TEST(ParallelSection, ConcurrentCallersAndNestedSectionsNeitherInterfereNorDeadlock) {
     std::atomic<int> failures{0};
     std::vector<std::thread> callers;
     for (int c = 0; c < 6; ++c) {
@@ -94,9 +95,29 @@ TEST(ParallelSection, ConcurrentCallersAndNestedSectionsNeitherInterfereNorDeadl
         t.join();
     }
     EXPECT_EQ(failures.load(), 0);
+    // Hands out the even numbers below 2000.
+    class EvenNumbers : public ParallelLoopIteration {
+    public:
+        explicit EvenNumbers(RunCounts& completed) : completed_(completed) {}
+        bool Claim(int& index) override {
+            index = next_.fetch_add(2);
+            return index < 2000;
+        }
+        void Completed(int index) override { completed_.Hit(index); }
+
+    private:
+        RunCounts& completed_;
+        std::atomic<int> next_{0};
+    };
+    RunCounts ran(2000), completed(2000);
+    EvenNumbers iter(completed);
+    ParallelSection section(iter, [&](int i) { ran.Hit(i); });
+    RunParallelSection(section, 3);
+    const auto even = [](int i) { return i % 2 == 0; };
+    EXPECT_TRUE(ran.Are(even) && completed.Are(even));
 }
 
-TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerAndTwoReallyShare) {
+TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerTwoShareTheCapHoldsAndProgressCountsStepsOnce) {
     for (int threads : {-1, 0, 1}) {
         std::set<std::thread::id> seen;
         RunLoop(200, threads, [&](int) { seen.insert(std::this_thread::get_id()); });
@@ -117,35 +138,43 @@ TEST(ParallelSection, OneThreadOrFewerRunsOnTheCallerAndTwoReallyShare) {
         }
     });
     EXPECT_EQ(seen.size(), 2u);
-}
-
-TEST(ParallelSection, RunsWhatACustomIterationClaimsAndReportsEachCompletion) {
-    // Hands out the even numbers below 2000.
-    class EvenNumbers : public ParallelLoopIteration {
-    public:
-        explicit EvenNumbers(RunCounts& completed) : completed_(completed) {}
-        bool Claim(int& index) override {
-            index = next_.fetch_add(2);
-            return index < 2000;
-        }
-        void Completed(int index) override { completed_.Hit(index); }
-
-    private:
-        RunCounts& completed_;
-        std::atomic<int> next_{0};
-    };
-    RunCounts ran(2000), completed(2000);
-    EvenNumbers iter(completed);
-    ParallelSection section(iter, [&](int i) { ran.Hit(i); });
-    RunParallelSection(section, 3);
-    for (int i = 0; i < 2000; ++i) {
-        ASSERT_EQ(std::make_pair(ran.hits[i].load(), completed.hits[i].load()),
-                  std::make_pair(1 - i % 2, 1 - i % 2))
-            << i;
+    const int hardware = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), hardware);
+    for (auto [cap, expected] :
+         {std::pair(1, 1), {hardware + 5, hardware}, {-4, hardware}, {1, 1}, {0, hardware}}) {
+        SetMaxJobThreadAllowed(cap);
+        EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), expected) << "cap " << cap;
     }
+    // Records every position reported to the observer hook.
+    class RecordingProgress : public PIMProgress {
+    public:
+        std::vector<int> seen;
+        std::mutex mutex;
+
+    protected:
+        void OnStep(long position, long steps) override {
+            std::lock_guard<std::mutex> lock(mutex);
+            EXPECT_EQ(steps, static_cast<long>(seen.size()) - 1);
+            ASSERT_TRUE(position >= 1 && position < steps + 1) << position;
+            ++seen[static_cast<size_t>(position)];
+        }
+    };
+    constexpr int kSteps = 20000;
+    RecordingProgress progress;
+    progress.seen.resize(kSteps + 1);
+    progress.SetSteps(kSteps);
+    RunLoop(kSteps, 4, [&](int) { progress.Step(); });  // from the caller and three pool workers
+    EXPECT_EQ(progress.GetPosition(), kSteps);
+    for (size_t p = 1; p < progress.seen.size(); ++p) {
+        ASSERT_EQ(progress.seen[p], 1) << p;
+    }
+    progress.SetSteps(10);
+    EXPECT_EQ(progress.GetPosition(), 0);
+    progress.SetSteps(-5);
+    EXPECT_EQ(progress.GetSteps(), 0);
 }
 
-TEST(ParallelLoopInterruption, ExactlyTheIterationsAnsweredBeforeTheStopRun) {
+TEST(ParallelLoopInterruption, StopsAndExceptionsEndTheLoopSoonAndExceptionsReachTheCallerUnchanged) {
     // One question per index handed out: a loop stopped after k answers ran exactly the first k, and
     // a loop given just enough answers finished uninterrupted.
     constexpr int kCount = 10000;
@@ -160,15 +189,10 @@ TEST(ParallelLoopInterruption, ExactlyTheIterationsAnsweredBeforeTheStopRun) {
         RunParallelSection(section, threads);
         EXPECT_EQ(iter.WasInterrupted(), allowed < kCount);
         EXPECT_EQ(progress.GetPosition(), allowed);
-        for (int i = 0; i < kCount; ++i) {
-            ASSERT_EQ(counts.hits[i], i < allowed ? 1 : 0) << i;
-        }
+        EXPECT_TRUE(counts.Are([allowed = allowed](int i) { return i < allowed; }));
         int ignored = -1;
         EXPECT_FALSE(iter.Claim(ignored)) << "a stopped loop stays stopped";
     }
-}
-
-TEST(ParallelLoopInterruption, InterruptionRaisedByTheBodyStopsTheLoopSoon) {
     // Once the flag is up, only the iterations the other threads claimed before they saw it may
     // still start: at most one each. (Counting all runs would race with the raising thread, which
     // other threads may overtake between its count and its flag.)
@@ -187,16 +211,13 @@ TEST(ParallelLoopInterruption, InterruptionRaisedByTheBodyStopsTheLoopSoon) {
     EXPECT_GE(runs.load(), kStopAfter);
     EXPECT_LT(startedAfterFlag.load(), kThreads);
     EXPECT_TRUE(iter.WasInterrupted());
-}
-
-TEST(ParallelSectionFailure, ExceptionReachesTheCallerUnchangedAfterTheOtherJobsStopped) {
-    constexpr int kCount = 20000;
+    constexpr int kLong = 20000;
     for (int threads : {1, 2, 4}) {
-        std::atomic<int> inside{0}, runs{0};
+        std::atomic<int> inside{0}, started{0};
         try {
-            RunLoop(kCount, threads, [&](int i) {
+            RunLoop(kLong, threads, [&](int i) {
                 ++inside;
-                ++runs;
+                ++started;
                 // 50 microseconds of waiting (a sleep that short is no sleep at all on Windows).
                 const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(50);
                 while (std::chrono::steady_clock::now() < until) {
@@ -212,15 +233,12 @@ TEST(ParallelSectionFailure, ExceptionReachesTheCallerUnchangedAfterTheOtherJobs
             EXPECT_EQ(inside.load(), 0) << "every thread has left the body";
         }
         // Running all of them would take a second; the loop stopped long before.
-        EXPECT_LT(runs.load(), kCount / 2) << "threads " << threads;
+        EXPECT_LT(started.load(), kLong / 2) << "threads " << threads;
     }
     // Only one of many exceptions comes back, and nothing terminates.
     EXPECT_THROW(RunLoop(5000, 4, [](int i) { throw std::out_of_range(std::to_string(i)); }),
                  std::out_of_range);
-}
-
-// Progress counts only completed iterations.
-TEST(ParallelSectionFailure, ProgressInterruptorsNestingAndThePoolAfterwards) {
+    // Progress counts only completed iterations.
     PIMProgress progress;
     EXPECT_THROW(RunLoop(
                      10, 1, [](int i) { i == 3 ? throw std::logic_error("stop") : void(); }, &progress),
@@ -228,9 +246,9 @@ TEST(ParallelSectionFailure, ProgressInterruptorsNestingAndThePoolAfterwards) {
     EXPECT_EQ(progress.GetPosition(), 3);
 
     AskingInterruptor broken([]() -> bool { throw std::runtime_error("interruptor broke"); });
-    InterruptibleProgressingLoopIter iter(100, broken, nullptr);
-    ParallelSection section(iter, [](int) {});
-    EXPECT_THROW(RunParallelSection(section, 3), std::runtime_error);
+    InterruptibleProgressingLoopIter brokenIter(100, broken, nullptr);
+    ParallelSection brokenSection(brokenIter, [](int) {});
+    EXPECT_THROW(RunParallelSection(brokenSection, 3), std::runtime_error);
 
     try {
         RunLoop(8, 3, [](int o) {
@@ -247,14 +265,4 @@ TEST(ParallelSectionFailure, ProgressInterruptorsNestingAndThePoolAfterwards) {
                      std::runtime_error);
     }
     EXPECT_TRUE(RunCountedLoop(50000, 4));
-}
-
-TEST(JobThreadCount, FollowsTheHardwareAndTheCap) {
-    const int hardware = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
-    EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), hardware);
-    for (auto [cap, expected] :
-         {std::pair(1, 1), {hardware + 5, hardware}, {-4, hardware}, {1, 1}, {0, hardware}}) {
-        SetMaxJobThreadAllowed(cap);
-        EXPECT_EQ(GetOptimizedMaxJobThreadAllowed(), expected) << "cap " << cap;
-    }
 }

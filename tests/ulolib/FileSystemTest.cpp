@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <boost/throw_exception.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <functional>
+#include <stdexcept>
 #include <tuple>
 
 #include "TempDir.h"
 #include "ulolib/Directory.h"
+#include "ulolib/ErrorCode.h"
 #include "ulolib/LitInt.h"
 #include "ulolib/Path.h"
 #include "ulolib/Stream.h"
@@ -12,7 +17,61 @@
 
 namespace {
 
-TEST(ULOPathTest, JoinsAndTakesApart) {
+using ulo::ErrorCode;
+using ulo::exception::InternalError;
+using ulo::exception::SystemError;
+
+boost::exception_ptr Caught(const std::function<void()>& raise) {
+    try {
+        raise();
+    } catch (...) {
+        return boost::current_exception();
+    }
+    return {};
+}
+
+TEST(ErrorCodeTest, ErrorsCarryTheirResultMessageLocationAndSystemCall) {
+    const int line = __LINE__ + 1;
+    const auto located = Caught([] { BOOST_THROW_EXCEPTION(std::logic_error("broken")); });
+    const std::tuple<ErrorCode, uint32_t, std::wstring, std::string> cases[] = {
+        {ErrorCode::noError(), 0, L"", ":0"},
+        {ErrorCode(boost::exception_ptr()), 0, L"", ":0"},
+        {ErrorCode(ULO_AT(InternalError("URB_INIPTH"), "Init()", "ulogui/picture", 185)),
+         ulo::exception::kResultUnexpected, L"URB_INIPTH", "ulogui/picture:185"},
+        {ErrorCode(std::runtime_error("disk on fire")), ulo::exception::kResultFail, L"disk on fire", ":0"},
+        {ErrorCode(located), ulo::exception::kResultFail, L"broken", __FILE__ ":" + std::to_string(line)},
+        {ErrorCode(Caught([] { throw 42; })), ulo::exception::kResultFail, L"unknown error", ":0"},
+    };
+    for (const auto& [error, result, message, where] : cases) {
+        EXPECT_EQ(error.IsError(), result != 0) << where;
+        EXPECT_EQ(std::make_tuple(error.GetResultCode(), error.GetMessage(),
+                                  error.GetFile() + ":" + std::to_string(error.GetLine())),
+                  std::make_tuple(result, ULOString(message), where));
+    }
+    EXPECT_NO_THROW(ErrorCode::noError().Rethrow());
+    EXPECT_EQ(std::get<0>(cases[2]).GetFunction(), "Init()");
+    EXPECT_THROW(std::get<0>(cases[2]).Rethrow(), InternalError);
+    const ErrorCode accessDenied(SystemError(5, "CreateFile"));
+    EXPECT_EQ(accessDenied.GetResultCode(), 0x80070005u);
+    EXPECT_EQ(accessDenied.GetMessage().find(L"CreateFile failed"), 0u);
+    const SystemError fromErrno = SystemError::FromErrno(ENOENT, "fopen");
+    EXPECT_EQ(fromErrno.GetResultCode(), 0x80070002u);
+    EXPECT_STREQ(fromErrno.what(), "fopen failed: No such file or directory (error 2)");
+
+    EXPECT_EQ(ulo::exception::ResultFromPlatformError(0x12345), 0x80072345u);
+    EXPECT_EQ(ulo::exception::ResultFromPlatformError(0), 0u);
+    EXPECT_EQ(ulo::exception::ResultFromPlatformError(-2147024891L), 0x80070005u);  // already a result
+    const std::pair<int, long> errnoToWindows[] = {
+        {ENOENT, 2},  {ENOTDIR, 3}, {EMFILE, 4},   {EACCES, 5},      {EPERM, 5},   {EISDIR, 5},
+        {EBADF, 6},   {ENOMEM, 8},  {EXDEV, 17},   {EROFS, 19},      {EAGAIN, 33}, {EEXIST, 80},
+        {EINVAL, 87}, {EPIPE, 109}, {ENOSPC, 112}, {ENOTEMPTY, 145}, {EBUSY, 170}, {ENAMETOOLONG, 206},
+        {EIO, 1117},  {0, 0},       {EDOM, 31},    {-7, 31},         {100000, 31}};
+    for (const auto& p : errnoToWindows) {
+        EXPECT_EQ(ulo::exception::WindowsErrorFromErrno(p.first), p.second) << "errno " << p.first;
+    }
+}
+
+TEST(ULOPathTest, PathsJoinTakeApartAndReportWhyTheyDoNotExistOrOpenAndFilesAreReadAsIntegersOrXml) {
     const std::wstring sep(1, ULOPath::wSeparator);  // "\\" on Windows
     EXPECT_EQ((ULOPath(L"/res") / L"de" / L"" / L"Main.ura").wstring(),
               L"/res" + sep + L"de" + sep + L"Main.ura");
@@ -34,9 +93,6 @@ TEST(ULOPathTest, JoinsAndTakesApart) {
     const ULOPath wide(L"/tmp/\x00e9t\x00e9\U0001F600");
     EXPECT_EQ(wide.native(), "/tmp/\xC3\xA9t\xC3\xA9\xF0\x9F\x98\x80");
     EXPECT_EQ(ULOPath::FromNative(wide.native()), wide);
-}
-
-TEST(ULOPathTest, ExistsAndIsDirectoryReportWhy) {
     TempDir dir;
     dir.Write("f\xC3\xA9.txt");
     const ULOPath file = dir.Path() / L"f\x00e9.txt";
@@ -57,21 +113,17 @@ TEST(ULOPathTest, ExistsAndIsDirectoryReportWhy) {
         EXPECT_EQ(error.GetResultCode(), c.second);
     }
     EXPECT_FALSE(ULOPath().exists());
-}
-
-TEST(ULOFileStreamTest, OpenFailuresComeFromTheRealCall) {
-    TempDir dir;
     using Mode = ULOFileStream::Mode;
     const struct {
         ULOPath path;
         Mode mode;
         uint32_t result;
-    } cases[] = {{dir.Path() / L"missing.bin", Mode::kRead, 0x80070002u},
+    } opens[] = {{dir.Path() / L"missing.bin", Mode::kRead, 0x80070002u},
                  {dir.Path() / L"no/such/folder.bin", Mode::kWrite, 0x80070002u},
                  {dir.Path(), Mode::kRead, 0x80070005u},  // a folder is no file
                  {dir.Path(), Mode::kWrite, 0x80070005u}};
     ULOFileStream stream;
-    for (const auto& c : cases) {
+    for (const auto& c : opens) {
         const ulo::ErrorCode e = stream.Open(c.path, c.mode);
         EXPECT_EQ(e.GetResultCode(), c.result) << c.path.native();
         EXPECT_EQ(e.GetFile(), "ulolib/Stream");
@@ -86,9 +138,17 @@ TEST(ULOFileStreamTest, OpenFailuresComeFromTheRealCall) {
     uint8_t b = 0;
     EXPECT_FALSE(stream.ReadByte(b));
     EXPECT_FALSE(stream.WriteByte(b));
-}
-
-TEST(LitIntTest, ReadsLittleEndianAndZeroFillsAShortRead) {
+    const boost::shared_ptr<Directory> d = Directory::create();
+    EXPECT_EQ(d, Directory::create()) << "one instance per process";
+    const ULOPath original = d->GetApplicationDirectory();
+#if defined(_WIN32)
+    EXPECT_TRUE((original / L"ulolib_tests.exe").exists());  // this test's own executable
+#else
+    EXPECT_TRUE((original / L"ulolib_tests").exists());
+#endif
+    d->SetApplicationDirectory(ULOPath(L"/elsewhere"));
+    EXPECT_EQ(Directory::create()->GetApplicationDirectory(), ULOPath(L"/elsewhere"));
+    d->SetApplicationDirectory(original);
     FILE* f = std::tmpfile();
     ASSERT_NE(f, nullptr);
     std::fwrite("\x01\x02\x03\x04\xFE\xFF\xFF\xFF\x2A\x01", 1, 10, f);
@@ -101,24 +161,6 @@ TEST(LitIntTest, ReadsLittleEndianAndZeroFillsAShortRead) {
     EXPECT_EQ(LitInt(f), 0);
     std::fclose(f);
     EXPECT_FALSE(LitInt(nullptr, v));
-}
-
-TEST(DirectoryTest, DefaultsToTheExecutablesFolderAndCanBeMoved) {
-    const boost::shared_ptr<Directory> d = Directory::create();
-    EXPECT_EQ(d, Directory::create()) << "one instance per process";
-    const ULOPath original = d->GetApplicationDirectory();
-#if defined(_WIN32)
-    EXPECT_TRUE((original / L"ulolib_tests.exe").exists());  // this test's own executable
-#else
-    EXPECT_TRUE((original / L"ulolib_tests").exists());
-#endif
-    d->SetApplicationDirectory(ULOPath(L"/elsewhere"));
-    EXPECT_EQ(Directory::create()->GetApplicationDirectory(), ULOPath(L"/elsewhere"));
-    d->SetApplicationDirectory(original);
-}
-
-TEST(ULOOpenXmlTest, LoadsGoodFilesAndRejectsBadOnes) {
-    TempDir dir;
     dir.Write("good.xml",
               "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
               "<languages><language id=\"3\">Deutsch \xC3\xA4</language></languages>");

@@ -75,13 +75,15 @@ void ReadSample(ULOStream& s, size_t n) {
     EXPECT_EQ(Values(values, values + (n >= 31 ? 2 : 0)), (n >= 31 ? Values{1, -1} : Values()));
 }
 
-TEST(ULOStreamTest, MemoryAndFileRoundTripsHaveTheDocumentedBytes) {
+TEST(ULOStreamTest, RoundTripsHaveTheDocumentedBytesTruncationsReadWhatIsThereAndReadsStayInsideChunks) {
     ULOMemoryStream out;
     WriteSample(out);
     EXPECT_EQ(out.GetBuffer(), kSampleBytes);
-    ULOMemoryStream in(kSampleBytes.data(), kSampleBytes.size());
-    ReadSample(in, kSampleBytes.size());
-
+    for (size_t cut = 0; cut <= kSampleBytes.size(); ++cut) {
+        SCOPED_TRACE(cut);
+        ULOMemoryStream in(kSampleBytes.data(), cut);
+        ReadSample(in, cut);
+    }
     TempDir dir;
     const ULOPath path = dir.Path() / L"sample.bin";
     {
@@ -92,17 +94,6 @@ TEST(ULOStreamTest, MemoryAndFileRoundTripsHaveTheDocumentedBytes) {
     ULOFileStream file;
     ASSERT_TRUE(file.Open(path, ULOFileStream::Mode::kRead).IsOk());
     ReadSample(file, kSampleBytes.size());
-}
-
-TEST(ULOStreamTest, EveryTruncationReadsWhatIsThereAndNoMore) {
-    for (size_t cut = 0; cut < kSampleBytes.size(); ++cut) {
-        SCOPED_TRACE(cut);
-        ULOMemoryStream s(kSampleBytes.data(), cut);
-        ReadSample(s, cut);
-    }
-}
-
-TEST(ULOStreamTest, ReadsStayInsideChunksAndEachReaderLeavesAtItsChunksEnd) {
     // Outer chunk of 8 bytes whose inner chunk claims 1000; 2 bytes follow the outer chunk.
     const Bytes bytes = {0, 1, 0, 0, 0, 8, 0, 2, 0, 0, 3, 0xE8, 0xAA, 0xBB, 0xCC, 0xDD};
     ULOMemoryStream s(bytes.data(), bytes.size());
@@ -122,25 +113,40 @@ TEST(ULOStreamTest, ReadsStayInsideChunksAndEachReaderLeavesAtItsChunksEnd) {
         EXPECT_TRUE(s.ReadByte(buf[0]));
         EXPECT_EQ(buf[0], 0xCC);
     }
-}
-
-TEST(ULOStreamTest, ReadArrayHonoursTheCapacityAndRefusesWildCounts) {
-    ULOMemoryStream s;
+    ULOMemoryStream chunks, written;
+    {
+        ULOWriteChunk a(&chunks, 1), b(&chunks, 2), c(&chunks, 3);
+        chunks.WriteByte(9);
+        EXPECT_TRUE(c.Close());
+        EXPECT_FALSE(c.Close());
+    }
+    EXPECT_EQ(chunks.GetBuffer(), (Bytes{0, 1, 0, 0, 0, 13, 0, 2, 0, 0, 0, 7, 0, 3, 0, 0, 0, 1, 9}));
+    EXPECT_FALSE(ULOWriteChunk(nullptr, 1).IsOk());
+    EXPECT_FALSE(ULOReadChunk(nullptr).IsOk());
+    written.WriteSInt32(1);
+    written.WriteSInt32(2);
+    EXPECT_FALSE(written.Seek(9));
+    EXPECT_TRUE(written.Seek(8));
+    EXPECT_TRUE(written.Seek(4));
+    written.WriteSInt32(7);  // in place
+    EXPECT_EQ(written.GetBuffer(), (Bytes{1, 0, 0, 0, 7, 0, 0, 0}));
+    EXPECT_EQ(written.Read(nullptr, 4), 0u);
+    ULOMemoryStream arrays;
     const uint8_t five[] = {1, 2, 3, 4, 5};
-    s.WriteArray(five, 5, 1);
-    s.WriteByte(0x77);
-    EXPECT_FALSE(s.WriteArray(five, -1, 1));
+    arrays.WriteArray(five, 5, 1);
+    arrays.WriteByte(0x77);
+    EXPECT_FALSE(arrays.WriteArray(five, -1, 1));
     // Room for more: all are read but the sizes disagree; room for fewer: the rest is skipped.
     for (auto [capacity, ok, count] : {std::make_tuple(8, false, 5), {3, false, 3}, {5, true, 5}}) {
         uint8_t buf[8] = {}, next = 0;
         int32_t got = -1;
-        s.Seek(0);
-        EXPECT_EQ(s.ReadArray(buf, capacity, 1, &got), ok) << capacity;
+        arrays.Seek(0);
+        EXPECT_EQ(arrays.ReadArray(buf, capacity, 1, &got), ok) << capacity;
         EXPECT_EQ(got, count);
         Bytes want(five, five + count);
         want.resize(8);  // nothing beyond the capacity is written
         EXPECT_EQ(Bytes(buf, buf + 8), want);
-        EXPECT_TRUE(s.ReadByte(next) && next == 0x77) << capacity;
+        EXPECT_TRUE(arrays.ReadByte(next) && next == 0x77) << capacity;
     }
     // A stored negative count, or one far beyond the data, fails without reading past the end.
     const Bytes negative = {0xFF, 0xFF, 0xFF, 0xFF, 1, 2}, huge = {0xFF, 0xFF, 0xFF, 0x7F, 1, 2};
@@ -154,27 +160,6 @@ TEST(ULOStreamTest, ReadArrayHonoursTheCapacityAndRefusesWildCounts) {
         EXPECT_FALSE(h.ReadArray(buf, capacity, 4, &got));
         EXPECT_EQ(h.GetPosition(), huge.size());
     }
-}
-
-TEST(ULOStreamTest, WriteChunksSeekingAndOverwritingMemory) {
-    ULOMemoryStream chunks, s;
-    {
-        ULOWriteChunk a(&chunks, 1), b(&chunks, 2), c(&chunks, 3);
-        chunks.WriteByte(9);
-        EXPECT_TRUE(c.Close());
-        EXPECT_FALSE(c.Close());
-    }
-    EXPECT_EQ(chunks.GetBuffer(), (Bytes{0, 1, 0, 0, 0, 13, 0, 2, 0, 0, 0, 7, 0, 3, 0, 0, 0, 1, 9}));
-    EXPECT_FALSE(ULOWriteChunk(nullptr, 1).IsOk());
-    EXPECT_FALSE(ULOReadChunk(nullptr).IsOk());
-    s.WriteSInt32(1);
-    s.WriteSInt32(2);
-    EXPECT_FALSE(s.Seek(9));
-    EXPECT_TRUE(s.Seek(8));
-    EXPECT_TRUE(s.Seek(4));
-    s.WriteSInt32(7);  // in place
-    EXPECT_EQ(s.GetBuffer(), (Bytes{1, 0, 0, 0, 7, 0, 0, 0}));
-    EXPECT_EQ(s.Read(nullptr, 4), 0u);
 }
 
 }  // namespace

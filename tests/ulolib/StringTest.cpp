@@ -9,7 +9,7 @@ namespace {
 
 const wchar_t r = 0xFFFD;  // the replacement character
 
-TEST(ULOStringTest, LeftMidRightClampToTheString) {
+TEST(ULOStringTest, PiecesSplitCompareFormatAndUtfRoundTripsWithReplacementCharactersForBadInput) {
     const ULOString s = L"abcdef";
     const std::pair<ULOString, const wchar_t*> cases[] = {
         {s.Left(2), L"ab"},    {s.Left(99), L"abcdef"}, {s.Left(-3), L""},        {s.Mid(2), L"cdef"},
@@ -18,9 +18,28 @@ TEST(ULOStringTest, LeftMidRightClampToTheString) {
     for (size_t i = 0; i < std::size(cases); ++i) {
         EXPECT_EQ(cases[i].first, cases[i].second) << "case " << i;
     }
-}
-
-TEST(ULOStringTest, FormatReadsPercentSAndPercentCAsWideAndGrows) {
+    using V = std::vector<ULOString>;
+    EXPECT_EQ(ULOString(L"a//b").Split(L'/'), (V{L"a", L"", L"b"}));
+    EXPECT_EQ(ULOString(L"/usr/share/").Split(L'/'), (V{L"", L"usr", L"share", L""}));
+    EXPECT_EQ(ULOString(L"").Split(L'/'), (V{L""}));
+    EXPECT_EQ(ULOString(L"/usr//share/").Tokenize(L'/'), (V{L"usr", L"share"}));
+    EXPECT_TRUE(ULOString(L"///").Tokenize(L'/').empty());
+    // Both give the sign only, also for lengths that differ by more than one.
+    struct Case {
+        const wchar_t *a, *b;
+        int ordinal, noCase;
+    };
+    const Case comparisons[] = {{L"abc", L"abd", -1, -1},       {L"abd", L"abc", 1, 1},
+                                {L"abc", L"abc", 0, 0},         {L"B", L"a", -1, 1},
+                                {L"a", L"abc", -1, -1},         {L"ab", L"ABCD", 1, -1},
+                                {L"\x00c4X", L"\x00e4x", -1, 0}};
+    for (const Case& c : comparisons) {
+        EXPECT_EQ(ULOString(c.a).Compare(c.b), c.ordinal) << c.a << " " << c.b;
+        EXPECT_EQ(ULOString(c.a).CompareNoCase(c.b), c.noCase) << c.a << " " << c.b;
+        EXPECT_EQ(ULOString(c.a).EqualsNoCase(c.b), c.noCase == 0);
+    }
+    EXPECT_EQ(ULOString(L"MiXed \x00c9").MakeLower(), L"mixed \x00e9");
+    EXPECT_EQ(ULOString(L"MiXed \x00e9").MakeUpper(), L"MIXED \x00c9");
     EXPECT_EQ(ULOString::Format(L"%s.%s", L"Main", L"ura"), L"Main.ura");
     EXPECT_EQ(ULOString::Format(L"%d-%5.2f-%c", 42, 1.5, L'\x00e9'), L"42- 1.50-\x00e9");
     EXPECT_EQ(ULOString::Format(L"%ls|%hs|%S|%C", L"w\x4e2d", "narrow", "N", 'x'), L"w\x4e2d|narrow|N|x");
@@ -32,37 +51,6 @@ TEST(ULOStringTest, FormatReadsPercentSAndPercentCAsWideAndGrows) {
     ULOString inPlace = L"old";
     inPlace.FormatInPlace(L"%d/%d", 3, 4);
     EXPECT_EQ(inPlace, L"3/4");
-}
-
-// Both give the sign only, also for lengths that differ by more than one.
-TEST(ULOStringTest, CompareIsOrdinalAndCompareNoCaseFolds) {
-    struct Case {
-        const wchar_t *a, *b;
-        int ordinal, noCase;
-    };
-    const Case cases[] = {{L"abc", L"abd", -1, -1},       {L"abd", L"abc", 1, 1},
-                          {L"abc", L"abc", 0, 0},         {L"B", L"a", -1, 1},
-                          {L"a", L"abc", -1, -1},         {L"ab", L"ABCD", 1, -1},
-                          {L"\x00c4X", L"\x00e4x", -1, 0}};
-    for (const Case& c : cases) {
-        EXPECT_EQ(ULOString(c.a).Compare(c.b), c.ordinal) << c.a << " " << c.b;
-        EXPECT_EQ(ULOString(c.a).CompareNoCase(c.b), c.noCase) << c.a << " " << c.b;
-        EXPECT_EQ(ULOString(c.a).EqualsNoCase(c.b), c.noCase == 0);
-    }
-    EXPECT_EQ(ULOString(L"MiXed \x00c9").MakeLower(), L"mixed \x00e9");
-    EXPECT_EQ(ULOString(L"MiXed \x00e9").MakeUpper(), L"MIXED \x00c9");
-}
-
-TEST(ULOStringTest, SplitKeepsEmptyPiecesAndTokenizeDropsThem) {
-    using V = std::vector<ULOString>;
-    EXPECT_EQ(ULOString(L"a//b").Split(L'/'), (V{L"a", L"", L"b"}));
-    EXPECT_EQ(ULOString(L"/usr/share/").Split(L'/'), (V{L"", L"usr", L"share", L""}));
-    EXPECT_EQ(ULOString(L"").Split(L'/'), (V{L""}));
-    EXPECT_EQ(ULOString(L"/usr//share/").Tokenize(L'/'), (V{L"usr", L"share"}));
-    EXPECT_TRUE(ULOString(L"///").Tokenize(L'/').empty());
-}
-
-TEST(ULOStringTest, UtfRoundTripsEveryPlane) {
     const ULOString text = L"A\x00e9\x4e2d\xffff\U00010000\U0001F600\U0010FFFF";
     const std::string utf8 = text.ToUtf8();
     EXPECT_EQ(utf8, "A\xC3\xA9\xE4\xB8\xAD\xEF\xBF\xBF\xF0\x90\x80\x80\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF");
@@ -75,10 +63,7 @@ TEST(ULOStringTest, UtfRoundTripsEveryPlane) {
     EXPECT_EQ(ULOString::FromUtf16(units, 3), L"\U0001F600a");
     EXPECT_EQ(ULOString::FromUtf16(units, 1), L"\xFFFD");  // the pair cut in half
     EXPECT_EQ(ULOString::FromUtf16(nullptr, 5), L"");
-}
-
-TEST(ULOStringTest, MalformedUtf8BecomesReplacementCharacters) {
-    const std::pair<const char*, std::wstring> cases[] = {
+    const std::pair<const char*, std::wstring> malformed[] = {
         {"a\x80z", {L'a', r, L'z'}},           // lone continuation byte
         {"\xC0\xAF", {r, r}},                  // overlong '/' (C0 never starts a sequence)
         {"\xE0\x80\xAF", {r, r, r}},           // overlong three-byte form
@@ -90,12 +75,9 @@ TEST(ULOStringTest, MalformedUtf8BecomesReplacementCharacters) {
         {"\xC3\xA9\xC3", {L'\x00e9', r}},      // good, then cut short
         {"\xE4\xB8\xC3\xA9", {r, L'\x00e9'}},  // a new lead byte ends the broken sequence
     };
-    for (const auto& c : cases) {
+    for (const auto& c : malformed) {
         EXPECT_EQ(ULOString::FromUtf8(c.first), c.second) << "input " << testing::PrintToString(c.first);
     }
-}
-
-TEST(ULOStringTest, LoneSurrogatesAndNonCharactersBecomeReplacementCharacters) {
     // High without low, low without high, two highs, and a low then a high (wrong order).
     const std::u16string broken = {0xD800, u'a', 0xDC00, 0xD800, 0xD801, 0xDC01, 0xDC02, 0xD803};
     EXPECT_EQ(ULOString::FromUtf16(broken),
@@ -105,12 +87,12 @@ TEST(ULOStringTest, LoneSurrogatesAndNonCharactersBecomeReplacementCharacters) {
                   L"\xFFFD\xFFFD");  // U+10401 whole, one or two wchar_t
     // A wide string may hold values that are no characters; they are never written as such.
 #if WCHAR_MAX > 0xFFFF
-    const std::vector<uint32_t> units = {0xD800, 0x110000, 0xFFFFFFFF, L'k'};
+    const std::vector<uint32_t> wide = {0xD800, 0x110000, 0xFFFFFFFF, L'k'};
 #else  // UTF-16 units: lone surrogates are the only units that are no characters
-    const std::vector<uint32_t> units = {0xDFFF, 0xDC00, 0xD800, L'k'};
+    const std::vector<uint32_t> wide = {0xDFFF, 0xDC00, 0xD800, L'k'};
 #endif
     ULOString invalid;
-    for (uint32_t u : units) {
+    for (uint32_t u : wide) {
         invalid += static_cast<wchar_t>(u);
     }
     EXPECT_EQ(invalid.ToUtf16(), (std::u16string{r, r, r, u'k'}));

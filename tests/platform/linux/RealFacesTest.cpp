@@ -1,24 +1,25 @@
 // The Linux font engine and ULOFont on the project's test fonts, through private fontconfig
 // configurations: enumeration, face resolution, metrics, kerning, and widths against what FreeType's
-// classic interpreter reports for the chosen face.
+// classic interpreter reports for the chosen face; the engine's batched advances (glyphs hinted once
+// each, large batches shared by two threads with a face each) against one plain FreeType load per
+// code point, in code-point order, with the engine's load flags, in a library of the test's own.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cwchar>
 #include <map>
 
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
 #include "font/TestFonts.h"
 #include "platform/linux/FaceCatalogue.h"
 #include "platform/linux/SfntFacts.h"
+#include "toolslib/MultiProc.h"
 #include "ulogui/Font.h"
 
 using namespace ulogui::platform;
-using testfonts::Advances;
-using testfonts::DejaVu;
-using testfonts::FullEngine;
-using testfonts::LatinEngine;
-using testfonts::Liberation;
-using testfonts::MakeFont;
+using namespace testfonts;
 
 namespace {
 
@@ -34,7 +35,7 @@ std::vector<FaceInfo> Enumerate(FontEngine& engine, uint8_t charSet) {
 // A ULOFont's cached widths against the classic advances of the face file (control characters 0).
 void ExpectWidths(const ULOFont& font, const std::string& file, unsigned ppem, unsigned first,
                   unsigned last) {
-    const std::vector<int> expected = testfonts::ClassicAdvances(file, ppem, first, last);
+    const std::vector<int> expected = ClassicAdvances(file, ppem, first, last);
     ASSERT_EQ(last - first + 1, expected.size());
     for (unsigned c = first; c <= last; ++c) {
         const float want = c < 32 ? 0.0f : static_cast<float>(expected[c - first]);
@@ -42,9 +43,25 @@ void ExpectWidths(const ULOFont& font, const std::string& file, unsigned ppem, u
     }
 }
 
+// One plain load per code point, in code order, with the engine's load flags.
+std::vector<int> PlainAdvances(const std::string& file, unsigned ppem, uint32_t first, uint32_t last) {
+    return ClassicAdvances(file, ppem, first, last,
+                           FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH);
+}
+
+std::shared_ptr<PlatformFont> Ipaex(FontEngine& engine, int height, int weight = 400) {
+    return MakeFont(engine, L"IPAexGothic", height, charset::kShiftJis, weight);
+}
+
+// Restores the thread cap a test changed.
+struct ThreadCap {
+    explicit ThreadCap(int threads) { tools::multiproc::SetMaxJobThreadAllowed(threads); }
+    ~ThreadCap() { tools::multiproc::SetMaxJobThreadAllowed(0); }
+};
+
 }  // namespace
 
-TEST(FontEngineEnumeration, OneReportPerFamilyWithPitchAndFamilyInAStableOrder) {
+TEST(FontEngineEnumeration, OneReportPerFamilyInAStableOrderWithCharacterSetsFromTheCodePageBits) {
     const std::vector<FaceInfo> ansi = Enumerate(*LatinEngine(), charset::kAnsi);
     std::map<std::wstring, int> families;  // pitch and family of the TrueType reports for character set 0
     std::vector<ULOString> names, again;
@@ -58,7 +75,7 @@ TEST(FontEngineEnumeration, OneReportPerFamilyWithPitchAndFamilyInAStableOrder) 
     };
     EXPECT_EQ(families, expected);
     EXPECT_EQ(families.size(), ansi.size());  // one report per family, whatever the number of styles
-    for (const FaceInfo& f : Enumerate(*testfonts::MakeEngine(testfonts::LatinFiles()), charset::kAnsi)) {
+    for (const FaceInfo& f : Enumerate(*MakeEngine(LatinFiles()), charset::kAnsi)) {
         again.push_back(f.faceName);
     }
     EXPECT_EQ(names, again);
@@ -74,27 +91,24 @@ TEST(FontEngineEnumeration, OneReportPerFamilyWithPitchAndFamilyInAStableOrder) 
     int visits = 0;  // the visitor ends the enumeration
     LatinEngine()->EnumerateFaces(charset::kDefault, [&](const FaceInfo&) { return ++visits < 2; });
     EXPECT_EQ(2, visits);
-    EXPECT_TRUE(Enumerate(*testfonts::MakeEngine({}), charset::kDefault).empty());
-    EXPECT_EQ(nullptr, MakeFont(*testfonts::MakeEngine({}), L"DejaVu Sans", 12));
-}
-
-TEST(FontEngineEnumeration, CharacterSetsComeFromTheCodePageBits) {
+    EXPECT_TRUE(Enumerate(*MakeEngine({}), charset::kDefault).empty());
+    EXPECT_EQ(nullptr, MakeFont(*MakeEngine({}), L"DejaVu Sans", 12));
     REQUIRE_CJK_FONTS();
     // IPAex Gothic declares Latin-1 and JIS; AR PL SungtiL GB declares GB2312 only; DejaVu Sans
     // Latin-1, Cyrillic, Greek and others.
-    auto names = [](uint8_t charSet) {
+    auto listed = [](uint8_t charSet) {
         std::wstring list;
         for (const FaceInfo& f : Enumerate(*FullEngine(), charSet)) {
             list += f.faceName + (f.pitchAndFamily == 0x22 ? L";" : L"(not 0x22);");
         }
         return list;
     };
-    EXPECT_EQ(L"IPAexGothic;", names(charset::kShiftJis));
-    EXPECT_EQ(L"AR PL SungtiL GB;", names(charset::kGb2312));
-    EXPECT_NE(std::wstring::npos, names(charset::kAnsi).find(L"IPAexGothic;"));
-    EXPECT_EQ(std::wstring::npos, names(charset::kAnsi).find(L"AR PL"));
+    EXPECT_EQ(L"IPAexGothic;", listed(charset::kShiftJis));
+    EXPECT_EQ(L"AR PL SungtiL GB;", listed(charset::kGb2312));
+    EXPECT_NE(std::wstring::npos, listed(charset::kAnsi).find(L"IPAexGothic;"));
+    EXPECT_EQ(std::wstring::npos, listed(charset::kAnsi).find(L"AR PL"));
     for (uint8_t charSet : {charset::kGreek, charset::kRussian}) {
-        EXPECT_NE(std::wstring::npos, names(charSet).find(L"DejaVu Sans;")) << int(charSet);
+        EXPECT_NE(std::wstring::npos, listed(charSet).find(L"DejaVu Sans;")) << int(charSet);
     }
     const std::vector<FaceInfo> all = Enumerate(*FullEngine(), charset::kDefault);
     EXPECT_TRUE(std::any_of(all.begin(), all.end(), [](const FaceInfo& f) {
@@ -103,7 +117,46 @@ TEST(FontEngineEnumeration, CharacterSetsComeFromTheCodePageBits) {
     EXPECT_TRUE(Enumerate(*LatinEngine(), charset::kShiftJis).empty());
 }
 
-TEST(FontEngineFonts, HeightsChooseTheSizeAndVerticalMetricsTheClassicEngineChooses) {
+TEST(FontEngineFonts, SizesAdvancesKerningStylesAndNamesAreTheClassicEnginesAndOutliveTheEngine) {
+    const std::tuple<const wchar_t*, std::string, int> faces[] = {
+        {L"DejaVu Sans", DejaVu("DejaVuSans.ttf"), 400},
+        {L"Liberation Sans", Liberation("LiberationSans-Regular.ttf"), 400},
+        {L"DejaVu Serif", DejaVu("DejaVuSerif.ttf"), 400},
+        {L"DejaVu Sans", DejaVu("DejaVuSans-Bold.ttf"), 700},
+    };
+    for (const auto& [face, file, weight] : faces) {
+        for (unsigned ppem = 8; ppem <= 24; ++ppem) {
+            auto font = MakeFont(*LatinEngine(), face, -static_cast<int>(ppem), 0, weight);
+            ASSERT_EQ(ClassicAdvances(file, ppem, 0, 0x2FF), Advances(*font, 0, 0x2FF))
+                << file << " at " << ppem << " px";
+        }
+    }
+    // Characters without a glyph take the missing glyph's advance (U+E000, private use, is not mapped).
+    auto font = MakeFont(*LatinEngine(), L"Liberation Sans", -16);
+    const std::vector<int> notdef =
+        ClassicAdvances(Liberation("LiberationSans-Regular.ttf"), 16, 0xE000, 0xE000);
+    for (uint32_t c : {0x4E00u, 0x10FFFFu, 9u}) {  // a tab has no glyph either
+        EXPECT_EQ(notdef, Advances(*font, c, c)) << c;
+    }
+    {
+        auto engine = MakeEngine({DejaVu("DejaVuSans.ttf")});
+        font = MakeFont(*engine, L"DejaVu Sans", -12);
+        EXPECT_NE(Advances(*font, 'M', 'M'), Advances(*MakeFont(*engine, L"DejaVu Sans", -30), 'M', 'M'));
+    }
+    EXPECT_EQ(ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
+    auto avAmount = [](const std::vector<KerningPair>& pairs) {
+        const auto av = std::find_if(pairs.begin(), pairs.end(),
+                                     [](const KerningPair& p) { return p.first == 'A' && p.second == 'V'; });
+        return av == pairs.end() ? 0 : av->amount;
+    };
+    const std::vector<KerningPair> pairs = MakeFont(*LatinEngine(), L"DejaVu Sans", -21)->GetKerningPairs();
+    EXPECT_EQ(2727u, pairs.size());
+    EXPECT_EQ(907u, MakeFont(*LatinEngine(), L"Liberation Sans", 24)->GetKerningPairs().size());
+    EXPECT_TRUE(MakeFont(*LatinEngine(), L"DejaVu Sans Mono", 24)->GetKerningPairs().empty());
+    EXPECT_LT(avAmount(pairs), 0);
+    // Larger sizes kern more: the same pair at 4x the size.
+    EXPECT_LT(avAmount(MakeFont(*LatinEngine(), L"DejaVu Sans", -84)->GetKerningPairs()),
+              avAmount(pairs) * 3);
     REQUIRE_LATIN_FONTS();
     struct Row {
         const wchar_t* face;
@@ -135,47 +188,6 @@ TEST(FontEngineFonts, HeightsChooseTheSizeAndVerticalMetricsTheClassicEngineChoo
     const FontMetrics bold = MakeFont(*LatinEngine(), L"Liberation Mono", 15, 0, 700)->GetMetrics();
     EXPECT_EQ(std::make_pair(regular.averageCharWidth + 1, regular.maxCharWidth + 1),
               std::make_pair(bold.averageCharWidth, bold.maxCharWidth));
-}
-
-TEST(FontEngineFonts, AdvancesAreThoseOfTheClassicTrueTypeInterpreterForTheStylesFile) {
-    const std::tuple<const wchar_t*, std::string, int> faces[] = {
-        {L"DejaVu Sans", DejaVu("DejaVuSans.ttf"), 400},
-        {L"Liberation Sans", Liberation("LiberationSans-Regular.ttf"), 400},
-        {L"DejaVu Serif", DejaVu("DejaVuSerif.ttf"), 400},
-        {L"DejaVu Sans", DejaVu("DejaVuSans-Bold.ttf"), 700},
-    };
-    for (const auto& [face, file, weight] : faces) {
-        for (unsigned ppem = 8; ppem <= 24; ++ppem) {
-            auto font = MakeFont(*LatinEngine(), face, -static_cast<int>(ppem), 0, weight);
-            ASSERT_EQ(testfonts::ClassicAdvances(file, ppem, 0, 0x2FF), Advances(*font, 0, 0x2FF))
-                << file << " at " << ppem << " px";
-        }
-    }
-    // Characters without a glyph take the missing glyph's advance (U+E000, private use, is not mapped).
-    auto font = MakeFont(*LatinEngine(), L"Liberation Sans", -16);
-    const std::vector<int> notdef =
-        testfonts::ClassicAdvances(Liberation("LiberationSans-Regular.ttf"), 16, 0xE000, 0xE000);
-    for (uint32_t c : {0x4E00u, 0x10FFFFu, 9u}) {  // a tab has no glyph either
-        EXPECT_EQ(notdef, Advances(*font, c, c)) << c;
-    }
-}
-
-TEST(FontEngineFonts, NamesIgnoreCaseMissingFacesAreSubstitutedAndTheCharacterSetOutweighsTheName) {
-    EXPECT_EQ(L"DejaVu Sans", MakeFont(*LatinEngine(), L"dejavu SANS", 12)->GetFaceName());
-    const ULOString substitute = MakeFont(*LatinEngine(), L"No Such Face", 12)->GetFaceName();
-    EXPECT_NE(L"No Such Face", substitute);
-    EXPECT_FALSE(substitute.empty());
-    // With no face for the set, the named face is still made.
-    EXPECT_EQ(L"DejaVu Sans",
-              MakeFont(*LatinEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
-    REQUIRE_CJK_FONTS();
-    EXPECT_EQ(L"IPAexGothic", MakeFont(*FullEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
-    EXPECT_EQ(L"IPAexGothic", MakeFont(*FullEngine(), L"MS Gothic", 12, charset::kShiftJis)->GetFaceName());
-    EXPECT_EQ(L"AR PL SungtiL GB", MakeFont(*FullEngine(), L"SimSun", 12, charset::kGb2312)->GetFaceName());
-    EXPECT_EQ(L"DejaVu Sans", MakeFont(*FullEngine(), L"DejaVu Sans", 12, charset::kDefault)->GetFaceName());
-}
-
-TEST(FontEngineFonts, StylesPickTheMatchingFileOrAreSynthesised) {
     auto* engine = LatinEngine().get();
     FontRequest request;
     request.faceName = L"DejaVu Sans";
@@ -190,65 +202,43 @@ TEST(FontEngineFonts, StylesPickTheMatchingFileOrAreSynthesised) {
         EXPECT_EQ(DejaVu(file), engine->ResolveFace(request)->path);
     }
     // Liberation Mono has no bold file here: bold is synthesised, one pixel wider per glyph.
-    const std::vector<int> regular = Advances(*MakeFont(*engine, L"Liberation Mono", -15), 0x20, 0x7E);
+    const std::vector<int> plainMono = Advances(*MakeFont(*engine, L"Liberation Mono", -15), 0x20, 0x7E);
     auto emboldened = MakeFont(*engine, L"Liberation Mono", -15, 0, 700);
-    std::vector<int> widened(regular.size());
-    std::transform(regular.begin(), regular.end(), widened.begin(), [](int w) { return w + 1; });
+    std::vector<int> widened(plainMono.size());
+    std::transform(plainMono.begin(), plainMono.end(), widened.begin(), [](int w) { return w + 1; });
     EXPECT_EQ(widened, Advances(*emboldened, 0x20, 0x7E));
     EXPECT_EQ(700, emboldened->GetMetrics().weight);
-}
-
-TEST(FontEngineFonts, KerningPairsComeFromTheFormatZeroTable) {
-    auto avAmount = [](const std::vector<KerningPair>& pairs) {
-        const auto av = std::find_if(pairs.begin(), pairs.end(),
-                                     [](const KerningPair& p) { return p.first == 'A' && p.second == 'V'; });
-        return av == pairs.end() ? 0 : av->amount;
-    };
-    const std::vector<KerningPair> pairs = MakeFont(*LatinEngine(), L"DejaVu Sans", -21)->GetKerningPairs();
-    EXPECT_EQ(2727u, pairs.size());
-    EXPECT_EQ(907u, MakeFont(*LatinEngine(), L"Liberation Sans", 24)->GetKerningPairs().size());
-    EXPECT_TRUE(MakeFont(*LatinEngine(), L"DejaVu Sans Mono", 24)->GetKerningPairs().empty());
-    EXPECT_LT(avAmount(pairs), 0);
-    // Larger sizes kern more: the same pair at 4x the size.
-    EXPECT_LT(avAmount(MakeFont(*LatinEngine(), L"DejaVu Sans", -84)->GetKerningPairs()),
-              avAmount(pairs) * 3);
-}
-
-TEST(FontEngineFonts, SurviveTheirEngineAndFaceSharing) {
-    std::shared_ptr<PlatformFont> font;
-    {
-        auto engine = testfonts::MakeEngine({DejaVu("DejaVuSans.ttf")});
-        font = MakeFont(*engine, L"DejaVu Sans", -12);
-        EXPECT_NE(Advances(*font, 'M', 'M'), Advances(*MakeFont(*engine, L"DejaVu Sans", -30), 'M', 'M'));
-    }
-    EXPECT_EQ(testfonts::ClassicAdvances(DejaVu("DejaVuSans.ttf"), 12, 'A', 'Z'), Advances(*font, 'A', 'Z'));
-}
-
-TEST(FontOnRealFaces, ThePreferredAvailableFaceIsChosenAndMeasured) {
-    testfonts::ScopedEngine scoped(LatinEngine());
-    ULOFont font({L"No Such Face", L"Liberation Sans", L"DejaVu Sans"}, 16, 0, 2.0f, false, false, false);
-    ASSERT_TRUE(font.IsValid());
-    EXPECT_EQ(L"Liberation Sans", font.GetChosenFace());
-    // A cell height of 16 is 14 pixels per em for Liberation Sans.
-    ASSERT_EQ(14u, ft::PixelsPerEmForHeight(16, ft::VerticalDesign{2048, 1854, 434}));
-    ExpectWidths(font, Liberation("LiberationSans-Regular.ttf"), 14, 0, 255);
-    EXPECT_EQ(font.GetCharWidthW(L'W', true) / 2.0f, font.GetCharWidthW(L'W', false));
-    // A missing double-byte face is reported; the platform still made a font of some face.
-    ULOFont japanese({L"MS Gothic"}, 16, 3, 1.0f, false, false, false);
-    EXPECT_FALSE(japanese.IsNonANSIFontOK());
-    EXPECT_EQ(L"MS Gothic", japanese.GetChosenFace());
-    EXPECT_TRUE(japanese.IsValid());
-    EXPECT_TRUE(ULOFont({L"MS Gothic"}, 16, 0, 1.0f, false, false, false).IsNonANSIFontOK());
-}
-
-TEST(FontOnRealFaces, DoubleByteFontsFindTheirFaceAndCacheTheIdeographs) {
+    EXPECT_EQ(L"DejaVu Sans", MakeFont(*LatinEngine(), L"dejavu SANS", 12)->GetFaceName());
+    const ULOString substitute = MakeFont(*LatinEngine(), L"No Such Face", 12)->GetFaceName();
+    EXPECT_NE(L"No Such Face", substitute);
+    EXPECT_FALSE(substitute.empty());
+    // With no face for the set, the named face is still made.
+    EXPECT_EQ(L"DejaVu Sans",
+              MakeFont(*LatinEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
     REQUIRE_CJK_FONTS();
-    testfonts::ScopedEngine scoped(FullEngine());
+    EXPECT_EQ(L"IPAexGothic", MakeFont(*FullEngine(), L"DejaVu Sans", 12, charset::kShiftJis)->GetFaceName());
+    EXPECT_EQ(L"IPAexGothic", MakeFont(*FullEngine(), L"MS Gothic", 12, charset::kShiftJis)->GetFaceName());
+    EXPECT_EQ(L"AR PL SungtiL GB", MakeFont(*FullEngine(), L"SimSun", 12, charset::kGb2312)->GetFaceName());
+    EXPECT_EQ(L"DejaVu Sans", MakeFont(*FullEngine(), L"DejaVu Sans", 12, charset::kDefault)->GetFaceName());
+}
+
+// The widths of a font on a Latin face follow from those of its engine font (FontObject) and the
+// engine's advances and sizes (above); a double-byte face's widths are compared here.
+TEST(FontOnRealFaces, ThePreferredAvailableFaceIsChosenAndDoubleByteFontsCacheTheIdeographs) {
+    {
+        ScopedEngine scoped(LatinEngine());
+        const ULOFont font({L"No Such Face", L"Liberation Sans", L"DejaVu Sans"}, 16, 0, 2.0f, false, false,
+                           false);
+        ASSERT_TRUE(font.IsValid());
+        EXPECT_EQ(L"Liberation Sans", font.GetChosenFace());
+    }
+    REQUIRE_CJK_FONTS();
+    ScopedEngine scoped(FullEngine());
     ULOFont japanese({L"MS UI Gothic"}, -16, 3, 1.0f, false, false, false);
     EXPECT_TRUE(japanese.IsNonANSIFontOK());
     EXPECT_EQ(L"IPAexGothic", japanese.GetChosenFace());  // the only JIS face, sans like the wanted one
     ASSERT_TRUE(japanese.HasUnicodeExtraWidths());
-    const std::string file = testfonts::IpaexGothic();
+    const std::string file = IpaexGothic();
     ExpectWidths(japanese, file, 16, 0x3000, 0x30FF);  // punctuation, kana
     ExpectWidths(japanese, file, 16, 0x4E00, 0x4FFF);  // ideographs
     ExpectWidths(japanese, file, 16, 0xFF00, 0xFFEF);  // full- and half-width forms
@@ -257,5 +247,33 @@ TEST(FontOnRealFaces, DoubleByteFontsFindTheirFaceAndCacheTheIdeographs) {
     ULOFont chinese({L"SimSun", L"AR PL SungtiL GB"}, -14, 7, 1.0f, false, false, false);
     EXPECT_TRUE(chinese.IsNonANSIFontOK());
     EXPECT_EQ(L"AR PL SungtiL GB", chinese.GetChosenFace());
-    ExpectWidths(chinese, testfonts::ArphicGb(), 14, 0x4E00, 0x4EFF);
+    ExpectWidths(chinese, ArphicGb(), 14, 0x4E00, 0x4EFF);
+}
+
+// The ranges a Japanese font fills, at two sizes, with two threads and with one; a small run first
+// leaves part of the glyphs known, so the large batch mixes cached and new glyphs.
+TEST(FontEngineAdvanceBatches, EveryCjkWidthEqualsThePlainPerGlyphLoad) {
+    REQUIRE_CJK_FONTS();
+    const std::string file = IpaexGothic();
+    const std::pair<uint32_t, uint32_t> ranges[] = {
+        {0x4E00, 0x4E7F}, {0x3000, 0x9FFF}, {0xF900, 0xFFEF}, {0, 255}};
+    for (const int threads : {0, 1}) {
+        ThreadCap cap(threads);
+        for (const int height : {-16, -11}) {
+            auto engine = MakeEngine({file});
+            auto font = Ipaex(*engine, height);
+            ASSERT_TRUE(font);
+            const unsigned ppem = font->GetMetrics().pixelsPerEm;
+            SCOPED_TRACE(testing::Message() << "threads cap " << threads << ", ppem " << ppem);
+            for (const auto& [first, last] : ranges) {
+                EXPECT_EQ(PlainAdvances(file, ppem, first, last), Advances(*font, first, last))
+                    << std::hex << first;
+            }
+            // A second font of the size reads the cache; synthesised bold adds its pixel to each.
+            std::vector<int> widened = PlainAdvances(file, ppem, 0x3000, 0x9FFF);
+            EXPECT_EQ(widened, Advances(*Ipaex(*engine, height), 0x3000, 0x9FFF));
+            std::transform(widened.begin(), widened.end(), widened.begin(), [](int w) { return w + 1; });
+            EXPECT_EQ(widened, Advances(*Ipaex(*engine, height, 700), 0x3000, 0x9FFF));
+        }
+    }
 }

@@ -24,34 +24,6 @@ namespace platform = ulogui::platform;
 namespace ft = ulogui::platform::ft;
 namespace dt = ulogui::platform::drawtext;
 
-TEST(TextLines, LineEndsAndPrefixes) {
-    // "|" between lines, "_" before the marked character.
-    const std::pair<const wchar_t*, const char*> cases[] = {
-        {L"a\r\nb\n\rc", "a|b|c"}, {L"a\r\rb\n\nc", "a||b||c"},
-        {L"a\nb\n", "a|b"},        {L"&File && Edit", "_File & Edit"},
-        {L"a&b&c&", "a_bc&"},      {L"&&&x", "&_x"},
-        {L"x&\ny", "x&|y"},
-    };
-    for (const auto& c : cases) {
-        const size_t length = std::wcslen(c.first);
-        std::string out;
-        ft::DrawnLine line;
-        for (size_t pos = 0; pos < length;) {
-            const ft::LineSpan span = ft::NextLine(c.first, length, pos);
-            ft::PrepareLine(c.first + span.begin, c.first + span.end, true, line);
-            out += pos == 0 ? "" : "|";
-            for (size_t i = 0; i < line.codes.size(); ++i) {
-                out += (std::ptrdiff_t(i) == line.marked ? "_" : "") + std::string(1, char(line.codes[i]));
-            }
-            pos = span.next;
-        }
-        EXPECT_EQ(out, c.second);
-    }
-    ft::DrawnLine line;
-    ft::PrepareLine(L"&a", L"&a" + 2, false, line);
-    EXPECT_EQ(line.codes.size() * 10 + size_t(line.marked + 1), 20u);  // no prefixes: "&a", unmarked
-}
-
 // A scripted font: cell height 10, ascent 8. A character c advances (c % 4) + 3 pixels ("a" 4, "b" 5,
 // "c" 6); its glyph is a bar one pixel wide at its pen position, of level c % 17 (16 for letters), from
 // the cell's top to the baseline.
@@ -77,8 +49,6 @@ public:
     }
 };
 
-constexpr unsigned char kPaper = 0xEE;  // every byte of an untouched pixel
-
 struct Section {
     explicit Section(int w = 20, unsigned char paper = 0xEE) : width(w), bytes(size_t(w) * 22 * 4, paper) {}
     ulogui::raster::RasterView View() {
@@ -93,7 +63,7 @@ struct Section {
 // by the cell height, cut at the rectangle's bottom, and no line after the first that reaches past it.
 // The opaque cell is the advances wide and the cell high, cut by the rectangle. The font's lines:
 // underline top 8 + 1 - 0 = 9, strike-out 8 - 3 - 1 = 4 (2 rows).
-TEST(SectionText, Layout) {
+TEST(SectionText, LinesPrefixesLayoutCoverageLevelsAndTheBlendsRowsMatchTheScalarReference) {
     enum { kOpaque = 1, kUnderline = 2, kStrikeOut = 4 };
     const struct {
         const char* name;
@@ -125,9 +95,6 @@ TEST(SectionText, Layout) {
         images.push_back({c.name, s.width, 22, 4, s.bytes});
     }
     golden::ExpectMatches("platform/section-text", images);
-}
-
-TEST(SectionText, CoverageLevelsBlackOnWhite) {
     // U+0100 + k is a bar of level k + 1, advancing 3, 4, 5, 6 in turn.
     std::wstring text;
     for (wchar_t k = 0; k < 16; ++k) {
@@ -144,9 +111,6 @@ TEST(SectionText, CoverageLevelsBlackOnWhite) {
         EXPECT_EQ(std::vector<int>(p, p + 4), std::vector<int>({expected[k], expected[k], expected[k], 0}))
             << k;
     }
-}
-
-TEST(LevelBlend, RowsMatchTheScalarReference) {
     std::mt19937 random(5);
     for (int round = 0; round < 300; ++round) {
         const ft::LevelBlend blend(CLR(random() % 256, random() % 256, random() % 256));
@@ -158,6 +122,31 @@ TEST(LevelBlend, RowsMatchTheScalarReference) {
         blend.RowScalar(reference.data(), levels.data(), static_cast<int>(levels.size()));
         ASSERT_EQ(pixels, reference) << round;
     }
+    // "|" between lines, "_" before the marked character.
+    const std::pair<const wchar_t*, const char*> lines[] = {
+        {L"a\r\nb\n\rc", "a|b|c"}, {L"a\r\rb\n\nc", "a||b||c"},
+        {L"a\nb\n", "a|b"},        {L"&File && Edit", "_File & Edit"},
+        {L"a&b&c&", "a_bc&"},      {L"&&&x", "&_x"},
+        {L"x&\ny", "x&|y"},
+    };
+    for (const auto& c : lines) {
+        const size_t length = std::wcslen(c.first);
+        std::string out;
+        ft::DrawnLine line;
+        for (size_t pos = 0; pos < length;) {
+            const ft::LineSpan span = ft::NextLine(c.first, length, pos);
+            ft::PrepareLine(c.first + span.begin, c.first + span.end, true, line);
+            out += pos == 0 ? "" : "|";
+            for (size_t i = 0; i < line.codes.size(); ++i) {
+                out += (std::ptrdiff_t(i) == line.marked ? "_" : "") + std::string(1, char(line.codes[i]));
+            }
+            pos = span.next;
+        }
+        EXPECT_EQ(out, c.second);
+    }
+    ft::DrawnLine line;
+    ft::PrepareLine(L"&a", L"&a" + 2, false, line);
+    EXPECT_EQ(line.codes.size() * 10 + size_t(line.marked + 1), 20u);  // no prefixes: "&a", unmarked
 }
 
 std::vector<platform::GlyphImagePtr> Images(const platform::PlatformFont& font,
@@ -176,7 +165,7 @@ std::vector<uint32_t> Printable() {
     return codes;
 }
 
-TEST(GlyphImages, OncePerFaceSizeAndStyleWithTheWidthTablesAdvances) {
+TEST(GlyphImages, OncePerFaceSizeAndStyleWithTheWidthTablesAdvancesSharedByThreads) {
     REQUIRE_LATIN_FONTS();
     // Liberation Sans asks for no grey from 9 to 16 pixels per em ('gasp'); DejaVu Sans always for grey.
     const struct {
@@ -204,9 +193,33 @@ TEST(GlyphImages, OncePerFaceSizeAndStyleWithTheWidthTablesAdvances) {
         }
         EXPECT_EQ(between, c.grey) << c.height;
     }
+    // Threads share the cache, also while its images come and go.
+    const auto shared = testfonts::MakeFont(*testfonts::LatinEngine(), L"DejaVu Sans", 17);
+    std::vector<std::vector<uint8_t>> reference;
+    for (const auto& image : Images(*shared, Printable())) {
+        reference.push_back(image->levels);
+    }
+    ft::GlyphCache& cache = ft::GlyphCache::Instance();
+    const size_t budget = cache.Budget();
+    cache.SetBudget(8 * 1024);  // images come and go while the threads draw
+    std::vector<int> mismatches(4, 0);
+    std::vector<std::thread> threads;
+    for (size_t t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int round = 0; round < 20 * 96; ++round) {
+                mismatches[t] += Images(*shared, {Printable()[size_t(round) % 96]})[0]->levels !=
+                                 reference[size_t(round) % 96];
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    cache.SetBudget(budget);
+    EXPECT_EQ(mismatches, std::vector<int>(4, 0));
 }
 
-TEST(GlyphCache, LeastRecentlyUsedLeaveFirst) {
+TEST(GlyphCache, LeastRecentlyUsedLeaveFirstAndLargeGlyphsAreNotKeptButDrawnWhereTheyShow) {
     ft::GlyphCache cache(3 * ft::GlyphCache::kEntryOverhead + 30);
     auto image = [](size_t bytes) {
         auto made = std::make_shared<platform::GlyphImage>();
@@ -227,9 +240,6 @@ TEST(GlyphCache, LeastRecentlyUsedLeaveFirst) {
     const auto big = image(1000);
     EXPECT_EQ(cache.Keep(keys[1], big), big);  // beyond the budget: handed out, not kept
     EXPECT_EQ(cache.Count(), 1u);
-}
-
-TEST(TextCanvas, LargeGlyphsDrawOnlyWhatShows) {
     REQUIRE_LATIN_FONTS();
     testfonts::ScopedEngine engine(testfonts::LatinEngine());
     platform::FontRequest request;
@@ -247,33 +257,6 @@ TEST(TextCanvas, LargeGlyphsDrawOnlyWhatShows) {
     EXPECT_EQ(std::vector<unsigned char>(bits, bits + 60 * 40 * 4),
               std::vector<unsigned char>(60 * 40 * 4, 0));
     platform::DeleteFontHandle(handle);
-}
-
-TEST(GlyphImages, ThreadsShareTheCache) {
-    REQUIRE_LATIN_FONTS();
-    const auto font = testfonts::MakeFont(*testfonts::LatinEngine(), L"DejaVu Sans", 17);
-    std::vector<std::vector<uint8_t>> reference;
-    for (const auto& image : Images(*font, Printable())) {
-        reference.push_back(image->levels);
-    }
-    ft::GlyphCache& cache = ft::GlyphCache::Instance();
-    const size_t budget = cache.Budget();
-    cache.SetBudget(8 * 1024);  // images come and go while the threads draw
-    std::vector<int> mismatches(4, 0);
-    std::vector<std::thread> threads;
-    for (size_t t = 0; t < 4; ++t) {
-        threads.emplace_back([&, t] {
-            for (int round = 0; round < 20 * 96; ++round) {
-                mismatches[t] += Images(*font, {Printable()[size_t(round) % 96]})[0]->levels !=
-                                 reference[size_t(round) % 96];
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    cache.SetBudget(budget);
-    EXPECT_EQ(mismatches, std::vector<int>(4, 0));
 }
 
 }  // namespace

@@ -159,25 +159,22 @@ INSTANTIATE_TEST_SUITE_P(
         Transfer{"SharedMemory32BitWindow", {}, true, true, true}),
     [](const ::testing::TestParamInfo<Transfer>& p) { return std::string(p.param.name); });
 
-uint32_t ResultOf(const ulo::ErrorCode& error) {
-    return error.GetResultCode();
-}
-
 TEST(X11DeviceErrorTest, MissingDisplaysWindowsAndServersAreReported) {
     std::unique_ptr<X11Device> device;
     for (const std::string& display : {ulotest::UnusedDisplay(), std::string("no display")}) {
         const ulo::ErrorCode error = X11Device::OpenWindow(display.c_str(), 10, 10, "", device);
-        EXPECT_EQ(ResultOf(error), 0x80070037u) << display;  // ERROR_DEV_NOT_EXIST
+        EXPECT_EQ(error.GetResultCode(), 0x80070037u) << display;  // ERROR_DEV_NOT_EXIST
         EXPECT_EQ(error.GetMessage().ToUtf8().rfind("No X display was found at \"" + display + "\": ", 0), 0u)
             << error.GetMessage().ToUtf8();
         EXPECT_EQ(device, nullptr);
     }
-    EXPECT_EQ(ResultOf(X11Device::Attach(nullptr, 1, device)), 0x80070037u);
+    EXPECT_EQ(X11Device::Attach(nullptr, 1, device).GetResultCode(), 0x80070037u);
 
     auto server = std::make_unique<ulotest::XvfbServer>(64, 64);
     ASSERT_FALSE(server->Display().empty()) << server->Problem();
-    EXPECT_EQ(ResultOf(X11Device::Open(server->Display().c_str(), 0x7FFFFF, device)), 0x80070006u);
-    EXPECT_EQ(ResultOf(X11Device::OpenWindow(server->Display().c_str(), 0, 10, "", device)), 0x80070057u);
+    EXPECT_EQ(X11Device::Open(server->Display().c_str(), 0x7FFFFF, device).GetResultCode(), 0x80070006u);
+    EXPECT_EQ(X11Device::OpenWindow(server->Display().c_str(), 0, 10, "", device).GetResultCode(),
+              0x80070057u);
 
     // A window destroyed behind the device's back: the put fails on the server, Finish says so once.
     ULOPictureBits picture(ULOSize(8, 8), PICTBITS_ALPHA);
@@ -186,14 +183,14 @@ TEST(X11DeviceErrorTest, MissingDisplaysWindowsAndServersAreReported) {
     ASSERT_TRUE(opened.IsOk()) << opened.GetMessage().ToUtf8();
     xcb_destroy_window(device->GetConnection(), device->GetWindow());
     picture.SetToDevice(device.get(), nullptr, 0, 0);
-    EXPECT_EQ(ResultOf(device->Finish()), 0x80070006u);
+    EXPECT_EQ(device->Finish().GetResultCode(), 0x80070006u);
     EXPECT_TRUE(device->Finish().IsOk());
 
     // The server goes away: drawing does nothing, reads give white, Finish reports the lost display.
     server.reset();
     picture.SetToDevice(device.get(), nullptr, 0, 0);
     EXPECT_EQ(device->GetPixel(0, 0), CLR(255, 255, 255));
-    EXPECT_EQ(ResultOf(device->Finish()), 0x80070037u);
+    EXPECT_EQ(device->Finish().GetResultCode(), 0x80070037u);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// The resource builder end to end: PNG files and a manifest in, a bitmap resource file out, listed
-// and unpacked again, and its errors.
+// The resource builder: PNG files and a manifest in, a bitmap resource file out, listed and unpacked
+// again through the program, and its errors; the font commands, manifests in and font resource
+// files out, through the library of the commands.
 #include <gtest/gtest.h>
 #include <png.h>
 #if defined(_WIN32)
@@ -11,20 +12,21 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "FontCommands.h"
+#include "PngFile.h"
+#include "ToolError.h"
+#include "font/FontFiles.h"
 #include "ulogui/Picture.h"
-#include "ulolib/TempDir.h"
 
 namespace {
 
-struct Rgba {
-    int width = 0;
-    int height = 0;
-    std::vector<unsigned char> pixels;  // top row first, red, green, blue, opacity
-    const unsigned char* At(int x, int y) const { return &pixels[(static_cast<size_t>(y) * width + x) * 4]; }
-};
+using Rgba = ulores::RgbaImage;
 
 Rgba Pattern(int width, int height, int seed) {
     Rgba image{width, height, std::vector<unsigned char>(static_cast<size_t>(width) * height * 4)};
@@ -34,6 +36,8 @@ Rgba Pattern(int width, int height, int seed) {
     return image;
 }
 
+// The inputs are written by libpng directly, the outputs read by the program's own reader (the
+// pixels the library reads from the packed file anchor the channels and rows in between).
 void WritePng(const std::string& path, const Rgba& image) {
     png_image png{};
     png.version = PNG_IMAGE_VERSION;
@@ -41,22 +45,6 @@ void WritePng(const std::string& path, const Rgba& image) {
     png.height = static_cast<png_uint_32>(image.height);
     png.format = PNG_FORMAT_RGBA;
     ASSERT_TRUE(png_image_write_to_file(&png, path.c_str(), 0, image.pixels.data(), 0, nullptr)) << path;
-}
-
-Rgba ReadPng(const std::string& path) {
-    png_image png{};
-    png.version = PNG_IMAGE_VERSION;
-    Rgba image;
-    if (!png_image_begin_read_from_file(&png, path.c_str())) {
-        ADD_FAILURE() << path << ": " << png.message;
-        return image;
-    }
-    png.format = PNG_FORMAT_RGBA;
-    image.width = static_cast<int>(png.width);
-    image.height = static_cast<int>(png.height);
-    image.pixels.resize(PNG_IMAGE_SIZE(png));
-    EXPECT_TRUE(png_image_finish_read(&png, nullptr, image.pixels.data(), 0, nullptr)) << path;
-    return image;
 }
 
 // Columns [x0, x0 + width) of an image.
@@ -84,6 +72,15 @@ struct Result {
     int status = -1;
     std::string output;
 };
+
+std::string Error(const std::function<void()>& run) {
+    try {
+        run();
+    } catch (const ulores::ToolError& e) {
+        return e.what();
+    }
+    return "";
+}
 
 class UloresTest : public ::testing::Test {
 protected:
@@ -145,7 +142,7 @@ protected:
     TempDir dir_;
 };
 
-TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
+TEST_F(UloresTest, PackedPicturesExtractToTheSamePixelsAndErrorsNameTheLinePictureOrFile) {
     auto png = [this](const char* name, const Rgba& image) {
         WritePng(Path(name), image);
         return image;
@@ -197,7 +194,7 @@ TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
         SCOPED_TRACE(e.arguments);
         const Result r = Run("extract " + Path("out.urb") + " " + e.arguments + " -o " + Path("x.png"));
         ASSERT_EQ(r.status, 0) << r.output;
-        const Rgba back = ReadPng(Path("x.png"));
+        const Rgba back = ulores::ReadPng(Path("x.png"));
         EXPECT_EQ(std::make_pair(back.width, back.height), std::make_pair(e.pixels.width, e.pixels.height));
         EXPECT_EQ(back.pixels, e.pixels.pixels);
     }
@@ -209,74 +206,144 @@ TEST_F(UloresTest, PackedPicturesExtractToTheSamePixels) {
     EXPECT_EQ((std::vector<unsigned char>{source[2], source[1], source[0],
                                           static_cast<unsigned char>(255 - source[3])}),
               std::vector<unsigned char>(picture.GetBits(), picture.GetBits() + 4));
-}
 
-TEST_F(UloresTest, ManifestErrorsNameTheLinePictureAndFile) {
-    WritePng(Path("a.png"), Pattern(4, 3, 1));
-    WritePng(Path("b.png"), Pattern(5, 3, 2));
-    dir_.Write("not-a-png.png", "hello");
-    const auto one = [](const char* picture) { return std::string("<bitmaps>") + picture + "</bitmaps>"; };
-    const std::pair<std::string, std::vector<std::string>> cases[] = {
-        {"<bitmaps>\n<picture id=\"9\" format=\"alpha32\" parts=\"2\">\n<version>\n<part file=\"a.png\"/>\n"
-         "<part file=\"b.png\"/>\n</version>\n</picture>\n</bitmaps>",
-         {"bad.xml:5:", "picture 9", "b.png", "5 x 3", "a.png", "4 x 3"}},
-        {"<bitmaps>\n<picture id=\"1\" format=\"alpha32\">\n<version file=\"a.png\">\n</bitmaps>",
-         {"bad.xml:", "not well-formed"}},
-        {one("<picture id=\"2\" format=\"rgb16\"><version file=\"a.png\"/></picture>"),
-         {"bad.xml:1:", "picture 2", "rgb16"}},
-        {"<bitmaps>\n<picture id=\"4\" format=\"rgb24\"><version "
-         "file=\"missing.png\"/></picture>\n</bitmaps>",
-         {"bad.xml:2:", "picture 4", "missing.png"}},
-        {"<bitmaps>\n<picture id=\"5\" format=\"rgb24\" parts=\"3\"><version file=\"a.png\"/></picture>\n"
-         "</bitmaps>",
-         {"bad.xml:2:", "picture 5", "a.png", "3 parts"}},
-        {"<bitmaps>\n<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n"
-         "<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n</bitmaps>",
-         {"bad.xml:3:", "picture 6", "line 2"}},
-        {one("<picture id=\"-3\" format=\"mask8\"><version file=\"a.png\"/></picture>"),
-         {"bad.xml:1:", "id=\"-3\""}},
-        {one("<picture id=\"8\" format=\"mask8\"/>"), {"picture 8", "no <version>"}},
-        {"<fonts/>", {"bad.xml", "<bitmaps>"}},
-        {one("<picture id=\"1\" format=\"mask8\"><version file=\"not-a-png.png\"/></picture>"),
-         {"bad.xml:1:", "picture 1", "not-a-png.png"}},
-    };
-    for (const auto& [manifest, mentions] : cases) {
-        ExpectPackError(manifest, mentions);
-    }
-    EXPECT_EQ(Run("pack-bitmaps " + Path("nothing.xml") + " -o " + Path("x.urb")).status, 1);
-}
-
-TEST_F(UloresTest, ExtractAndDumpRefuseWhatIsNotThere) {
-    WritePng(Path("a.png"), Pattern(4, 3, 1));
-    dir_.Write("m.xml",
-               "<bitmaps><picture id=\"2\" format=\"alpha32\" parts=\"2\">"
-               "<version file=\"a.png\"/></picture></bitmaps>");
-    ASSERT_EQ(Run("pack-bitmaps " + Path("m.xml") + " -o " + Path("f.urb")).status, 0);
-    const std::string file = Path("f.urb");
-    const std::string out = " -o " + Path("x.png");
-    for (const char* args : {" 4", " 2 --version 2", " 2 --part 2", " 2 --version 0", " -1"}) {
+    // What is not there and bad arguments.
+    const std::string file = Path("out.urb");
+    const std::string out = " -o " + Path("y.png");
+    for (const char* args : {" 4", " 7 --version 2", " 7 --part 3", " 7 --version 0", " -1"}) {
         SCOPED_TRACE(args);
         const Result r = Run("extract " + file + args + out);
         EXPECT_EQ(r.status, 1) << r.output;
-        EXPECT_NE(r.output.find("f.urb"), std::string::npos) << r.output;
-        EXPECT_FALSE(std::filesystem::exists(Path("x.png")));
+        EXPECT_NE(r.output.find("out.urb"), std::string::npos) << r.output;
+        EXPECT_FALSE(std::filesystem::exists(Path("y.png")));
     }
-    EXPECT_EQ(Run("extract " + Path("missing.urb") + " 2" + out).status, 1);
+    EXPECT_EQ(Run("extract " + Path("missing.urb") + " 7" + out).status, 1);
     EXPECT_EQ(Run("extract " + file + " two" + out).status, 2);
-    EXPECT_EQ(Run("extract " + file + " 2").status, 2);
+    EXPECT_EQ(Run("extract " + file + " 7").status, 2);
     EXPECT_EQ(Run("frobnicate").status, 2);
 
     // A record whose parts run past the end of the file.
     std::ifstream in(file, std::ios::binary);
     std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     dir_.Write("cut.urb", bytes.substr(0, bytes.size() - 10));
-    const Result dump = Run("dump " + Path("cut.urb"));
-    EXPECT_EQ(dump.status, 1);
-    EXPECT_NE(dump.output.find("picture 2: DAMAGED"), std::string::npos) << dump.output;
-    EXPECT_EQ(Run("extract " + Path("cut.urb") + " 2" + out).status, 1);
+    const Result cut = Run("dump " + Path("cut.urb"));
+    EXPECT_EQ(cut.status, 1);
+    EXPECT_NE(cut.output.find("picture 12: DAMAGED"), std::string::npos) << cut.output;
+    EXPECT_EQ(Run("extract " + Path("cut.urb") + " 12" + out).status, 1);
     EXPECT_EQ(Run("dump " + Path("missing.urb")).status, 1);
     dir_.Write("short.urb", "tiny");
     EXPECT_EQ(Run("dump " + Path("short.urb")).status, 1);
+    WritePng(Path("a.png"), Pattern(4, 3, 1));
+    WritePng(Path("b.png"), Pattern(5, 3, 2));
+    dir_.Write("not-a-png.png", "hello");
+    // Pictures between "<bitmaps>" and "</bitmaps>" on lines of their own.
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
+        {"<picture id=\"9\" format=\"alpha32\" parts=\"2\">\n<version>\n<part file=\"a.png\"/>\n"
+         "<part file=\"b.png\"/>\n</version>\n</picture>",
+         {"bad.xml:5:", "picture 9", "b.png", "5 x 3", "a.png", "4 x 3"}},
+        {"<picture id=\"1\" format=\"alpha32\">\n<version file=\"a.png\">", {"bad.xml:", "not well-formed"}},
+        {"<picture id=\"2\" format=\"rgb16\"><version file=\"a.png\"/></picture>",
+         {"bad.xml:2:", "picture 2", "rgb16"}},
+        {"<picture id=\"4\" format=\"rgb24\"><version file=\"missing.png\"/></picture>",
+         {"bad.xml:2:", "picture 4", "missing.png"}},
+        {"<picture id=\"5\" format=\"rgb24\" parts=\"3\"><version file=\"a.png\"/></picture>",
+         {"bad.xml:2:", "picture 5", "a.png", "3 parts"}},
+        {"<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>\n"
+         "<picture id=\"6\" format=\"mask8\"><version file=\"a.png\"/></picture>",
+         {"bad.xml:3:", "picture 6", "line 2"}},
+        {"<picture id=\"-3\" format=\"mask8\"><version file=\"a.png\"/></picture>",
+         {"bad.xml:2:", "id=\"-3\""}},
+        {"<picture id=\"8\" format=\"mask8\"/>", {"picture 8", "no <version>"}},
+        {"<picture id=\"1\" format=\"mask8\"><version file=\"not-a-png.png\"/></picture>",
+         {"bad.xml:2:", "picture 1", "not-a-png.png"}},
+    };
+    for (const auto& [pictures, mentions] : cases) {
+        ExpectPackError("<bitmaps>\n" + pictures + "\n</bitmaps>", mentions);
+    }
+    ExpectPackError("<fonts/>", {"bad.xml", "<bitmaps>"});
+    EXPECT_EQ(Run("pack-bitmaps " + Path("nothing.xml") + " -o " + Path("x.urb")).status, 1);
+}
+
+using FontTool = UloresTest;
+
+TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReadsAndErrorsNameTheLineOrRecordAndTheProblem) {
+    const std::string manifest = dir_.Write("fonts.xml", R"(<?xml version="1.0" encoding="UTF-8"?>
+<fonts>
+  <font id="0" face="Tahoma" height="11"/>
+  <font id="3" face="MS UI Gothic" height="-12" weight="700" italic="1" underline="1" strikeout="1"
+        family="0x30" pitch="1" name="Caption &#x3042;" ignoreHeightExt="0" heightExt="14">
+    <alternative face="Meiryo UI"/>
+    <alternative face="Tahoma"/>
+  </font>
+</fonts>)");
+    const std::string output = dir_.Path().native() + "/fonts.urf";
+    std::ostringstream log;
+    ASSERT_EQ(0, ulores::PackFonts(manifest, output, log));
+    EXPECT_NE(std::string::npos, log.str().find("2 fonts, IDs 0 to 3"));
+    ASSERT_TRUE(ulores::IsFontResourceFile(output));
+
+    std::ifstream in(output, std::ios::binary);
+    const std::vector<uint8_t> file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    ulogui::resfile::FontRecord r;
+    ASSERT_TRUE(ulogui::resfile::ReadFontRecord(file.data(), file.size(), 0, r));
+    EXPECT_EQ(L"Tahoma 11 400 --- 32 2 [] 'Tahoma' 1 11", testfonts::Describe(r));  // the defaults
+    ASSERT_TRUE(ulogui::resfile::ReadFontRecord(file.data(), file.size(), 3, r));
+    EXPECT_EQ(L"MS UI Gothic -12 700 ius 48 1 [Meiryo UI,Tahoma] 'Caption \x3042' 0 14",
+              testfonts::Describe(r));
+
+    std::ostringstream dump;
+    EXPECT_EQ(0, ulores::DumpFonts(output, dump));
+    const std::string listing = dump.str();
+    EXPECT_NE(std::string::npos, listing.find("4 table entries"));
+    EXPECT_NE(std::string::npos, listing.find("font 1: no record"));
+    EXPECT_NE(std::string::npos,
+              listing.find("\"MS UI Gothic\" height -12 weight 700 italic underline strikeout"));
+    EXPECT_NE(std::string::npos, listing.find("    alternative \"Meiryo UI\""));
+    const std::pair<const char*, const char*> cases[] = {
+        {"<fonts><font id=\"0\" height=\"11\"/></fonts>", "needs the attribute face"},
+        {"<fonts><font id=\"0\" face=\"A\"/></fonts>", "needs the attribute height"},
+        {"<fonts><font id=\"0\" face=\"A\" height=\"x\"/></fonts>", "is not a number"},
+        {"<fonts><font id=\"0\" face=\"A\" height=\"1\" italic=\"2\"/></fonts>", "italic=\"2\""},
+        {"<fonts><font id=\"70000\" face=\"A\" height=\"1\"/></fonts>", "id=\"70000\""},
+        {"<fonts>\n<font id=\"0\" face=\"A\" height=\"1\"/>\n<font id=\"0\" face=\"B\" "
+         "height=\"1\"/></fonts>",
+         ":3: the ID is already used on line 2"},
+        {"<fonts><font id=\"1\" face=\"A\" height=\"1\"/></fonts>", "no font 0"},
+        {"<fonts/>", "no <font>"},
+        {"<bitmaps/>", "root element must be <fonts>"},
+        {"<fonts><font id=\"0\" face=\"A\" height=\"1\"><picture/></font></fonts>", "unexpected <picture>"},
+        {"<fonts", "not well-formed XML"},
+    };
+    for (const auto& [xml, expected] : cases) {
+        const std::string path = dir_.Write("bad.xml", xml);
+        const std::string message = Error([&] { ulores::ReadFontManifest(path); });
+        EXPECT_NE(std::string::npos, message.find(expected)) << xml << " gave: " << message;
+    }
+    EXPECT_NE(std::string::npos, Error([&] {
+                                     ulores::ReadFontManifest(dir_.Path().native() + "/none.xml");
+                                 }).find("cannot open"));
+    std::vector<uint8_t> foreign(256, 0);  // a header that is not ours: the table ends at the first record
+    auto put = [&](uint32_t v) {
+        for (int i = 0; i < 4; ++i) {
+            foreign.push_back(static_cast<uint8_t>(v >> (8 * i)));
+        }
+    };
+    put(264);         // font 0 right after a two-entry table
+    put(0x7FFFFFF0);  // font 1 far past the end
+    put(1);
+    foreign.push_back('A');
+    foreign.push_back(0);
+    const std::string path = testfonts::WriteFile(dir_, "foreign.urf", foreign);
+    EXPECT_FALSE(ulores::IsFontResourceFile(path));
+    std::ostringstream listed;
+    EXPECT_EQ(1, ulores::DumpFonts(path, listed));
+    EXPECT_NE(std::string::npos, listed.str().find("2 table entries"));
+    EXPECT_NE(std::string::npos, listed.str().find("font 0: at 0x00000108, damaged"));
+    EXPECT_NE(std::string::npos, listed.str().find("font 1: at 0x7ffffff0, damaged"));
+    EXPECT_NE(std::string::npos,
+              Error([&] {
+                  ulores::DumpFonts(testfonts::WriteFile(dir_, "short.urf", {1, 2, 3}), listed);
+              }).find("too short"));
 }
 
 }  // namespace
