@@ -109,7 +109,7 @@ TEST(PaletteAtLoad, EveryEntryIsBlackButTextRedWhichIsGreyAndOverflowsAreNotHigh
     EXPECT_FALSE(kHighlightAtLoad);
 }
 
-TEST_F(PaletteTest, ArraysCarryTheEntriesInPaletteOrder) {
+TEST_F(PaletteTest, ArraysAndColourSetsCarryTheEntriesInPaletteOrder) {
     for (int i = 0; i < kCount; ++i) {
         *kGlobals[i] = Distinct(i);
     }
@@ -133,9 +133,6 @@ TEST_F(PaletteTest, ArraysCarryTheEntriesInPaletteOrder) {
     for (int i = 0; i < kCount; ++i) {
         EXPECT_EQ(*kGlobals[i], Distinct(i, i < 3 ? 3 : 50)) << "index " << i;
     }
-}
-
-TEST_F(PaletteTest, ColourSetFieldIsThePaletteEntryOfTheSameIndex) {
     ULOGUIColorSet set;
     for (int i = 0; i < kCount; ++i) {
         set.Field(i) = Distinct(i);

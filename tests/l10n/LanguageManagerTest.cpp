@@ -68,7 +68,7 @@ protected:
     TempDir dir_;
 };
 
-TEST_F(LanguageManagerTest, BuiltInCatalogueWithoutFile) {
+TEST_F(LanguageManagerTest, BuiltInCatalogueWithoutFileAndItsLookups) {
     LanguageManager& lm = LoadWithoutFile();
     const char* const expected[] = {
         "0 1 English en English [all;] [9;] [en;] active", "1 2 French fr French [pim;] [12;] [fr;] active",
@@ -92,10 +92,7 @@ TEST_F(LanguageManagerTest, BuiltInCatalogueWithoutFile) {
     EXPECT_EQ(lm.GetLangIDFromName(L"gERMAN", -1), 2);
     EXPECT_EQ(lm.GetLangIDFromName(L"Germa", -1), -1);
     EXPECT_EQ(lm.GetLangIDFromFolder(L"italian", -1), 4);
-}
-
-TEST_F(LanguageManagerTest, StringGettersMapMinusOneAndFallBack) {
-    LanguageManager& lm = LoadWithoutFile();
+    // The string getters map -1 to English and fall back beyond the catalogue.
     EXPECT_EQ(lm.GetFolderFromLangID(-1, false, L"x"), L"English");
     EXPECT_EQ(lm.GetFolderFromLangID(5, false, L"x"), L"x");
     EXPECT_EQ(lm.GetFolderFromLangID(-2, false, L"x"), L"x");

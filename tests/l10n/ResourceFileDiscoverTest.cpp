@@ -93,7 +93,7 @@ TEST_F(ResourceFileDiscoverTest, MissingFilesGiveTheErrorAndTheFoundOnes) {
     EXPECT_EQ(files[3].GetPath(), At("English/Main.urf"));
 }
 
-TEST_F(ResourceFileDiscoverTest, ResultIsCachedPerLanguageUntilPathOrBodyChanges) {
+TEST_F(ResourceFileDiscoverTest, ResultIsCachedPerLanguageUntilPathOrBodyChangesAndMovesSwapTheCache) {
     WriteAll("English/");
     dir_.Remove("English/Main.urf");
     ResourceFileDiscover discover(dir_.Path(), L"Main");
@@ -114,9 +114,6 @@ TEST_F(ResourceFileDiscoverTest, ResultIsCachedPerLanguageUntilPathOrBodyChanges
     EXPECT_EQ(Found(discover, 0).second, true);
     discover.SetResourceBody(L"Main");
     EXPECT_EQ(Found(discover, 0).first.size(), 5u);
-}
-
-TEST_F(ResourceFileDiscoverTest, MovesSwapTheCache) {
     WriteAll("English/");
     ResourceFileDiscover source(dir_.Path(), L"Main");
     EXPECT_TRUE(Found(source, 0).second);
