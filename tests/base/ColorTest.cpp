@@ -75,7 +75,7 @@ TEST(ColorTest, ScalingAndLerpTruncateAndWrap) {
 
 // Pure red gets hue exactly 1, not 0; (255, 128, 0) passes 1 and is brought back once; a lightness
 // above one half takes the other saturation formula.
-TEST(ColorTest, ToHLSOfGreysPrimariesAndMixedHues) {
+TEST(ColorTest, HLSOfGreysPrimariesAndMixedHuesAndBack) {
     const std::tuple<CLR, float, float, float> cases[] = {
         {CLR(0, 0, 0), 0, 0, 0},
         {CLR(128, 128, 128), 0, 128 / 255.0f, 0},
@@ -92,16 +92,13 @@ TEST(ColorTest, ToHLSOfGreysPrimariesAndMixedHues) {
         EXPECT_LT(std::max({std::abs(gotH - h), std::abs(gotL - l), std::abs(gotS - s)}), 1e-6)
             << gotH << " " << gotL << " " << gotS << " for " << testing::PrintToString(Rgb(c));
     }
-}
-
-TEST(ColorTest, FromHLSKnownPointsAndRoundTrip) {
-    const std::tuple<float, float, float, Triple> cases[] = {
+    const std::tuple<float, float, float, Triple> fromHls[] = {
         {0.3f, 1.0f, 0.0f, {255, 255, 255}},  {0.0f, 0.5f, 1.0f, {255, 0, 0}},
         {1.0f, 0.5f, 1.0f, {255, 0, 0}},      {1 / 3.0f, 0.5f, 1.0f, {0, 255, 0}},
         {0.0f, 0.5f, 0.5f, {191, 63, 63}},     // m2 = 0.75, m1 = 0.25
         {0.0f, 0.75f, 0.5f, {223, 159, 159}},  // m2 = 0.875, m1 = 0.625
     };
-    for (const auto& [h, l, s, expected] : cases) {
+    for (const auto& [h, l, s, expected] : fromHls) {
         CLR c(1, 2, 3);
         c.FromHLS(h, l, s);
         EXPECT_EQ(Rgb(c), expected) << h << " " << l << " " << s;

@@ -56,7 +56,7 @@ TEST(GUIMathTest, ClampingValuesSizesAndRectangles) {
     }
 }
 
-TEST(GUIMathTest, IntegerRotationIsATrueRotation) {
+TEST(GUIMathTest, IntegerRotationIsATrueRotationAndDoubleRotationIsSheared) {
     const std::tuple<ULOPoint, ULOPoint, float, ULOPoint> cases[] = {
         {ULOPoint(1, 0), ULOPoint(0, 0), kHalfPi, ULOPoint(0, 1)},
         {ULOPoint(13, 21), ULOPoint(10, 20), kHalfPi, ULOPoint(9, 23)},  // (3, 1) about the centre -> (-1, 3)
@@ -69,16 +69,13 @@ TEST(GUIMathTest, IntegerRotationIsATrueRotation) {
     ULOPoint huge(INT_MAX, 5);  // INT_MAX becomes 2^31 in single precision
     EXPECT_THROW(ULOGUIMath::RotatePoint(&huge, ULOPoint(0, 0), 0.0f), boost::math::rounding_error);
     EXPECT_EQ(huge, ULOPoint(INT_MAX, 5));
-}
-
-TEST(GUIMathTest, DoubleRotationIsSheared) {
     // The new y is computed from the new x, not the old one; cos and sin are single precision:
     // cosf of the float nearest pi/2 is -4.371139e-8.
-    const std::tuple<double, double, ULOPoint, double, double> cases[] = {
+    const std::tuple<double, double, ULOPoint, double, double> sheared[] = {
         {1.0, 0.0, ULOPoint(0, 0), 0.0, 0.0},  // a true rotation would give y = 1
         {0.0, 1.0, ULOPoint(0, 0), -1.0, -1.0},
         {11.0, 21.0, ULOPoint(10, 20), 9.0, 19.0}};
-    for (auto [x, y, centre, ex, ey] : cases) {
+    for (auto [x, y, centre, ex, ey] : sheared) {
         ULOGUIMath::RotatePoint(&x, &y, centre, kHalfPi);
         EXPECT_NEAR(x, ex, 1e-6) << ex;
         EXPECT_NEAR(y, ey, 1e-6) << ey;

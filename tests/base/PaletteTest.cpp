@@ -205,7 +205,7 @@ TEST_F(PaletteTest, ResetKeepsTextRedAndTextBlackAndTheDefaultSetTurnsTextRedBla
     EXPECT_TRUE(Current() == defaults);
 }
 
-TEST(ColorSetRecord, RecordsInTheStoredOrder) {
+TEST(ColorSetRecord, RecordsInTheStoredOrderAndWriteFailsAtTheFirstThatDoesNotFit) {
     const int kRecordOrder[41] = {0,  1,  3,  4,  2,  5,  6,  7,  8,  9,  10, 11, 12, 13,
                                   14, 15, 16, 17, 18, 19, 20, 21, 22, 24, 23, 25, 27, 26,
                                   28, 29, 30, 31, 33, 32, 34, 37, 38, 39, 40, 35, 36};
@@ -225,10 +225,7 @@ TEST(ColorSetRecord, RecordsInTheStoredOrder) {
                                         0x68, 0x68, 0x00, 0x08, 0x30, 0x5E, 0xB1};
     ASSERT_EQ(factory.size(), 205u);
     EXPECT_TRUE(std::equal(start.begin(), start.end(), factory.begin()));
-}
-
-TEST(ColorSetRecord, WriteFailsAtTheFirstRecordThatDoesNotFit) {
-    const ULOGUIColorSet set = DistinctSet(0);
+    // A write fails at the first record that does not fit.
     for (size_t room : {0u, 1u, 4u, 5u, 204u, 205u}) {
         ShortStream stream(room);
         EXPECT_EQ(set.Write(&stream), room == 205) << "room for " << room;

@@ -177,15 +177,6 @@ TEST_F(LanguageManagerTest, FilesWithoutLanguagesGiveTheBuiltInCatalogue) {
     ExpectBuiltIn(LoadWithoutFile());
 }
 
-TEST_F(LanguageManagerTest, AppLanguageFirstCallWinsForTheLifeOfTheInstance) {
-    LanguageManager& lm = LoadWithoutFile();
-    EXPECT_FALSE(lm.GetAppLanguage());
-    lm.SetAppLanguage(2);
-    lm.SetAppLanguage(3);
-    EXPECT_EQ(lm.GetAppLanguage(), boost::optional<int>(2));
-    EXPECT_FALSE(LoadWithoutFile().GetAppLanguage()) << "a new instance starts without one";
-}
-
 TEST_F(LanguageManagerTest, AvailabilityNeedsARealFolder) {
     dir_.MakeDir("French");
     dir_.Write("German", "a plain file");
@@ -202,7 +193,7 @@ TEST_F(LanguageManagerTest, AvailabilityNeedsARealFolder) {
     EXPECT_EQ(lm.GetFirstAvailableLanguage(), 3);
 }
 
-TEST_F(LanguageManagerTest, SecondInitKeepsPathAndCatalogue) {
+TEST_F(LanguageManagerTest, SecondInitKeepsPathAndCatalogueAndTheFirstAppLanguageWins) {
     EXPECT_THROW(LanguageManager::Instance(), std::logic_error) << "no instance before InitInstance";
     TempDir other;
     other.Write("languages.xml", "<languages><language name=\"Other\"/></languages>");
@@ -218,6 +209,13 @@ TEST_F(LanguageManagerTest, SecondInitKeepsPathAndCatalogue) {
     LanguageManager::InitInstance(other.Path());
     EXPECT_EQ(LanguageManager::GetParentFolderPath(), other.Path());
     EXPECT_EQ(LanguageManager::Instance().LanguageCount(), 1);
+    // The first application language set lasts for the life of the instance.
+    LanguageManager& fresh = LoadWithoutFile();
+    EXPECT_FALSE(fresh.GetAppLanguage());
+    fresh.SetAppLanguage(2);
+    fresh.SetAppLanguage(3);
+    EXPECT_EQ(fresh.GetAppLanguage(), boost::optional<int>(2));
+    EXPECT_FALSE(LoadWithoutFile().GetAppLanguage()) << "a new instance starts without one";
 }
 
 TEST_F(LanguageManagerTest, SampleFixture) {
