@@ -54,22 +54,7 @@ TEST(PictureBitsTest, LineWidthRoundsRowsToWholeWords) {
     }
 }
 
-TEST(PictureBitsTest, DefaultAndSizedBuffers) {
-    EXPECT_EQ(ShapeOf(ULOPictureBits()), Shape(0, 0, 0, 4, 0, nullptr));
-    const ULOPictureBits rgb(ULOSize(5, 3), PICTBITS_RGB24);
-    EXPECT_EQ(ShapeOf(rgb), Shape(5, 3, 16, 3, PICTBITS_RGB24, rgb.GetBits()));
-    EXPECT_NE(rgb.GetBits(), nullptr);
-    EXPECT_EQ(rgb.GetRect(false), ULORect(0, 0, 5, 3));
-    EXPECT_EQ(
-        std::make_tuple(ULOPictureBits(ULOSize(2, 2), PICTBITS_MASK8 | PICTBITS_RGB24).GetBytesPerPixel(),
-                        ULOPictureBits(ULOSize(2, 2), PICTBITS_ALPHA).GetBytesPerPixel()),
-        std::make_tuple(1, 4));
-    // A zero or negative size owns no block at all.
-    EXPECT_TRUE(ULOPictureBits(ULOSize(0, 5), 0).GetBits() == nullptr &&
-                ULOPictureBits(ULOSize(-3, 5), 0).GetBits() == nullptr);
-}
-
-TEST(PictureBitsTest, PixelAddressesAreBottomUp) {
+TEST(PictureBitsTest, DefaultAndSizedBuffersAndBottomUpPixelAddresses) {
     ULOPictureBits b(ULOSize(2, 2), 0), rgb(ULOSize(5, 2), PICTBITS_RGB24),
         mask(ULOSize(5, 3), PICTBITS_MASK8);
     std::vector<unsigned char> memory(3 * 20);
@@ -81,9 +66,21 @@ TEST(PictureBitsTest, PixelAddressesAreBottomUp) {
     for (const auto& [buffer, x, y, offset] : cases) {
         EXPECT_EQ(buffer.GetBits(x, y) - buffer.GetBits(), offset) << x << "," << y;
     }
+    // Default and sized buffers.
+    EXPECT_EQ(ShapeOf(ULOPictureBits()), Shape(0, 0, 0, 4, 0, nullptr));
+    EXPECT_EQ(ShapeOf(rgb), Shape(5, 2, 16, 3, PICTBITS_RGB24, rgb.GetBits()));
+    EXPECT_NE(rgb.GetBits(), nullptr);
+    EXPECT_EQ(rgb.GetRect(false), ULORect(0, 0, 5, 2));
+    EXPECT_EQ(
+        std::make_tuple(ULOPictureBits(ULOSize(2, 2), PICTBITS_MASK8 | PICTBITS_RGB24).GetBytesPerPixel(),
+                        ULOPictureBits(ULOSize(2, 2), PICTBITS_ALPHA).GetBytesPerPixel()),
+        std::make_tuple(1, 4));
+    // A zero or negative size owns no block at all.
+    EXPECT_TRUE(ULOPictureBits(ULOSize(0, 5), 0).GetBits() == nullptr &&
+                ULOPictureBits(ULOSize(-3, 5), 0).GetBits() == nullptr);
 }
 
-TEST(PictureBitsTest, CopiesAndAssignmentsAreViewsAndFreeNothing) {
+TEST(PictureBitsTest, CopiesAndAssignmentsAreViewsAndCloneADeepOwningCopy) {
     ULOPictureBits owner(ULOSize(4, 4), 0);
     {
         const ULOPictureBits copy(owner);
@@ -102,26 +99,32 @@ TEST(PictureBitsTest, CopiesAndAssignmentsAreViewsAndFreeNothing) {
     static_cast<ULOPictureBits&>(target) = ULOPictureBits(memory.data(), 2, 2, 8, 0);
     EXPECT_EQ(std::make_tuple(target.OwnsBits(), target.GetBits()), std::make_tuple(false, memory.data()));
     std::free(previous);  // freed twice would abort under the sanitizer
-}
-
-TEST(PictureBitsTest, CloneIsADeepOwningCopyAndLeavesTheOldBlock) {
-    std::vector<unsigned char> memory(2 * 12);
-    for (size_t i = 0; i < memory.size(); ++i) {
-        memory[i] = static_cast<unsigned char>(i);
+    // Clone is a deep owning copy and leaves the old block.
+    std::vector<unsigned char> wide(2 * 12);
+    for (size_t i = 0; i < wide.size(); ++i) {
+        wide[i] = static_cast<unsigned char>(i);
     }
-    const ULOPictureBits source(memory.data(), 2, 2, 12, PICTBITS_RGB24);  // a stride wider than needed
+    const ULOPictureBits source(wide.data(), 2, 2, 12, PICTBITS_RGB24);  // a stride wider than needed
     ExposedBits clone;
     clone.Clone(source);
     EXPECT_TRUE(clone.OwnsBits() && clone.GetBits() != source.GetBits());
     EXPECT_EQ(ShapeOf(clone), Shape(2, 2, 12, 3, PICTBITS_RGB24, clone.GetBits()));
-    EXPECT_EQ(Bytes(clone), memory);
-    unsigned char* previous = clone.GetBits();
+    EXPECT_EQ(Bytes(clone), wide);
+    unsigned char* old = clone.GetBits();
     clone.Clone(clone);  // a buffer may clone itself
-    EXPECT_EQ(std::make_tuple(clone.GetBits() != previous, Bytes(clone)), std::make_tuple(true, memory));
-    std::free(previous);
+    EXPECT_EQ(std::make_tuple(clone.GetBits() != old, Bytes(clone)), std::make_tuple(true, wide));
+    std::free(old);
 }
 
-TEST(PictureBitsTest, ResetTakesOwnershipAndSwapExchangesIt) {
+// A subclass that answers pixel and size queries itself, as pictures and surfaces do.
+class Overriding : public ULOPictureBits {
+public:
+    CLR GetPixel(int x, int y) const override { return CLR(x, y, 99); }
+    using ULOPictureBits::GetPixel;
+    ULOSize GetSize(bool magnified) const override { return magnified ? ULOSize(8, 6) : ULOSize(4, 3); }
+};
+
+TEST(PictureBitsTest, ResetTakesOwnershipSwapExchangesItAndHoldersAreViews) {
     ExposedBits b;
     b.Reset(static_cast<unsigned char*>(std::calloc(8, 1)), 2, 1, 8, PICTBITS_MASK8 | PICTBITS_ALPHA);
     EXPECT_TRUE(b.OwnsBits());
@@ -139,35 +142,23 @@ TEST(PictureBitsTest, ResetTakesOwnershipAndSwapExchangesIt) {
     EXPECT_TRUE(!b.OwnsBits() && view.OwnsBits());  // the view frees the block at the end of the test
     EXPECT_EQ(std::make_tuple(ShapeOf(view), ShapeOf(b)),
               std::make_tuple(ownerShape, Shape(1, 1, 12, 3, PICTBITS_RGB24, memory.data())));
-}
-
-TEST(PictureBitsTest, HolderAndRawBitsAreViews) {
-    std::vector<unsigned char> memory(24);
-    ULOPictureBitsHolder holder(memory.data(), 2, 3, 8, PICTBITS_ALPHA);
+    // Holders and raw bits are views.
+    std::vector<unsigned char> held(24);
+    ULOPictureBitsHolder holder(held.data(), 2, 3, 8, PICTBITS_ALPHA);
     ULOPictureBitsHolder copy(holder);
     ULOPictureBitsHolder moved(std::move(copy)), assigned;
-    EXPECT_EQ(copy.GetBits(), memory.data());  // a move leaves the source as it was
+    EXPECT_EQ(copy.GetBits(), held.data());  // a move leaves the source as it was
     assigned = holder;
     assigned = std::move(moved);
     EXPECT_EQ(ShapeOf(assigned), ShapeOf(holder));
 
     const ULOPictureBits raw = holder.GetRawPictureBits();
     EXPECT_TRUE(typeid(raw) == typeid(ULOPictureBits));
-    EXPECT_EQ(ShapeOf(raw), Shape(2, 3, 8, 4, PICTBITS_ALPHA, memory.data()));
+    EXPECT_EQ(ShapeOf(raw), Shape(2, 3, 8, 4, PICTBITS_ALPHA, held.data()));
     ULOPictureBits owner(ULOSize(2, 3), PICTBITS_ALPHA);
     { const ULOPictureBits rawOfOwner = owner.GetRawPictureBits(); }
     owner.Fill(CLR(0, 0, 0), 0);  // the owner's block survived its raw view
-}
-
-// A subclass that answers pixel and size queries itself, as pictures and surfaces do.
-class Overriding : public ULOPictureBits {
-public:
-    CLR GetPixel(int x, int y) const override { return CLR(x, y, 99); }
-    using ULOPictureBits::GetPixel;
-    ULOSize GetSize(bool magnified) const override { return magnified ? ULOSize(8, 6) : ULOSize(4, 3); }
-};
-
-TEST(PictureBitsTest, PointAndRectQueriesGoThroughTheVirtualOverloads) {
+    // Point and rectangle queries go through the virtual overloads.
     const Overriding o;
     const ULOPictureBits& base = o;
     EXPECT_EQ(std::make_tuple(base.GetPixel(ULOPoint(5, 6)), base.GetRect(false), base.GetRect(true)),
@@ -216,7 +207,33 @@ TEST(PictureBitsPixelsTest, ReadingAndWritingPixelsAndAlpha) {
 
 // Fill is built with vectorised loops: every width, including the odd tails, must match what
 // SetPixelAndAlpha does pixel by pixel, and row padding is left alone.
-TEST(PictureBitsPixelsTest, FillMatchesPixelByPixelReference) {
+TEST(PictureBitsPixelsTest, MirrorAndFillMatchPixelByPixelReferences) {
+    // Against a pixel-by-pixel reference over many sizes, which covers the vectorised loops' tails:
+    // mirroring horizontally keeps each row's padding, mirroring vertically moves it with its row.
+    for (int flags : {0, PICTBITS_RGB24, PICTBITS_MASK8}) {
+        for (int width = 1; width <= 41; ++width) {
+            for (int height : {1, 2, 5}) {
+                SCOPED_TRACE(testing::Message() << "flags " << flags << " size " << width << "x" << height);
+                ULOPictureBits original(ULOSize(width, height), flags);
+                FillRandom(original, static_cast<unsigned>(width * 10 + height));
+                const int bpp = original.GetBytesPerPixel(), stride = original.GetLineWidth(false);
+                for (const auto& [h, v] : {std::pair(true, false), {true, true}, {false, true}}) {
+                    ULOPictureBits mirrored;
+                    mirrored.Clone(original);
+                    mirrored.Mirror(h, v);
+                    Row expected;  // memory row r from row r or height - 1 - r, its pixels reversed or not
+                    for (int r = 0; r < height; ++r) {
+                        const unsigned char* row = original.GetBits() + (v ? height - 1 - r : r) * stride;
+                        expected.insert(expected.end(), row, row + stride);
+                        for (int x = 0; h && x < width; ++x) {
+                            std::memcpy(&expected[r * stride + x * bpp], row + (width - 1 - x) * bpp, bpp);
+                        }
+                    }
+                    ASSERT_EQ(Bytes(mirrored), expected) << h << v;
+                }
+            }
+        }
+    }
     for (int flags : {0, PICTBITS_ALPHA, PICTBITS_RGB24, PICTBITS_MASK8}) {
         for (int width = 1; width <= 67; ++width) {
             ULOPictureBits filled(ULOSize(width, 3), flags), reference(ULOSize(width, 3), flags);
@@ -265,35 +282,6 @@ TEST(PictureBitsPixelsTest, InvertAlphaTreatsMemoryAsUnpaddedRun) {
     EXPECT_EQ(Bytes(mask), (Row{0, 0, 0, 255, 0, 0, 0, 255}));
 }
 
-// Against a pixel-by-pixel reference over many sizes, which covers the vectorised loops' tails:
-// mirroring horizontally keeps each row's padding, mirroring vertically moves it with its row.
-TEST(PictureBitsPixelsTest, MirrorMatchesPixelByPixelReference) {
-    for (int flags : {0, PICTBITS_RGB24, PICTBITS_MASK8}) {
-        for (int width = 1; width <= 41; ++width) {
-            for (int height : {1, 2, 5}) {
-                SCOPED_TRACE(testing::Message() << "flags " << flags << " size " << width << "x" << height);
-                ULOPictureBits original(ULOSize(width, height), flags);
-                FillRandom(original, static_cast<unsigned>(width * 10 + height));
-                const int bpp = original.GetBytesPerPixel(), stride = original.GetLineWidth(false);
-                for (const auto& [h, v] : {std::pair(true, false), {true, true}, {false, true}}) {
-                    ULOPictureBits mirrored;
-                    mirrored.Clone(original);
-                    mirrored.Mirror(h, v);
-                    Row expected;  // memory row r from row r or height - 1 - r, its pixels reversed or not
-                    for (int r = 0; r < height; ++r) {
-                        const unsigned char* row = original.GetBits() + (v ? height - 1 - r : r) * stride;
-                        expected.insert(expected.end(), row, row + stride);
-                        for (int x = 0; h && x < width; ++x) {
-                            std::memcpy(&expected[r * stride + x * bpp], row + (width - 1 - x) * bpp, bpp);
-                        }
-                    }
-                    ASSERT_EQ(Bytes(mirrored), expected) << h << v;
-                }
-            }
-        }
-    }
-}
-
 Row RecordOf(const ULOPictureBits& b) {
     ULOMemoryStream stream;
     EXPECT_TRUE(b.Write(&stream));
@@ -333,9 +321,10 @@ private:
     size_t capacity_;
 };
 
-TEST(PictureBitsStreamTest, RecordLayout) {
-    ULOPictureBits b(ULOSize(1, 1), PICTBITS_ALPHA);
-    b.SetPixelAndAlpha(0, 0, CLR(0x33, 0x22, 0x11), 0x44);
+TEST(PictureBitsStreamTest, RecordLayoutAndRoundTripOfEveryFieldAndByte) {
+    // The record layout.
+    ULOPictureBits one(ULOSize(1, 1), PICTBITS_ALPHA);
+    one.SetPixelAndAlpha(0, 0, CLR(0x33, 0x22, 0x11), 0x44);
     // clang-format off
     const Row expected{0x2F, 0x03, 0, 0, 0, 25,  // chunk 12035 of 25 bytes
                           1, 0, 0, 0, 1, 0, 0, 0,   // width, height
@@ -343,10 +332,7 @@ TEST(PictureBitsStreamTest, RecordLayout) {
                           1, 0, 0, 0,               // flags
                           4, 0, 0, 0, 0x11, 0x22, 0x33, 0x44};  // 4 bytes of pixels
     // clang-format on
-    EXPECT_EQ(RecordOf(b), expected);
-}
-
-TEST(PictureBitsStreamTest, RoundTripReproducesEveryFieldAndByte) {
+    EXPECT_EQ(RecordOf(one), expected);
     for (auto [flags, size] : {std::pair(0, ULOSize(3, 2)),
                                {PICTBITS_ALPHA, ULOSize(3, 2)},
                                {PICTBITS_RGB24, ULOSize(3, 2)},
@@ -390,13 +376,13 @@ TEST(PictureBitsStreamTest, RoundTripReproducesEveryFieldAndByte) {
     std::free(previous);
 }
 
-TEST(PictureBitsStreamTest, OtherChunksAndImplausibleSizesAreRefusedWithoutChange) {
+TEST(PictureBitsStreamTest, OtherChunksImplausibleSizesAndTruncationsAreRefused) {
     std::vector<Row> records;
-    Row record = RecordOf(ULOPictureBits(ULOSize(2, 2), PICTBITS_RGB24));
+    Row header = RecordOf(ULOPictureBits(ULOSize(2, 2), PICTBITS_RGB24));
     for (uint16_t id : {0, 12034, 12036, 0x032F, 0xFFFF}) {
-        record[0] = static_cast<uint8_t>(id >> 8);
-        record[1] = static_cast<uint8_t>(id);
-        records.push_back(record);
+        header[0] = static_cast<uint8_t>(id >> 8);
+        header[1] = static_cast<uint8_t>(id);
+        records.push_back(header);
     }
     records.push_back(ForgedRecord(12035, 1, -1, 4, 4, 0, 0));    // negative height
     records.push_back(ForgedRecord(12035, -1, 1, 4, 4, 4, 4));    // negative width
@@ -415,11 +401,8 @@ TEST(PictureBitsStreamTest, OtherChunksAndImplausibleSizesAreRefusedWithoutChang
         EXPECT_EQ(ShapeOf(target), before) << "record " << i;
     }
     EXPECT_FALSE(ULOPictureBits().Read(nullptr));
-}
-
-// Every record cut short is refused (a header cut short leaves the fields read so far), and a write fails
-// whenever the stream refuses a block.
-TEST(PictureBitsStreamTest, TruncatedRecordsAndRefusedWritesFail) {
+    // Every record cut short is refused (a header cut short leaves the fields read so far), and a write fails
+    // whenever the stream refuses a block.
     ULOPictureBits source(ULOSize(3, 2), PICTBITS_RGB24);
     source.Fill(CLR(1, 2, 3), 4);
     const Row record = RecordOf(source);

@@ -62,7 +62,7 @@ protected:
     testfonts::ScopedEngine engine_{testfonts::LatinEngine()};
 };
 
-TEST_F(TextOutTest, BandAlignmentAndResult) {
+TEST_F(TextOutTest, BandAlignmentResultAndFontHeight) {
     const FontPtr font = Font(L"DejaVu Sans", 15);
     const int w = static_cast<int>(std::ceil(font->GetStringRealWidth(L"Hello", 0)));
     // Left-aligned on (10, 5, 110, 35): the image every case is a shift of, in the band's 15 rows.
@@ -93,6 +93,17 @@ TEST_F(TextOutTest, BandAlignmentAndResult) {
             const int x = moved.left + i % moved.Width(), y = moved.top + i / moved.Width();
             ASSERT_EQ(PixelAt(dc, x, y), PixelAt(reference, x - c.shiftX, y - c.shiftY)) << c.flags;
         }
+    }
+    SetMagnifier(2.0f);
+    // The font height is converted only on unmagnified surfaces. Unmagnified: a band of 30 rows (15 at m =
+    // 2), the cell at its top. Magnified: the rectangle doubles, the band is the font's 15 rows at the
+    // bottom.
+    for (const bool magnified : {false, true}) {
+        Surface dc(50, 30, kWhite, 0, false, magnified);
+        const ULORect whole(0, 0, 50, 30);
+        EXPECT_GT(dc.TextOutW(Font(L"DejaVu Sans", 15), &whole, L"Hg", 0x8, kBlack, 1.0f, 0, kWhite), 0);
+        EXPECT_EQ(dc.Changed().top, magnified ? 45 : 0);
+        EXPECT_LE(dc.Changed().bottom, magnified ? 60 : 16);
     }
 }
 
@@ -128,63 +139,7 @@ TEST_F(TextOutTest, MnemonicOpaqueBoxAndRed) {
     }
 }
 
-TEST_F(TextOutTest, PuttingTheBandBack) {
-    // Flag 0x8 with colours whose section pixels are known: the box is exactly `box`, the glyphs (no
-    // grey at 12 pixels per em) exactly `glyphs`. A twin on white with opacity 1 shows which is which.
-    const FontPtr font = Font(L"Liberation Sans", 13);
-    const CLR box(30, 60, 90), glyphs(10, 10, 10), under(203, 151, 101);
-    const ULORect rect(0, 0, 60, 14);
-    Surface twin(60, 14);
-    twin.TextOutW(font, &rect, L"Hi", 0x8, box, 1.0f, 0, glyphs);
-    // Worked by hand in single precision. grey(box) = 59, so the backdrop is white; a glyph pixel's
-    // cover is (9 - 59) * 255 / 196 = -65, kept as 191; a box pixel's 0.
-    const struct {
-        bool alpha;
-        unsigned char underAlpha;
-        float opacity;
-        Pixel onBox, onGlyph;
-    } cases[] = {
-        {true, 91, 0.4f, {95, 104, 114, 54}, {99, 137, 177, 81}},
-        {true, 255, 0.4f, {90, 60, 30, 153}, {90, 60, 30, 229}},
-        {true, 91, 0.0f, {90, 60, 30, 0}, {97, 119, 143, 68}},
-        {false, 77, 0.3f, {97, 123, 151, 77}, {73, 108, 145, 77}},  // (int)(under * 0.7 + section * 0.3)
-        {false, 77, 1.0f, {90, 60, 30, 0}, {10, 10, 10, 0}},
-    };
-    for (const auto& c : cases) {
-        Surface dc(60, 14, under, c.underAlpha, c.alpha);
-        dc.TextOutW(font, &rect, L"Hi", 0x8, box, c.opacity, 0, glyphs);
-        const std::vector<Pixel> section = Pixels(twin), after = Pixels(dc);
-        for (size_t i = 0; i < after.size(); ++i) {
-            const Pixel expected = section[i] == Bgra(box, 0)      ? c.onBox
-                                   : section[i] == Bgra(glyphs, 0) ? c.onGlyph
-                                                                   : Bgra(under, c.underAlpha);
-            ASSERT_EQ(after[i], expected) << i << (c.alpha ? " alpha" : "");
-        }
-    }
-    // Without flag 0x8, dark text goes onto white and light text onto black: untouched pixels keep
-    // their alpha, touched ones take the text colour.
-    for (const CLR& ink : {CLR(20, 20, 20), CLR(240, 240, 100)}) {
-        Surface dc(60, 14, under, 255, true);
-        dc.TextOutW(font, &rect, L"Hi", 0, ink, 1.0f, 0, kWhite);
-        EXPECT_GT(dc.Count(Bgra(ink, 0)), 20);
-        EXPECT_EQ(dc.Count(Bgra(ink, 0)) + dc.Count(Bgra(under, 255)), 60 * 14);
-    }
-}
-
-TEST_F(TextOutTest, FontHeightConvertedOnlyOnUnmagnifiedSurfaces) {
-    SetMagnifier(2.0f);
-    // Unmagnified: a band of 30 rows (15 at m = 2), the cell at its top. Magnified: the rectangle
-    // doubles, the band is the font's 15 rows at the bottom.
-    for (const bool magnified : {false, true}) {
-        Surface dc(50, 30, kWhite, 0, false, magnified);
-        const ULORect rect(0, 0, 50, 30);
-        EXPECT_GT(dc.TextOutW(Font(L"DejaVu Sans", 15), &rect, L"Hg", 0x8, kBlack, 1.0f, 0, kWhite), 0);
-        EXPECT_EQ(dc.Changed().top, magnified ? 45 : 0);
-        EXPECT_LE(dc.Changed().bottom, magnified ? 60 : 16);
-    }
-}
-
-TEST_F(TextOutTest, TextOutClippedPutsBackOnlyWhatTheClipAllows) {
+TEST_F(TextOutTest, TheBandAndTheClippedPartArePutBackAsTheyShouldBe) {
     const FontPtr font = Font(L"DejaVu Sans", 15);
     const ULORect rect(10, 5, 70, 25), clip(20, 0, 50, 30);
     for (const int m : {1, 2}) {
@@ -204,10 +159,51 @@ TEST_F(TextOutTest, TextOutClippedPutsBackOnlyWhatTheClipAllows) {
             EXPECT_NE(after, dc.blank);
         }
     }
-    Surface dc(80, 30);
+    Surface plain(80, 30);
     const ULORect huge(INT32_MIN, 0, INT32_MAX, 30);
-    EXPECT_EQ(dc.TextOutClipped(font, &rect, nullptr, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
-    EXPECT_EQ(dc.TextOutClipped(font, &huge, &clip, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
+    EXPECT_EQ(plain.TextOutClipped(font, &rect, nullptr, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
+    EXPECT_EQ(plain.TextOutClipped(font, &huge, &clip, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
+    // Putting the band back.
+    // Flag 0x8 with colours whose section pixels are known: the box is exactly `box`, the glyphs (no
+    // grey at 12 pixels per em) exactly `glyphs`. A twin on white with opacity 1 shows which is which.
+    const FontPtr liberation = Font(L"Liberation Sans", 13);
+    const CLR box(30, 60, 90), glyphs(10, 10, 10), under(203, 151, 101);
+    const ULORect cell(0, 0, 60, 14);
+    Surface twin(60, 14);
+    twin.TextOutW(liberation, &cell, L"Hi", 0x8, box, 1.0f, 0, glyphs);
+    // Worked by hand in single precision. grey(box) = 59, so the backdrop is white; a glyph pixel's
+    // cover is (9 - 59) * 255 / 196 = -65, kept as 191; a box pixel's 0.
+    const struct {
+        bool alpha;
+        unsigned char underAlpha;
+        float opacity;
+        Pixel onBox, onGlyph;
+    } cases[] = {
+        {true, 91, 0.4f, {95, 104, 114, 54}, {99, 137, 177, 81}},
+        {true, 255, 0.4f, {90, 60, 30, 153}, {90, 60, 30, 229}},
+        {true, 91, 0.0f, {90, 60, 30, 0}, {97, 119, 143, 68}},
+        {false, 77, 0.3f, {97, 123, 151, 77}, {73, 108, 145, 77}},  // (int)(under * 0.7 + section * 0.3)
+        {false, 77, 1.0f, {90, 60, 30, 0}, {10, 10, 10, 0}},
+    };
+    for (const auto& c : cases) {
+        Surface dc(60, 14, under, c.underAlpha, c.alpha);
+        dc.TextOutW(liberation, &cell, L"Hi", 0x8, box, c.opacity, 0, glyphs);
+        const std::vector<Pixel> section = Pixels(twin), after = Pixels(dc);
+        for (size_t i = 0; i < after.size(); ++i) {
+            const Pixel expected = section[i] == Bgra(box, 0)      ? c.onBox
+                                   : section[i] == Bgra(glyphs, 0) ? c.onGlyph
+                                                                   : Bgra(under, c.underAlpha);
+            ASSERT_EQ(after[i], expected) << i << (c.alpha ? " alpha" : "");
+        }
+    }
+    // Without flag 0x8, dark text goes onto white and light text onto black: untouched pixels keep
+    // their alpha, touched ones take the text colour.
+    for (const CLR& ink : {CLR(20, 20, 20), CLR(240, 240, 100)}) {
+        Surface dc(60, 14, under, 255, true);
+        dc.TextOutW(liberation, &cell, L"Hi", 0, ink, 1.0f, 0, kWhite);
+        EXPECT_GT(dc.Count(Bgra(ink, 0)), 20);
+        EXPECT_EQ(dc.Count(Bgra(ink, 0)) + dc.Count(Bgra(under, 255)), 60 * 14);
+    }
 }
 
 TEST_F(TextOutTest, MultiLineTextOut) {
@@ -236,23 +232,20 @@ TEST_F(TextOutTest, MultiLineTextOut) {
         EXPECT_EQ(total, sum);
         EXPECT_TRUE(Pixels(multi) == Pixels(single)) << highlight;
     }
-}
-
-// The wrap of a window of the text is the wrap of the whole rest, wherever the window ends.
-TEST_F(TextOutTest, WrappingReadsWindowsOfLongTexts) {
-    const FontPtr font = Font(L"DejaVu Sans", 15);
+    // The wrap of a window of the text is the wrap of the whole rest, wherever the window ends.
+    const FontPtr dejavu = Font(L"DejaVu Sans", 15);
     std::srand(17);
     const wchar_t pieces[] = L"  \t\r\n-abcdefghij";
     for (int round = 0; round < 60; ++round) {
-        ULOString text;
+        ULOString random;
         const int spread = 1 + std::rand() % 1000;  // how rare the breaks are
-        while (text.size() < 900 + size_t(round) * 70) {
-            text += std::rand() % spread == 0 ? pieces[std::rand() % 6] : pieces[6 + std::rand() % 11];
+        while (random.size() < 900 + size_t(round) * 70) {
+            random += std::rand() % spread == 0 ? pieces[std::rand() % 6] : pieces[6 + std::rand() % 11];
         }
         const int width = std::rand() % 3 == 0 ? 100000 : 20 + std::rand() % 400;
-        for (size_t pos : {size_t(0), size_t(std::rand()) % text.size()}) {
-            ASSERT_EQ(ulogui::surface::FirstLineLength(*font, width, text, pos),
-                      font->GetMaxWordOffset(width, text.substr(pos), 0))
+        for (size_t pos : {size_t(0), size_t(std::rand()) % random.size()}) {
+            ASSERT_EQ(ulogui::surface::FirstLineLength(*dejavu, width, random, pos),
+                      dejavu->GetMaxWordOffset(width, random.substr(pos), 0))
                 << round << " at " << pos;
         }
     }

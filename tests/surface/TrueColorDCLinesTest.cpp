@@ -1,8 +1,5 @@
-// The outline members: golden scenes of pixels, lines, outlines and bevels on plain and magnified surfaces
-// (m = 1.5 and 2.0, guard down and raised); chart curves as golden scenes; arcs on hand-computed maps of
-// the whole device buffer (they depend on libm trigonometry); the smooth ring against the exact coverage
-// of the ring; and one sweep of bad inputs, which must finish without touching memory outside the buffer
-// (the sanitizer build sees every write).
+// The outline members: pixels, lines, outlines, bevels and chart curves as golden scenes, arcs on hand-drawn
+// maps, smooth rings against their exact coverage, and a sweep of bad inputs that must stay in the buffer.
 #include <initializer_list>
 #include <iterator>
 #include <limits>
@@ -21,9 +18,17 @@ const CLR kWhite(255, 255, 255);
 
 using LinesTest = MagnifierTest;
 
+ULOArray_NOSTL<double> Samples(std::initializer_list<double> values) {
+    ULOArray_NOSTL<double> array;
+    for (const double v : values) {
+        array.Add(v);
+    }
+    return array;
+}
+
 // The pixel, straight-line, outline and bevel members as golden scenes, at 1.0, 1.5 and 2.0 with the
 // guard down and raised, with clamped ends, dashes, wild counts and opacities outside 0..1.
-TEST_F(LinesTest, LinesAndOutlinesMatchTheirGoldenScenes) {
+TEST_F(LinesTest, LinesOutlinesAndChartCurvesMatchTheirGoldenScenes) {
     const CLR ink(200, 50, 0), offset(-10, 20, 127), ten(10, 10, 10);
     // clang-format off
     ExpectScenes("surface/lines", {
@@ -76,11 +81,31 @@ TEST_F(LinesTest, LinesAndOutlinesMatchTheirGoldenScenes) {
         {"2.0: raised bevel", 2, true, true, false, 3, 3, [](DC& dc) { dc.Draw3DRect({0, 0, 2, 2}, true); }},
     });
     // clang-format on
+    // Chart curves (second family of scenes) join (i, values[i]) (or (values[i], i)) with a NaN as a gap and
+    // each run's last sample drawn, at 2.0 a sample every two device pixels; fills run between pixel centres
+    // above and below the baseline, then draw the baseline (two thick at 2.0, cut at the edge).
+    const ULOArray_NOSTL<double> curve = Samples({1.0, 1.0, 3.0, std::nan(""), 2.0, 2.0});
+    const ULOArray_NOSTL<double> fill = Samples({0.0, 3.0, 2.5});
+    const std::pair<int, int> middle(1, 3), inverted(5, 2), early(-10, 1);
+    const CLR red(255, 0, 0), green(0, 255, 0), blue(0, 0, 255);
+    // clang-format off
+    ExpectScenes("surface/chart", {
+        {"curve", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(6, curve, kWhite, 1.0f); }},
+        {"a range, and a count beyond the array", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(100, curve, kWhite, 1.0f, &middle); }},
+        {"a negative count and an inverted range draw nothing; a lone sample is a pixel", 1, true, false, false, 8, 5, [&](DC& dc) {
+             dc.TraceCurvefX(-1, curve, kWhite, 1.0f); dc.TraceCurvefX(6, curve, kWhite, 1.0f, &inverted);
+             dc.TraceCurvefX(6, curve, kWhite, 1.0f, &early); }},
+        {"(values[i], i)", 1, true, false, false, 4, 3, [&](DC& dc) { dc.TraceCurvefY(2, fill, kWhite, 1.0f); }},
+        {"curve at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.TraceCurvefX(2, curve, kWhite, 1.0f); }},
+        {"fill", 1, true, false, false, 6, 5, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
+        {"fill at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
+    });
+    // clang-format on
 }
 
 // Radius 2 around (3, 3): 12 points, k at k / 12 * 2pi. Each segment draws its start pixel; the angle
 // test is strict, so a full turn from 0 leaves out the segments ending at 0 and at 2pi, (5, 2) and (5, 3).
-TEST_F(LinesTest, Arcs) {
+TEST_F(LinesTest, ArcsOnHandComputedMapsAndSmoothRingsFollowTheExactCoverage) {
     const DC::ERadiusThicknessRelation middle = DC::eRadiusIsMiddle;
     const auto arc = [middle](ULORect clip, float start, float sweep) {
         return [=](DC& dc) { dc.DrawArc(kWhite, clip, {3, 3}, 2.0f, start, sweep, 0.0f, middle, false); };
@@ -145,43 +170,9 @@ TEST_F(LinesTest, Arcs) {
         }
         EXPECT_EQ(drawn, want) << d.what;
     }
-}
-
-ULOArray_NOSTL<double> Samples(std::initializer_list<double> values) {
-    ULOArray_NOSTL<double> array;
-    for (const double v : values) {
-        array.Add(v);
-    }
-    return array;
-}
-
-// Chart curves join (i, values[i]) (or (values[i], i)) with a NaN as a gap and each run's last sample
-// drawn, at 2.0 a sample every two device pixels; fills run between pixel centres above and below the
-// baseline, then draw the baseline (two thick at 2.0, cut at the edge).
-TEST_F(LinesTest, ChartCurvesAndFillsMatchTheirGoldenScenes) {
-    const ULOArray_NOSTL<double> curve = Samples({1.0, 1.0, 3.0, std::nan(""), 2.0, 2.0});
-    const ULOArray_NOSTL<double> fill = Samples({0.0, 3.0, 2.5});
-    const std::pair<int, int> middle(1, 3), inverted(5, 2), early(-10, 1);
-    const CLR red(255, 0, 0), green(0, 255, 0), blue(0, 0, 255);
-    // clang-format off
-    ExpectScenes("surface/chart", {
-        {"curve", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(6, curve, kWhite, 1.0f); }},
-        {"a range, and a count beyond the array", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(100, curve, kWhite, 1.0f, &middle); }},
-        {"a negative count and an inverted range draw nothing; a lone sample is a pixel", 1, true, false, false, 8, 5, [&](DC& dc) {
-             dc.TraceCurvefX(-1, curve, kWhite, 1.0f); dc.TraceCurvefX(6, curve, kWhite, 1.0f, &inverted);
-             dc.TraceCurvefX(6, curve, kWhite, 1.0f, &early); }},
-        {"(values[i], i)", 1, true, false, false, 4, 3, [&](DC& dc) { dc.TraceCurvefY(2, fill, kWhite, 1.0f); }},
-        {"curve at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.TraceCurvefX(2, curve, kWhite, 1.0f); }},
-        {"fill", 1, true, false, false, 6, 5, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
-        {"fill at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
-    });
-    // clang-format on
-}
-
-// A smooth ring's edge pixels are covered by about the share of them that lies inside the ring, checked
-// against the exact coverage (8 x 8 samples a pixel); without smoothing the ring is a pixel thicker. With
-// the radius at an edge (relations 1 and 2) that edge stays solid and the far one is smooth.
-TEST_F(LinesTest, SmoothRingsFollowTheExactCoverage) {
+    // A smooth ring's edge pixels are covered by about the share of them that lies inside the ring, checked
+    // against the exact coverage (8 x 8 samples a pixel); without smoothing the ring is a pixel thicker. With
+    // the radius at an edge (relations 1 and 2) that edge stays solid and the far one is smooth.
     struct Ring {
         DC::ERadiusThicknessRelation relation;
         bool smooth;
