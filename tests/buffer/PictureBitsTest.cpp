@@ -42,19 +42,17 @@ Row Bytes(const ULOPictureBits& b) {
     return std::vector<unsigned char>(bits, bits + b.GetLineWidth(false) * b.GetHeight(false));
 }
 
-TEST(PictureBitsTest, LineWidthRoundsRowsToWholeWords) {
-    const int rgb = PICTBITS_RGB24, mask = PICTBITS_MASK8;
+TEST(PictureBitsTest, LineWidthsSizesAndBottomUpPixelAddresses) {
+    const int r24 = PICTBITS_RGB24, m8 = PICTBITS_MASK8;
     // 32-bit rows need no padding; the mask flag wins over RGB24; -1 is shifted arithmetically.
-    const std::tuple<int, int, int> cases[] = {
-        {1, 0, 4},          {7, 0, 28},   {1, PICTBITS_ALPHA, 4}, {1, rgb, 4},  {2, rgb, 8},
-        {4, rgb, 12},       {5, rgb, 16}, {4, mask, 4},           {5, mask, 8}, {0, 0, 0},
-        {3, mask | rgb, 4}, {-1, 0, -4},  {-1, mask, 0}};
-    for (auto [width, flags, expected] : cases) {
-        EXPECT_EQ(ULOPictureUtil::ComputeLineWidth(width, flags), expected) << width << " flags " << flags;
+    const std::tuple<int, int, int> widths[] = {{1, 0, 4},    {7, 0, 28},       {1, PICTBITS_ALPHA, 4},
+                                                {1, r24, 4},  {2, r24, 8},      {4, r24, 12},
+                                                {5, r24, 16}, {4, m8, 4},       {5, m8, 8},
+                                                {0, 0, 0},    {3, m8 | r24, 4}, {-1, 0, -4},
+                                                {-1, m8, 0}};
+    for (auto [width, flags, stride] : widths) {
+        EXPECT_EQ(ULOPictureUtil::ComputeLineWidth(width, flags), stride) << width << " flags " << flags;
     }
-}
-
-TEST(PictureBitsTest, DefaultAndSizedBuffersAndBottomUpPixelAddresses) {
     ULOPictureBits b(ULOSize(2, 2), 0), rgb(ULOSize(5, 2), PICTBITS_RGB24),
         mask(ULOSize(5, 3), PICTBITS_MASK8);
     std::vector<unsigned char> memory(3 * 20);
@@ -178,7 +176,7 @@ void FillRandom(ULOPictureBits& b, unsigned seed) {
     }
 }
 
-TEST(PictureBitsPixelsTest, ReadingAndWritingPixelsAndAlpha) {
+TEST(PictureBitsPixelsTest, ReadingAndWritingPixelsAndInvertingAlpha) {
     ULOPictureBits plain(ULOSize(2, 1), 0), mask(ULOSize(3, 1), PICTBITS_MASK8),
         rgb(ULOSize(1, 2), PICTBITS_RGB24);
     Put(plain, {0, 0, 0, 0, 10, 20, 30, 77});
@@ -203,6 +201,28 @@ TEST(PictureBitsPixelsTest, ReadingAndWritingPixelsAndAlpha) {
     EXPECT_EQ(Bytes(rgb), (Row{3, 2, 1, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA}));
     mask.SetPixelAndAlpha(1, 0, CLR(1, 2, 3), 200);
     EXPECT_EQ(Bytes(mask), (Row{0, 200, 130, 0}));
+    // InvertAlpha, only with the flag. The pixels are taken as one unpadded run from the first byte, so with
+    // a padded stride the run covers padding and misses the end of the last row; for 3-byte and mask buffers
+    // the run stops at the end of the block (the sanitizer build checks that nothing beyond it is touched).
+    ULOPictureBits flagless(ULOSize(2, 1), 0), rgbAlpha(ULOSize(3, 1), PICTBITS_RGB24 | PICTBITS_ALPHA),
+        maskAlpha(ULOSize(4, 2), PICTBITS_MASK8 | PICTBITS_ALPHA);
+    Put(flagless, {1, 2, 3, 4, 5, 6, 7, 8});
+    Put(rgbAlpha, Row(12, 0));
+    Put(maskAlpha, Row(8, 0));
+    flagless.InvertAlpha();
+    EXPECT_EQ(Bytes(flagless), (Row{1, 2, 3, 4, 5, 6, 7, 8}));
+    ULOPictureBits(flagless.GetBits(), 2, 1, 8, PICTBITS_ALPHA).InvertAlpha();
+    EXPECT_EQ(Bytes(flagless), (Row{1, 2, 3, 251, 5, 6, 7, 247}));
+
+    Row padded(2 * 12, 0);
+    ULOPictureBits(padded.data(), 2, 2, 12, PICTBITS_ALPHA).InvertAlpha();
+    for (size_t i = 0; i < padded.size(); ++i) {
+        EXPECT_EQ(padded[i], i == 3 || i == 7 || i == 11 || i == 15 ? 255 : 0) << i;
+    }
+    rgbAlpha.InvertAlpha();
+    maskAlpha.InvertAlpha();
+    EXPECT_EQ(Bytes(rgbAlpha), (Row{0, 0, 0, 255, 0, 0, 0, 255, 0, 0, 0, 255}));
+    EXPECT_EQ(Bytes(maskAlpha), (Row{0, 0, 0, 255, 0, 0, 0, 255}));
 }
 
 // Fill is built with vectorised loops: every width, including the odd tails, must match what
@@ -255,31 +275,6 @@ TEST(PictureBitsPixelsTest, MirrorAndFillMatchPixelByPixelReferences) {
     const Row row{3, 2, 1, 4, 3, 2, 1, 4, 0xAA, 0xAA, 0xAA, 0xAA};
     EXPECT_EQ(Row(memory.begin(), memory.begin() + 12), row);
     EXPECT_EQ(Row(memory.begin() + 12, memory.end()), row);
-}
-
-// Only with the flag. The pixels are taken as one unpadded run from the first byte, so with a padded
-// stride the run covers padding and misses the end of the last row; for 3-byte and mask buffers the
-// run stops at the end of the block (the sanitizer build checks that nothing beyond it is touched).
-TEST(PictureBitsPixelsTest, InvertAlphaTreatsMemoryAsUnpaddedRun) {
-    ULOPictureBits plain(ULOSize(2, 1), 0), rgb(ULOSize(3, 1), PICTBITS_RGB24 | PICTBITS_ALPHA),
-        mask(ULOSize(4, 2), PICTBITS_MASK8 | PICTBITS_ALPHA);
-    Put(plain, {1, 2, 3, 4, 5, 6, 7, 8});
-    Put(rgb, Row(12, 0));
-    Put(mask, Row(8, 0));
-    plain.InvertAlpha();
-    EXPECT_EQ(Bytes(plain), (Row{1, 2, 3, 4, 5, 6, 7, 8}));
-    ULOPictureBits(plain.GetBits(), 2, 1, 8, PICTBITS_ALPHA).InvertAlpha();
-    EXPECT_EQ(Bytes(plain), (Row{1, 2, 3, 251, 5, 6, 7, 247}));
-
-    Row memory(2 * 12, 0);
-    ULOPictureBits(memory.data(), 2, 2, 12, PICTBITS_ALPHA).InvertAlpha();
-    for (size_t i = 0; i < memory.size(); ++i) {
-        EXPECT_EQ(memory[i], i == 3 || i == 7 || i == 11 || i == 15 ? 255 : 0) << i;
-    }
-    rgb.InvertAlpha();
-    mask.InvertAlpha();
-    EXPECT_EQ(Bytes(rgb), (Row{0, 0, 0, 255, 0, 0, 0, 255, 0, 0, 0, 255}));
-    EXPECT_EQ(Bytes(mask), (Row{0, 0, 0, 255, 0, 0, 0, 255}));
 }
 
 Row RecordOf(const ULOPictureBits& b) {

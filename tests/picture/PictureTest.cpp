@@ -62,9 +62,11 @@ bool IsTransparentWhitePixel(const ULOPicture& p) {
 
 class PictureTest : public ResourceFileTest {};
 
-TEST_F(PictureTest, LoadsEveryVersionAndPartAndTheVersionFollowsTheMagnifier) {
+TEST_F(PictureTest, LoadsEveryVersionAndPartFollowingTheMagnifierOrTheSizeAsked) {
+    const int fullCopy = 0x2;
     Use({MakePicture(200, PICTBITS_ALPHA, 3, {{6, 4}, {12, 8}}), MakePicture(205, 0, 1, {{4, 4}, {8, 8}}),
-         MakePicture(206, 0, 1, {{4, 4}})});
+         MakePicture(206, 0, 1, {{4, 4}}), MakePicture(210, PICTBITS_ALPHA, 1, {{6, 4}, {12, 8}}),
+         MakePicture(215, fullCopy, 1, {{5, 3}}), MakePicture(220, 0, 1, {{8, 6}, {16, 12}})});
     for (int part = 0; part < 3; ++part) {
         SCOPED_TRACE(part);
         ULOPicture normal(200, part, false), large(200, part, false, false, true);
@@ -94,12 +96,8 @@ TEST_F(PictureTest, LoadsEveryVersionAndPartAndTheVersionFollowsTheMagnifier) {
         EXPECT_EQ(ULOPicture(c.id, 0, c.magnified, c.preferLarge, c.forceLarge).GetCurrentVersion(),
                   c.version);
     }
-}
-
-TEST_F(PictureTest, MagnifiedAndSizedPicturesHoldDevicePixels) {
-    const int fullCopy = 0x2;
-    Use({MakePicture(210, PICTBITS_ALPHA, 1, {{6, 4}, {12, 8}}), MakePicture(215, fullCopy, 1, {{5, 3}}),
-         MakePicture(220, 0, 1, {{8, 6}, {16, 12}})});
+    // Magnified and sized pictures hold device pixels.
+    SetMagnifier(1.0f);
     const ULOPictureBits v1 = Stored(210, 0, 0, 6, 4, PICTBITS_ALPHA),
                          v2 = Stored(210, 1, 0, 12, 8, PICTBITS_ALPHA);
     const ULOPictureBits s1 = Stored(220, 0, 0, 8, 6, 0), s2 = Stored(220, 1, 0, 16, 12, 0);

@@ -335,7 +335,7 @@ TEST(CropStretchRotateTest, OperationsMatchTheirGoldenBlocks) {
 }
 
 // Negative sizes change nothing; zero sizes leave an empty buffer, on which everything is harmless.
-TEST(BadInputTest, SizesOfZeroOrLessAndImpossibleAllocationsChangeNothingOrEmptyTheBuffer) {
+TEST(BadInputTest, EveryOperationAndEnlargeSmoothLeaveTheBufferAsItWasOrEmptyIt) {
     TestBits negative(ULOSize(3, 3), PICTBITS_ALPHA);
     Paint(negative, Distinct);
     const std::vector<std::uint8_t> before = Block(negative);
@@ -378,9 +378,7 @@ TEST(BadInputTest, SizesOfZeroOrLessAndImpossibleAllocationsChangeNothingOrEmpty
     EXPECT_THROW(wide.ResizeLazy(1 << 28, 1 << 28), std::bad_alloc);
     EXPECT_EQ(std::make_tuple(wide.GetSize(false), Block(wide)),
               std::make_tuple(ULOSize(1 << 16, 1), wideBefore));
-}
-
-TEST(BadInputTest, UnfitBuffersAndBlocksEnlargeSmoothCannotScaleAreLeftAlone) {
+    // Buffers unfit for pixel work are left alone.
     // A view with a stride too short for its rows, and one without memory.
     unsigned char memory[16] = {};
     TestBits shortRows(memory, 4, 4, 4, PICTBITS_ALPHA);
@@ -415,11 +413,11 @@ TEST(BadInputTest, UnfitBuffersAndBlocksEnlargeSmoothCannotScaleAreLeftAlone) {
     src.EnlargeSmooth(target, &inverted);
     EXPECT_EQ(Pixels(target), std::vector<std::uint8_t>(64, 5));
 
-    const std::vector<std::uint8_t> before = Block(src);
+    const std::vector<std::uint8_t> srcBefore = Block(src);
     src.EnlargeSmooth(src, nullptr);  // into itself
     TestBits view(src.GetBits() + 32, 4, 4, 32, PICTBITS_ALPHA);
     src.EnlargeSmooth(view, nullptr);  // into its own memory
-    EXPECT_EQ(Block(src), before);
+    EXPECT_EQ(Block(src), srcBefore);
 
     const TestBits nothing;
     nothing.EnlargeSmooth(target, nullptr);

@@ -62,7 +62,7 @@ protected:
     testfonts::ScopedEngine engine_{testfonts::LatinEngine()};
 };
 
-TEST_F(TextOutTest, BandAlignmentResultAndFontHeight) {
+TEST_F(TextOutTest, BandAlignmentResultMnemonicBoxRedAndFontHeight) {
     const FontPtr font = Font(L"DejaVu Sans", 15);
     const int w = static_cast<int>(std::ceil(font->GetStringRealWidth(L"Hello", 0)));
     // Left-aligned on (10, 5, 110, 35): the image every case is a shift of, in the band's 15 rows.
@@ -94,6 +94,36 @@ TEST_F(TextOutTest, BandAlignmentResultAndFontHeight) {
             ASSERT_EQ(PixelAt(dc, x, y), PixelAt(reference, x - c.shiftX, y - c.shiftY)) << c.flags;
         }
     }
+    // Mnemonics, the opaque box and red for overflowing words.
+    const FontPtr liberation = Font(L"Liberation Sans", 17);  // 15 pixels per em: no grey
+    const int ascent = ulogui::platform::ResolveFont(liberation->GetRegularFont())->GetMetrics().ascent;
+    const ULORect band(0, 0, 90, 24);  // rows 7 to 23
+    // The marked "H" is underlined one row under the baseline, its advance less one long.
+    Surface marked(90, 30);
+    marked.SetEnableMnemonic(true);
+    EXPECT_EQ(marked.TextOutW(liberation, &band, L"&Hu", 0, kBlack, 1.0f, 0, kWhite),
+              static_cast<int>(std::ceil(liberation->GetStringRealWidth(L"&Hu", 0))));
+    for (int x = 0; x < 90; ++x) {
+        ASSERT_EQ(PixelAt(marked, x, 7 + ascent + 1),
+                  Bgra(x < liberation->GetCharWidthW(L'H', true) - 1 ? kBlack : kWhite, 0));
+    }
+    // Flag 0x8: a box of the first colour over the text cell, the glyphs in the second.
+    const CLR box(30, 160, 90), glyphs(200, 10, 60);
+    Surface boxed(90, 30);
+    const int width = boxed.TextOutW(liberation, &band, L"Hu", 0x8, box, 1.0f, 0, glyphs);
+    EXPECT_EQ(boxed.Changed(), ULORect(0, 7, width, 24));
+    EXPECT_GT(boxed.Count(Bgra(glyphs, 0)), 40);
+    EXPECT_EQ(boxed.Count(Bgra(box, 0)) + boxed.Count(Bgra(glyphs, 0)), 17 * width);
+    // A word that does not fit shows in red; one that fits keeps its colour.
+    ulogui::SetHighlightOverflowingTexts(true);
+    for (const wchar_t* text : {L"Hu", L"Overflowing"}) {
+        Surface s(90, 30);
+        const ULORect narrow(0, 0, 60, 24);
+        s.TextOutW(liberation, &narrow, text, 0, kBlack, 1.0f, 0, kWhite);
+        const bool red = text[2] != 0;
+        EXPECT_GT(s.Count(Bgra(red ? kRed : kBlack, 0)), 20);
+        EXPECT_EQ(s.Count(Bgra(red ? kBlack : kRed, 0)), 0);
+    }
     SetMagnifier(2.0f);
     // The font height is converted only on unmagnified surfaces. Unmagnified: a band of 30 rows (15 at m =
     // 2), the cell at its top. Magnified: the rectangle doubles, the band is the font's 15 rows at the
@@ -104,38 +134,6 @@ TEST_F(TextOutTest, BandAlignmentResultAndFontHeight) {
         EXPECT_GT(dc.TextOutW(Font(L"DejaVu Sans", 15), &whole, L"Hg", 0x8, kBlack, 1.0f, 0, kWhite), 0);
         EXPECT_EQ(dc.Changed().top, magnified ? 45 : 0);
         EXPECT_LE(dc.Changed().bottom, magnified ? 60 : 16);
-    }
-}
-
-TEST_F(TextOutTest, MnemonicOpaqueBoxAndRed) {
-    const FontPtr font = Font(L"Liberation Sans", 17);  // 15 pixels per em: no grey
-    const int ascent = ulogui::platform::ResolveFont(font->GetRegularFont())->GetMetrics().ascent;
-    const ULORect rect(0, 0, 90, 24);  // the band: rows 7 to 23
-    // The marked "H" is underlined one row under the baseline, its advance less one long.
-    Surface dc(90, 30);
-    dc.SetEnableMnemonic(true);
-    EXPECT_EQ(dc.TextOutW(font, &rect, L"&Hu", 0, kBlack, 1.0f, 0, kWhite),
-              static_cast<int>(std::ceil(font->GetStringRealWidth(L"&Hu", 0))));
-    for (int x = 0; x < 90; ++x) {
-        ASSERT_EQ(PixelAt(dc, x, 7 + ascent + 1),
-                  Bgra(x < font->GetCharWidthW(L'H', true) - 1 ? kBlack : kWhite, 0));
-    }
-    // Flag 0x8: a box of the first colour over the text cell, the glyphs in the second.
-    const CLR box(30, 160, 90), glyphs(200, 10, 60);
-    Surface boxed(90, 30);
-    const int width = boxed.TextOutW(font, &rect, L"Hu", 0x8, box, 1.0f, 0, glyphs);
-    EXPECT_EQ(boxed.Changed(), ULORect(0, 7, width, 24));
-    EXPECT_GT(boxed.Count(Bgra(glyphs, 0)), 40);
-    EXPECT_EQ(boxed.Count(Bgra(box, 0)) + boxed.Count(Bgra(glyphs, 0)), 17 * width);
-    // A word that does not fit shows in red; one that fits keeps its colour.
-    ulogui::SetHighlightOverflowingTexts(true);
-    for (const wchar_t* text : {L"Hu", L"Overflowing"}) {
-        Surface s(90, 30);
-        const ULORect narrow(0, 0, 60, 24);
-        s.TextOutW(font, &narrow, text, 0, kBlack, 1.0f, 0, kWhite);
-        const bool red = text[2] != 0;
-        EXPECT_GT(s.Count(Bgra(red ? kRed : kBlack, 0)), 20);
-        EXPECT_EQ(s.Count(Bgra(red ? kBlack : kRed, 0)), 0);
     }
 }
 

@@ -28,7 +28,7 @@ ULOArray_NOSTL<double> Samples(std::initializer_list<double> values) {
 
 // The pixel, straight-line, outline and bevel members as golden scenes, at 1.0, 1.5 and 2.0 with the
 // guard down and raised, with clamped ends, dashes, wild counts and opacities outside 0..1.
-TEST_F(LinesTest, LinesOutlinesAndChartCurvesMatchTheirGoldenScenes) {
+TEST_F(LinesTest, GoldenScenesOfLinesOutlinesAndChartCurvesAndBadInputsInsideTheBuffer) {
     const CLR ink(200, 50, 0), offset(-10, 20, 127), ten(10, 10, 10);
     // clang-format off
     ExpectScenes("surface/lines", {
@@ -101,6 +101,55 @@ TEST_F(LinesTest, LinesOutlinesAndChartCurvesMatchTheirGoldenScenes) {
         {"fill at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
     });
     // clang-format on
+    // Every member with inputs from the ends of their ranges, on plain, magnified and padded surfaces: each
+    // call returns, restores the guard and writes nothing outside the rows (the padding keeps its bytes).
+    const int ints[] = {INT_MIN, INT_MIN + 1, -100000, -3, -1, 0, 1, 2, 5, 100000, INT_MAX - 1, INT_MAX};
+    const float floats[] = {kNaN, kInf, -kInf, -1e30f, -2.0f, -0.5f, 0.0f,
+                            0.3f, 1.0f, 2.5f,  7.0f,   1e9f,  1e30f};
+    std::mt19937 rng(14);
+    const auto i = [&] { return ints[rng() % std::size(ints)]; };
+    const auto f = [&] { return floats[rng() % std::size(floats)]; };
+    const auto p = [&] { return ULOPoint(rng() % 2 ? i() : static_cast<int>(rng() % 9) - 1, i()); };
+    ULOArray_NOSTL<double> values;
+    for (int k = 0; k < 40; ++k) {
+        values.Add(rng() % 4 ? static_cast<double>(f()) : static_cast<double>(rng() % 9));
+    }
+    std::vector<unsigned char> memory(5 * 40, 0xA5);
+    BufferSurface padded(memory.data(), 7, 5, 40);  // 28 bytes of pixels, 12 of padding a row
+    for (int round = 0; round < 3000; ++round) {
+        const float m = round % 3 == 0 ? 1.0f : round % 3 == 1 ? 1.5f : 2.0f;
+        SetMagnifier(m);
+        DC magnified(ULORect(0, 0, 5, 4), true, true);
+        DC& dc = round % 2 ? static_cast<DC&>(padded) : magnified;
+        const bool guard = rng() % 2;
+        dc.SetWorkingOnScreenSize(guard);
+        const CLR c(i(), i(), i());
+        const std::pair<int, int> range(i(), i());
+        const std::pair<int, int>* r = rng() % 2 ? &range : nullptr;
+        // clang-format off
+        switch (rng() % 12) {
+            case 0: dc.DrawPixelAlpha(p(), c, f()); break;
+            case 1: dc.DrawLine(p(), p(), c, i(), i()); break;
+            case 2: dc.DrawLineAlpha(p(), p(), c, f(), i(), i()); break;
+            case 3: dc.DrawLineOnAlpha(p(), p(), c, f(), i(), i()); break;
+            case 4: dc.DrawLineRelative(p(), p(), c, i(), i()); break;
+            case 5: dc.DrawHorizontalLineAlpha(p(), i(), c, f(), i(), i()); break;
+            case 6: dc.DrawVerticalLineRelative(p(), i(), c, i(), i()); break;
+            case 7: dc.DrawRectAlpha(ULORect(i(), i(), i(), i()), c, f(), i(), i()); break;
+            case 8: dc.DrawRecessedFrame(ULORect(i(), i(), i(), i())); break;
+            case 9: dc.DrawArc(c, rng() % 2 ? ULORect() : ULORect(i(), i(), i(), i()), p(), f(), f(), f(), f(),
+                               static_cast<DC::ERadiusThicknessRelation>(rng() % 4), rng() % 2); break;
+            case 10: dc.TraceCurvefY(i(), values, c, f(), r); break;
+            default: dc.FillBackGroundfX(i(), values, p(), c, c, c, f(), r);
+        }
+        // clang-format on
+        ASSERT_EQ(dc.GetWorkingOnScreenSize(), guard) << "round " << round;
+    }
+    for (int row = 0; row < 5; ++row) {
+        for (int b = 28; b < 40; ++b) {
+            ASSERT_EQ(memory[row * 40 + b], 0xA5) << "row " << row << " byte " << b;
+        }
+    }
 }
 
 // Radius 2 around (3, 3): 12 points, k at k / 12 * 2pi. Each segment draws its start pixel; the angle
@@ -215,58 +264,6 @@ TEST_F(LinesTest, ArcsOnHandComputedMapsAndSmoothRingsFollowTheExactCoverage) {
         EXPECT_LT(ring.relation == DC::eRadiusIsOuter ? inner : std::fabs(outer), 0.08);
         if (ring.relation == DC::eRadiusIsMiddle) {
             EXPECT_NEAR(ink / area, 1.0, 0.05);
-        }
-    }
-}
-
-// Every member with inputs from the ends of their ranges, on plain, magnified and padded surfaces: each
-// call returns, restores the guard and writes nothing outside the rows (the padding keeps its bytes).
-TEST_F(LinesTest, BadInputsFinishInsideTheBuffer) {
-    const int ints[] = {INT_MIN, INT_MIN + 1, -100000, -3, -1, 0, 1, 2, 5, 100000, INT_MAX - 1, INT_MAX};
-    const float floats[] = {kNaN, kInf, -kInf, -1e30f, -2.0f, -0.5f, 0.0f,
-                            0.3f, 1.0f, 2.5f,  7.0f,   1e9f,  1e30f};
-    std::mt19937 rng(14);
-    const auto i = [&] { return ints[rng() % std::size(ints)]; };
-    const auto f = [&] { return floats[rng() % std::size(floats)]; };
-    const auto p = [&] { return ULOPoint(rng() % 2 ? i() : static_cast<int>(rng() % 9) - 1, i()); };
-    ULOArray_NOSTL<double> values;
-    for (int k = 0; k < 40; ++k) {
-        values.Add(rng() % 4 ? static_cast<double>(f()) : static_cast<double>(rng() % 9));
-    }
-    std::vector<unsigned char> memory(5 * 40, 0xA5);
-    BufferSurface padded(memory.data(), 7, 5, 40);  // 28 bytes of pixels, 12 of padding a row
-    for (int round = 0; round < 3000; ++round) {
-        const float m = round % 3 == 0 ? 1.0f : round % 3 == 1 ? 1.5f : 2.0f;
-        SetMagnifier(m);
-        DC magnified(ULORect(0, 0, 5, 4), true, true);
-        DC& dc = round % 2 ? static_cast<DC&>(padded) : magnified;
-        const bool guard = rng() % 2;
-        dc.SetWorkingOnScreenSize(guard);
-        const CLR c(i(), i(), i());
-        const std::pair<int, int> range(i(), i());
-        const std::pair<int, int>* r = rng() % 2 ? &range : nullptr;
-        // clang-format off
-        switch (rng() % 12) {
-            case 0: dc.DrawPixelAlpha(p(), c, f()); break;
-            case 1: dc.DrawLine(p(), p(), c, i(), i()); break;
-            case 2: dc.DrawLineAlpha(p(), p(), c, f(), i(), i()); break;
-            case 3: dc.DrawLineOnAlpha(p(), p(), c, f(), i(), i()); break;
-            case 4: dc.DrawLineRelative(p(), p(), c, i(), i()); break;
-            case 5: dc.DrawHorizontalLineAlpha(p(), i(), c, f(), i(), i()); break;
-            case 6: dc.DrawVerticalLineRelative(p(), i(), c, i(), i()); break;
-            case 7: dc.DrawRectAlpha(ULORect(i(), i(), i(), i()), c, f(), i(), i()); break;
-            case 8: dc.DrawRecessedFrame(ULORect(i(), i(), i(), i())); break;
-            case 9: dc.DrawArc(c, rng() % 2 ? ULORect() : ULORect(i(), i(), i(), i()), p(), f(), f(), f(), f(),
-                               static_cast<DC::ERadiusThicknessRelation>(rng() % 4), rng() % 2); break;
-            case 10: dc.TraceCurvefY(i(), values, c, f(), r); break;
-            default: dc.FillBackGroundfX(i(), values, p(), c, c, c, f(), r);
-        }
-        // clang-format on
-        ASSERT_EQ(dc.GetWorkingOnScreenSize(), guard) << "round " << round;
-    }
-    for (int row = 0; row < 5; ++row) {
-        for (int b = 28; b < 40; ++b) {
-            ASSERT_EQ(memory[row * 40 + b], 0xA5) << "row " << row << " byte " << b;
         }
     }
 }
