@@ -31,7 +31,7 @@ std::function<void(DC&)> Ramp(Gradation member, ULORect gradient, float alphaFro
     };
 }
 
-TEST_F(FillsTest, FillsMatchTheirGoldenScenes) {
+TEST_F(FillsTest, FillsMatchTheirGoldenScenesAndLongRowsButNotGradationsReachTheEnd) {
     const CLR ink(200, 100, 0), offsets(250, 0x7F, 0x80);  // offsets: red -6, green +127, blue -128
     const Gradation horizontal = &DC::FillRectHorizontalGradation;
     const Gradation vertical = &DC::FillRectVerticalGradation;
@@ -69,10 +69,7 @@ TEST_F(FillsTest, FillsMatchTheirGoldenScenes) {
         {"vertical on a surface without alpha", 1, false, false, false, 3, 4, Ramp(vertical, {0, 0, 1, 4}, 0.5f, 1)},
     });
     // clang-format on
-}
-
-// Deliberately never 255: black to white over 10 pixels is trunc(255 * x / 10), the last 229.
-TEST_F(FillsTest, AGradationNeverReachesItsEndColourAndLongRowsFillEveryPixel) {
+    // Deliberately never 255: black to white over 10 pixels is trunc(255 * x / 10), the last 229.
     DC dc(ULORect(0, 0, 10, 1), false, false);
     const ULORect gradient(0, 0, 10, 1);
     dc.FillRectHorizontalGradation(&gradient, &gradient, CLR(0, 0, 0), CLR(255, 255, 255), 1.0f, 1.0f);
