@@ -42,34 +42,17 @@ Row Bytes(const ULOPictureBits& b) {
     return std::vector<unsigned char>(bits, bits + b.GetLineWidth(false) * b.GetHeight(false));
 }
 
-TEST(PictureBitsTest, LineWidthRoundsRowsToWholeWords) {
-    const int rgb = PICTBITS_RGB24, mask = PICTBITS_MASK8;
+TEST(PictureBitsTest, LineWidthsSizesAndBottomUpPixelAddresses) {
+    const int r24 = PICTBITS_RGB24, m8 = PICTBITS_MASK8;
     // 32-bit rows need no padding; the mask flag wins over RGB24; -1 is shifted arithmetically.
-    const std::tuple<int, int, int> cases[] = {
-        {1, 0, 4},          {7, 0, 28},   {1, PICTBITS_ALPHA, 4}, {1, rgb, 4},  {2, rgb, 8},
-        {4, rgb, 12},       {5, rgb, 16}, {4, mask, 4},           {5, mask, 8}, {0, 0, 0},
-        {3, mask | rgb, 4}, {-1, 0, -4},  {-1, mask, 0}};
-    for (auto [width, flags, expected] : cases) {
-        EXPECT_EQ(ULOPictureUtil::ComputeLineWidth(width, flags), expected) << width << " flags " << flags;
+    const std::tuple<int, int, int> widths[] = {{1, 0, 4},    {7, 0, 28},       {1, PICTBITS_ALPHA, 4},
+                                                {1, r24, 4},  {2, r24, 8},      {4, r24, 12},
+                                                {5, r24, 16}, {4, m8, 4},       {5, m8, 8},
+                                                {0, 0, 0},    {3, m8 | r24, 4}, {-1, 0, -4},
+                                                {-1, m8, 0}};
+    for (auto [width, flags, stride] : widths) {
+        EXPECT_EQ(ULOPictureUtil::ComputeLineWidth(width, flags), stride) << width << " flags " << flags;
     }
-}
-
-TEST(PictureBitsTest, DefaultAndSizedBuffers) {
-    EXPECT_EQ(ShapeOf(ULOPictureBits()), Shape(0, 0, 0, 4, 0, nullptr));
-    const ULOPictureBits rgb(ULOSize(5, 3), PICTBITS_RGB24);
-    EXPECT_EQ(ShapeOf(rgb), Shape(5, 3, 16, 3, PICTBITS_RGB24, rgb.GetBits()));
-    EXPECT_NE(rgb.GetBits(), nullptr);
-    EXPECT_EQ(rgb.GetRect(false), ULORect(0, 0, 5, 3));
-    EXPECT_EQ(
-        std::make_tuple(ULOPictureBits(ULOSize(2, 2), PICTBITS_MASK8 | PICTBITS_RGB24).GetBytesPerPixel(),
-                        ULOPictureBits(ULOSize(2, 2), PICTBITS_ALPHA).GetBytesPerPixel()),
-        std::make_tuple(1, 4));
-    // A zero or negative size owns no block at all.
-    EXPECT_TRUE(ULOPictureBits(ULOSize(0, 5), 0).GetBits() == nullptr &&
-                ULOPictureBits(ULOSize(-3, 5), 0).GetBits() == nullptr);
-}
-
-TEST(PictureBitsTest, PixelAddressesAreBottomUp) {
     ULOPictureBits b(ULOSize(2, 2), 0), rgb(ULOSize(5, 2), PICTBITS_RGB24),
         mask(ULOSize(5, 3), PICTBITS_MASK8);
     std::vector<unsigned char> memory(3 * 20);
@@ -81,9 +64,21 @@ TEST(PictureBitsTest, PixelAddressesAreBottomUp) {
     for (const auto& [buffer, x, y, offset] : cases) {
         EXPECT_EQ(buffer.GetBits(x, y) - buffer.GetBits(), offset) << x << "," << y;
     }
+    // Default and sized buffers.
+    EXPECT_EQ(ShapeOf(ULOPictureBits()), Shape(0, 0, 0, 4, 0, nullptr));
+    EXPECT_EQ(ShapeOf(rgb), Shape(5, 2, 16, 3, PICTBITS_RGB24, rgb.GetBits()));
+    EXPECT_NE(rgb.GetBits(), nullptr);
+    EXPECT_EQ(rgb.GetRect(false), ULORect(0, 0, 5, 2));
+    EXPECT_EQ(
+        std::make_tuple(ULOPictureBits(ULOSize(2, 2), PICTBITS_MASK8 | PICTBITS_RGB24).GetBytesPerPixel(),
+                        ULOPictureBits(ULOSize(2, 2), PICTBITS_ALPHA).GetBytesPerPixel()),
+        std::make_tuple(1, 4));
+    // A zero or negative size owns no block at all.
+    EXPECT_TRUE(ULOPictureBits(ULOSize(0, 5), 0).GetBits() == nullptr &&
+                ULOPictureBits(ULOSize(-3, 5), 0).GetBits() == nullptr);
 }
 
-TEST(PictureBitsTest, CopiesAndAssignmentsAreViewsAndFreeNothing) {
+TEST(PictureBitsTest, CopiesAndAssignmentsAreViewsAndCloneADeepOwningCopy) {
     ULOPictureBits owner(ULOSize(4, 4), 0);
     {
         const ULOPictureBits copy(owner);
@@ -102,26 +97,32 @@ TEST(PictureBitsTest, CopiesAndAssignmentsAreViewsAndFreeNothing) {
     static_cast<ULOPictureBits&>(target) = ULOPictureBits(memory.data(), 2, 2, 8, 0);
     EXPECT_EQ(std::make_tuple(target.OwnsBits(), target.GetBits()), std::make_tuple(false, memory.data()));
     std::free(previous);  // freed twice would abort under the sanitizer
-}
-
-TEST(PictureBitsTest, CloneIsADeepOwningCopyAndLeavesTheOldBlock) {
-    std::vector<unsigned char> memory(2 * 12);
-    for (size_t i = 0; i < memory.size(); ++i) {
-        memory[i] = static_cast<unsigned char>(i);
+    // Clone is a deep owning copy and leaves the old block.
+    std::vector<unsigned char> wide(2 * 12);
+    for (size_t i = 0; i < wide.size(); ++i) {
+        wide[i] = static_cast<unsigned char>(i);
     }
-    const ULOPictureBits source(memory.data(), 2, 2, 12, PICTBITS_RGB24);  // a stride wider than needed
+    const ULOPictureBits source(wide.data(), 2, 2, 12, PICTBITS_RGB24);  // a stride wider than needed
     ExposedBits clone;
     clone.Clone(source);
     EXPECT_TRUE(clone.OwnsBits() && clone.GetBits() != source.GetBits());
     EXPECT_EQ(ShapeOf(clone), Shape(2, 2, 12, 3, PICTBITS_RGB24, clone.GetBits()));
-    EXPECT_EQ(Bytes(clone), memory);
-    unsigned char* previous = clone.GetBits();
+    EXPECT_EQ(Bytes(clone), wide);
+    unsigned char* old = clone.GetBits();
     clone.Clone(clone);  // a buffer may clone itself
-    EXPECT_EQ(std::make_tuple(clone.GetBits() != previous, Bytes(clone)), std::make_tuple(true, memory));
-    std::free(previous);
+    EXPECT_EQ(std::make_tuple(clone.GetBits() != old, Bytes(clone)), std::make_tuple(true, wide));
+    std::free(old);
 }
 
-TEST(PictureBitsTest, ResetTakesOwnershipAndSwapExchangesIt) {
+// A subclass that answers pixel and size queries itself, as pictures and surfaces do.
+class Overriding : public ULOPictureBits {
+public:
+    CLR GetPixel(int x, int y) const override { return CLR(x, y, 99); }
+    using ULOPictureBits::GetPixel;
+    ULOSize GetSize(bool magnified) const override { return magnified ? ULOSize(8, 6) : ULOSize(4, 3); }
+};
+
+TEST(PictureBitsTest, ResetTakesOwnershipSwapExchangesItAndHoldersAreViews) {
     ExposedBits b;
     b.Reset(static_cast<unsigned char*>(std::calloc(8, 1)), 2, 1, 8, PICTBITS_MASK8 | PICTBITS_ALPHA);
     EXPECT_TRUE(b.OwnsBits());
@@ -139,35 +140,23 @@ TEST(PictureBitsTest, ResetTakesOwnershipAndSwapExchangesIt) {
     EXPECT_TRUE(!b.OwnsBits() && view.OwnsBits());  // the view frees the block at the end of the test
     EXPECT_EQ(std::make_tuple(ShapeOf(view), ShapeOf(b)),
               std::make_tuple(ownerShape, Shape(1, 1, 12, 3, PICTBITS_RGB24, memory.data())));
-}
-
-TEST(PictureBitsTest, HolderAndRawBitsAreViews) {
-    std::vector<unsigned char> memory(24);
-    ULOPictureBitsHolder holder(memory.data(), 2, 3, 8, PICTBITS_ALPHA);
+    // Holders and raw bits are views.
+    std::vector<unsigned char> held(24);
+    ULOPictureBitsHolder holder(held.data(), 2, 3, 8, PICTBITS_ALPHA);
     ULOPictureBitsHolder copy(holder);
     ULOPictureBitsHolder moved(std::move(copy)), assigned;
-    EXPECT_EQ(copy.GetBits(), memory.data());  // a move leaves the source as it was
+    EXPECT_EQ(copy.GetBits(), held.data());  // a move leaves the source as it was
     assigned = holder;
     assigned = std::move(moved);
     EXPECT_EQ(ShapeOf(assigned), ShapeOf(holder));
 
     const ULOPictureBits raw = holder.GetRawPictureBits();
     EXPECT_TRUE(typeid(raw) == typeid(ULOPictureBits));
-    EXPECT_EQ(ShapeOf(raw), Shape(2, 3, 8, 4, PICTBITS_ALPHA, memory.data()));
+    EXPECT_EQ(ShapeOf(raw), Shape(2, 3, 8, 4, PICTBITS_ALPHA, held.data()));
     ULOPictureBits owner(ULOSize(2, 3), PICTBITS_ALPHA);
     { const ULOPictureBits rawOfOwner = owner.GetRawPictureBits(); }
     owner.Fill(CLR(0, 0, 0), 0);  // the owner's block survived its raw view
-}
-
-// A subclass that answers pixel and size queries itself, as pictures and surfaces do.
-class Overriding : public ULOPictureBits {
-public:
-    CLR GetPixel(int x, int y) const override { return CLR(x, y, 99); }
-    using ULOPictureBits::GetPixel;
-    ULOSize GetSize(bool magnified) const override { return magnified ? ULOSize(8, 6) : ULOSize(4, 3); }
-};
-
-TEST(PictureBitsTest, PointAndRectQueriesGoThroughTheVirtualOverloads) {
+    // Point and rectangle queries go through the virtual overloads.
     const Overriding o;
     const ULOPictureBits& base = o;
     EXPECT_EQ(std::make_tuple(base.GetPixel(ULOPoint(5, 6)), base.GetRect(false), base.GetRect(true)),
@@ -187,7 +176,7 @@ void FillRandom(ULOPictureBits& b, unsigned seed) {
     }
 }
 
-TEST(PictureBitsPixelsTest, ReadingAndWritingPixelsAndAlpha) {
+TEST(PictureBitsPixelsTest, ReadingAndWritingPixelsAndInvertingAlpha) {
     ULOPictureBits plain(ULOSize(2, 1), 0), mask(ULOSize(3, 1), PICTBITS_MASK8),
         rgb(ULOSize(1, 2), PICTBITS_RGB24);
     Put(plain, {0, 0, 0, 0, 10, 20, 30, 77});
@@ -212,62 +201,35 @@ TEST(PictureBitsPixelsTest, ReadingAndWritingPixelsAndAlpha) {
     EXPECT_EQ(Bytes(rgb), (Row{3, 2, 1, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA}));
     mask.SetPixelAndAlpha(1, 0, CLR(1, 2, 3), 200);
     EXPECT_EQ(Bytes(mask), (Row{0, 200, 130, 0}));
+    // InvertAlpha, only with the flag. The pixels are taken as one unpadded run from the first byte, so with
+    // a padded stride the run covers padding and misses the end of the last row; for 3-byte and mask buffers
+    // the run stops at the end of the block (the sanitizer build checks that nothing beyond it is touched).
+    ULOPictureBits flagless(ULOSize(2, 1), 0), rgbAlpha(ULOSize(3, 1), PICTBITS_RGB24 | PICTBITS_ALPHA),
+        maskAlpha(ULOSize(4, 2), PICTBITS_MASK8 | PICTBITS_ALPHA);
+    Put(flagless, {1, 2, 3, 4, 5, 6, 7, 8});
+    Put(rgbAlpha, Row(12, 0));
+    Put(maskAlpha, Row(8, 0));
+    flagless.InvertAlpha();
+    EXPECT_EQ(Bytes(flagless), (Row{1, 2, 3, 4, 5, 6, 7, 8}));
+    ULOPictureBits(flagless.GetBits(), 2, 1, 8, PICTBITS_ALPHA).InvertAlpha();
+    EXPECT_EQ(Bytes(flagless), (Row{1, 2, 3, 251, 5, 6, 7, 247}));
+
+    Row padded(2 * 12, 0);
+    ULOPictureBits(padded.data(), 2, 2, 12, PICTBITS_ALPHA).InvertAlpha();
+    for (size_t i = 0; i < padded.size(); ++i) {
+        EXPECT_EQ(padded[i], i == 3 || i == 7 || i == 11 || i == 15 ? 255 : 0) << i;
+    }
+    rgbAlpha.InvertAlpha();
+    maskAlpha.InvertAlpha();
+    EXPECT_EQ(Bytes(rgbAlpha), (Row{0, 0, 0, 255, 0, 0, 0, 255, 0, 0, 0, 255}));
+    EXPECT_EQ(Bytes(maskAlpha), (Row{0, 0, 0, 255, 0, 0, 0, 255}));
 }
 
 // Fill is built with vectorised loops: every width, including the odd tails, must match what
 // SetPixelAndAlpha does pixel by pixel, and row padding is left alone.
-TEST(PictureBitsPixelsTest, FillMatchesPixelByPixelReference) {
-    for (int flags : {0, PICTBITS_ALPHA, PICTBITS_RGB24, PICTBITS_MASK8}) {
-        for (int width = 1; width <= 67; ++width) {
-            ULOPictureBits filled(ULOSize(width, 3), flags), reference(ULOSize(width, 3), flags);
-            FillRandom(filled, 7);
-            FillRandom(reference, 7);
-            filled.Fill(CLR(11, 22, 33), 44);
-            for (int y = 0; y < 3; ++y) {
-                for (int x = 0; x < width; ++x) {
-                    reference.SetPixelAndAlpha(x, y, CLR(11, 22, 33), 44);
-                }
-            }
-            ASSERT_EQ(Bytes(filled), Bytes(reference)) << "flags " << flags << " width " << width;
-        }
-    }
-    // A wrapped stride with 4 spare bytes, and a buffer without rows.
-    Row memory(2 * 12, 0xAA);
-    ULOPictureBits(memory.data(), 2, 2, 12, 0).Fill(CLR(1, 2, 3), 4);
-    ULOPictureBits(memory.data(), 2, 0, 12, 0).Fill(CLR(5, 5, 5), 5);
-    const Row row{3, 2, 1, 4, 3, 2, 1, 4, 0xAA, 0xAA, 0xAA, 0xAA};
-    EXPECT_EQ(Row(memory.begin(), memory.begin() + 12), row);
-    EXPECT_EQ(Row(memory.begin() + 12, memory.end()), row);
-}
-
-// Only with the flag. The pixels are taken as one unpadded run from the first byte, so with a padded
-// stride the run covers padding and misses the end of the last row; for 3-byte and mask buffers the
-// run stops at the end of the block (the sanitizer build checks that nothing beyond it is touched).
-TEST(PictureBitsPixelsTest, InvertAlphaTreatsMemoryAsUnpaddedRun) {
-    ULOPictureBits plain(ULOSize(2, 1), 0), rgb(ULOSize(3, 1), PICTBITS_RGB24 | PICTBITS_ALPHA),
-        mask(ULOSize(4, 2), PICTBITS_MASK8 | PICTBITS_ALPHA);
-    Put(plain, {1, 2, 3, 4, 5, 6, 7, 8});
-    Put(rgb, Row(12, 0));
-    Put(mask, Row(8, 0));
-    plain.InvertAlpha();
-    EXPECT_EQ(Bytes(plain), (Row{1, 2, 3, 4, 5, 6, 7, 8}));
-    ULOPictureBits(plain.GetBits(), 2, 1, 8, PICTBITS_ALPHA).InvertAlpha();
-    EXPECT_EQ(Bytes(plain), (Row{1, 2, 3, 251, 5, 6, 7, 247}));
-
-    Row memory(2 * 12, 0);
-    ULOPictureBits(memory.data(), 2, 2, 12, PICTBITS_ALPHA).InvertAlpha();
-    for (size_t i = 0; i < memory.size(); ++i) {
-        EXPECT_EQ(memory[i], i == 3 || i == 7 || i == 11 || i == 15 ? 255 : 0) << i;
-    }
-    rgb.InvertAlpha();
-    mask.InvertAlpha();
-    EXPECT_EQ(Bytes(rgb), (Row{0, 0, 0, 255, 0, 0, 0, 255, 0, 0, 0, 255}));
-    EXPECT_EQ(Bytes(mask), (Row{0, 0, 0, 255, 0, 0, 0, 255}));
-}
-
-// Against a pixel-by-pixel reference over many sizes, which covers the vectorised loops' tails:
-// mirroring horizontally keeps each row's padding, mirroring vertically moves it with its row.
-TEST(PictureBitsPixelsTest, MirrorMatchesPixelByPixelReference) {
+TEST(PictureBitsPixelsTest, MirrorAndFillMatchPixelByPixelReferences) {
+    // Against a pixel-by-pixel reference over many sizes, which covers the vectorised loops' tails:
+    // mirroring horizontally keeps each row's padding, mirroring vertically moves it with its row.
     for (int flags : {0, PICTBITS_RGB24, PICTBITS_MASK8}) {
         for (int width = 1; width <= 41; ++width) {
             for (int height : {1, 2, 5}) {
@@ -292,6 +254,27 @@ TEST(PictureBitsPixelsTest, MirrorMatchesPixelByPixelReference) {
             }
         }
     }
+    for (int flags : {0, PICTBITS_ALPHA, PICTBITS_RGB24, PICTBITS_MASK8}) {
+        for (int width = 1; width <= 67; ++width) {
+            ULOPictureBits filled(ULOSize(width, 3), flags), reference(ULOSize(width, 3), flags);
+            FillRandom(filled, 7);
+            FillRandom(reference, 7);
+            filled.Fill(CLR(11, 22, 33), 44);
+            for (int y = 0; y < 3; ++y) {
+                for (int x = 0; x < width; ++x) {
+                    reference.SetPixelAndAlpha(x, y, CLR(11, 22, 33), 44);
+                }
+            }
+            ASSERT_EQ(Bytes(filled), Bytes(reference)) << "flags " << flags << " width " << width;
+        }
+    }
+    // A wrapped stride with 4 spare bytes, and a buffer without rows.
+    Row memory(2 * 12, 0xAA);
+    ULOPictureBits(memory.data(), 2, 2, 12, 0).Fill(CLR(1, 2, 3), 4);
+    ULOPictureBits(memory.data(), 2, 0, 12, 0).Fill(CLR(5, 5, 5), 5);
+    const Row row{3, 2, 1, 4, 3, 2, 1, 4, 0xAA, 0xAA, 0xAA, 0xAA};
+    EXPECT_EQ(Row(memory.begin(), memory.begin() + 12), row);
+    EXPECT_EQ(Row(memory.begin() + 12, memory.end()), row);
 }
 
 Row RecordOf(const ULOPictureBits& b) {
@@ -333,9 +316,10 @@ private:
     size_t capacity_;
 };
 
-TEST(PictureBitsStreamTest, RecordLayout) {
-    ULOPictureBits b(ULOSize(1, 1), PICTBITS_ALPHA);
-    b.SetPixelAndAlpha(0, 0, CLR(0x33, 0x22, 0x11), 0x44);
+TEST(PictureBitsStreamTest, RecordLayoutAndRoundTripOfEveryFieldAndByte) {
+    // The record layout.
+    ULOPictureBits one(ULOSize(1, 1), PICTBITS_ALPHA);
+    one.SetPixelAndAlpha(0, 0, CLR(0x33, 0x22, 0x11), 0x44);
     // clang-format off
     const Row expected{0x2F, 0x03, 0, 0, 0, 25,  // chunk 12035 of 25 bytes
                           1, 0, 0, 0, 1, 0, 0, 0,   // width, height
@@ -343,10 +327,7 @@ TEST(PictureBitsStreamTest, RecordLayout) {
                           1, 0, 0, 0,               // flags
                           4, 0, 0, 0, 0x11, 0x22, 0x33, 0x44};  // 4 bytes of pixels
     // clang-format on
-    EXPECT_EQ(RecordOf(b), expected);
-}
-
-TEST(PictureBitsStreamTest, RoundTripReproducesEveryFieldAndByte) {
+    EXPECT_EQ(RecordOf(one), expected);
     for (auto [flags, size] : {std::pair(0, ULOSize(3, 2)),
                                {PICTBITS_ALPHA, ULOSize(3, 2)},
                                {PICTBITS_RGB24, ULOSize(3, 2)},
@@ -390,13 +371,13 @@ TEST(PictureBitsStreamTest, RoundTripReproducesEveryFieldAndByte) {
     std::free(previous);
 }
 
-TEST(PictureBitsStreamTest, OtherChunksAndImplausibleSizesAreRefusedWithoutChange) {
+TEST(PictureBitsStreamTest, OtherChunksImplausibleSizesAndTruncationsAreRefused) {
     std::vector<Row> records;
-    Row record = RecordOf(ULOPictureBits(ULOSize(2, 2), PICTBITS_RGB24));
+    Row header = RecordOf(ULOPictureBits(ULOSize(2, 2), PICTBITS_RGB24));
     for (uint16_t id : {0, 12034, 12036, 0x032F, 0xFFFF}) {
-        record[0] = static_cast<uint8_t>(id >> 8);
-        record[1] = static_cast<uint8_t>(id);
-        records.push_back(record);
+        header[0] = static_cast<uint8_t>(id >> 8);
+        header[1] = static_cast<uint8_t>(id);
+        records.push_back(header);
     }
     records.push_back(ForgedRecord(12035, 1, -1, 4, 4, 0, 0));    // negative height
     records.push_back(ForgedRecord(12035, -1, 1, 4, 4, 4, 4));    // negative width
@@ -415,11 +396,8 @@ TEST(PictureBitsStreamTest, OtherChunksAndImplausibleSizesAreRefusedWithoutChang
         EXPECT_EQ(ShapeOf(target), before) << "record " << i;
     }
     EXPECT_FALSE(ULOPictureBits().Read(nullptr));
-}
-
-// Every record cut short is refused (a header cut short leaves the fields read so far), and a write fails
-// whenever the stream refuses a block.
-TEST(PictureBitsStreamTest, TruncatedRecordsAndRefusedWritesFail) {
+    // Every record cut short is refused (a header cut short leaves the fields read so far), and a write fails
+    // whenever the stream refuses a block.
     ULOPictureBits source(ULOSize(3, 2), PICTBITS_RGB24);
     source.Fill(CLR(1, 2, 3), 4);
     const Row record = RecordOf(source);

@@ -40,7 +40,7 @@ void ExpectInitPathError(const ulo::ErrorCode& error) {
     EXPECT_NE(error.GetFunction().find("BitmapResourceFile::Init"), std::string::npos);
 }
 
-TEST_F(CatalogueTest, UnusablePathsAreRefusedAndTheFileStays) {
+TEST_F(CatalogueTest, UnusablePathsAreRefusedEachReadOpensTheFileAndFoundRecordsAreKept) {
     Use({MakePicture(101, 0, 1, {{2, 2}})});
     const ULOPath good = ULOPath::FromNative(FilePath());
     ExpectInitPathError(ULOPicture::SetBitmapResourceFile(ULOPath()));
@@ -49,10 +49,7 @@ TEST_F(CatalogueTest, UnusablePathsAreRefusedAndTheFileStays) {
     EXPECT_EQ(BitmapResourceFile::GetInstance().GetResourceFilePath(), good);
     EXPECT_TRUE(BitmapResourceFile::GetInstance().IsInitialized());
     EXPECT_EQ(ULOPicture::GetInfoByID(101).GetID(), 101);
-}
-
-// A file that cannot be opened gives the fopen error; each read of a good one opens it anew.
-TEST_F(CatalogueTest, EachReadOpensTheFileAnewOrGivesTheFopenError) {
+    // A file that cannot be opened gives the fopen error; each read of a good one opens it anew.
     OpenableResourceFile file;
     const ulo::ErrorCode error = file.CallDoInit(ULOPath::FromNative(FilePath() + ".missing"));
     EXPECT_EQ(std::make_tuple(0x80070002u, std::string("ulogui/picture"),
@@ -66,42 +63,8 @@ TEST_F(CatalogueTest, EachReadOpensTheFileAnewOrGivesTheFopenError) {
     EXPECT_NE(first, second);
     std::fclose(first);
     std::fclose(second);
-}
-
-TEST_F(CatalogueTest, RecordsAndSizeLookups) {
-    Use({MakePicture(110, PICTBITS_RGB24, 3, {{5, 4}, {10, 8}})});
-    const ULOPictureInfo& info = ULOPicture::GetInfoByID(110);
-    EXPECT_EQ(
-        std::make_tuple(110, 3, PICTBITS_RGB24, 3),
-        std::make_tuple(info.GetID(), info.GetPartsCount(), info.GetFlags(), info.GetSizeVersionFlags()));
-    EXPECT_EQ(ULOPicture::GetSInfoByID(110, 1), ULOPictureSizeInfo(1, 5, 4, 16));
-    EXPECT_EQ(ULOPicture::GetSInfoByID(110, 2), ULOPictureSizeInfo(2, 10, 8, 32));
-    EXPECT_EQ(ULOPicture::GetSInfoByID(110, 2).GetSize(), ULOSize(10, 8));
-    const ULOPictureSizeInfo& beyond = ULOPicture::GetSInfoByID(110, 3);
-    EXPECT_EQ(&beyond, &ULOPictureSizeInfo::UndefPicSizeInfo());
-    EXPECT_EQ(beyond, ULOPictureSizeInfo(-1, 0, 0, 0));
-    // The same stored record every time.
-    EXPECT_EQ(&ULOPicture::GetInfoByID(110), &info);
-}
-
-TEST_F(CatalogueTest, IDsWithoutRecordsHaveAnotherID) {
-    Use({MakePicture(121, 0, 1, {{2, 2}})});
-    for (int id : {120, 122, 5000, -7}) {
-        SCOPED_TRACE(id);
-        EXPECT_EQ(ULOPicture::GetInfoByID(id).GetID(), -1);
-        EXPECT_EQ(ULOPicture::GetSInfoByID(id, 1), ULOPictureSizeInfo(-1, 0, 0, 0));
-    }
-    const ULOPictureInfo& undefined = ULOPictureInfo::UndefPicInfo();
-    EXPECT_EQ(std::make_tuple(1, 0, 1, size_t{0}),
-              std::make_tuple(undefined.GetPartsCount(), undefined.GetFlags(),
-                              undefined.GetSizeVersionFlags(), undefined.GetSizes().size()));
-    ULOPictureBits plain;
-    EXPECT_EQ(&plain.GetInfo(), &undefined);
-}
-
-// Records found are kept after the file changes; lookups while the file is missing are not remembered;
-// malformed records are catalogued as missing.
-TEST_F(CatalogueTest, OnlyRecordsFoundAreRemembered) {
+    // Records found are kept after the file changes; lookups while the file is missing are not remembered;
+    // malformed records are catalogued as missing.
     Use({MakePicture(130, 0, 1, {{4, 4}}), MakePicture(140, 0, 1, {{3, 3}})});
     EXPECT_EQ(ULOPicture::GetSInfoByID(130, 1).GetWidth(), 4);
     ASSERT_EQ(std::remove(FilePath().c_str()), 0);
@@ -115,6 +78,34 @@ TEST_F(CatalogueTest, OnlyRecordsFoundAreRemembered) {
                               ULOPicture::GetSInfoByID(131, 1).GetWidth(),
                               ULOPicture::GetInfoByID(140).GetID(), ULOPicture::GetInfoByID(150).GetID()),
               std::make_tuple(4, 9, 140, -1));
+}
+
+TEST_F(CatalogueTest, RecordsAndSizeLookupsAndIDsWithoutRecords) {
+    Use({MakePicture(110, PICTBITS_RGB24, 3, {{5, 4}, {10, 8}}), MakePicture(121, 0, 1, {{2, 2}})});
+    const ULOPictureInfo& info = ULOPicture::GetInfoByID(110);
+    EXPECT_EQ(
+        std::make_tuple(110, 3, PICTBITS_RGB24, 3),
+        std::make_tuple(info.GetID(), info.GetPartsCount(), info.GetFlags(), info.GetSizeVersionFlags()));
+    EXPECT_EQ(ULOPicture::GetSInfoByID(110, 1), ULOPictureSizeInfo(1, 5, 4, 16));
+    EXPECT_EQ(ULOPicture::GetSInfoByID(110, 2), ULOPictureSizeInfo(2, 10, 8, 32));
+    EXPECT_EQ(ULOPicture::GetSInfoByID(110, 2).GetSize(), ULOSize(10, 8));
+    const ULOPictureSizeInfo& beyond = ULOPicture::GetSInfoByID(110, 3);
+    EXPECT_EQ(&beyond, &ULOPictureSizeInfo::UndefPicSizeInfo());
+    EXPECT_EQ(beyond, ULOPictureSizeInfo(-1, 0, 0, 0));
+    // The same stored record every time.
+    EXPECT_EQ(&ULOPicture::GetInfoByID(110), &info);
+    // IDs without records have another ID.
+    for (int id : {120, 122, 5000, -7}) {
+        SCOPED_TRACE(id);
+        EXPECT_EQ(ULOPicture::GetInfoByID(id).GetID(), -1);
+        EXPECT_EQ(ULOPicture::GetSInfoByID(id, 1), ULOPictureSizeInfo(-1, 0, 0, 0));
+    }
+    const ULOPictureInfo& undefined = ULOPictureInfo::UndefPicInfo();
+    EXPECT_EQ(std::make_tuple(1, 0, 1, size_t{0}),
+              std::make_tuple(undefined.GetPartsCount(), undefined.GetFlags(),
+                              undefined.GetSizeVersionFlags(), undefined.GetSizes().size()));
+    ULOPictureBits plain;
+    EXPECT_EQ(&plain.GetInfo(), &undefined);
 }
 
 std::vector<unsigned char> Bytes(const DecodedBlock& b) {
@@ -142,31 +133,13 @@ std::vector<unsigned char> SampleFile() {
                                     MakePicture(5, PICTBITS_RGB24, 3, {{10, 4}})});
 }
 
-// Versions in bit order; a mask picture's rows are bytes, padded to whole words.
-TEST(PictureReader, RecordListsEveryStoredVersionInBitOrder) {
-    const auto file =
-        StreamOf(BuildBitmapResourceFile({MakePicture(3, PICTBITS_ALPHA, 2, {{10, 4}, {0, 0}, {5, 7}}),
-                                          MakePicture(1, PICTBITS_MASK8, 1, {{5, 3}})}));
-    const ULOPictureInfo info = ReadPictureInfo(file.get(), 3);
-    EXPECT_EQ(std::make_tuple(3, 2, PICTBITS_ALPHA, 5, size_t{2}),
-              std::make_tuple(info.GetID(), info.GetPartsCount(), info.GetFlags(), info.GetSizeVersionFlags(),
-                              info.GetSizes().size()));
-    EXPECT_EQ(info.GetPicSizeInfo(1), ULOPictureSizeInfo(1, 10, 4, 40));
-    EXPECT_EQ(info.GetPicSizeInfo(2), ULOPictureSizeInfo(4, 5, 7, 20));
-    EXPECT_EQ(info.GetPicSizeInfo(3), ULOPictureSizeInfo::UndefPicSizeInfo());
-    EXPECT_EQ(info.GetPicSizeInfo(0), ULOPictureSizeInfo::UndefPicSizeInfo());
-    const DecodedBlock mask = ReadPictureBlock(file.get(), 1, 1, 0);
-    EXPECT_EQ(std::make_tuple(mask.lineWidth, Bytes(mask)),
-              std::make_tuple(8, PartBytes(1, 0, 0, 5, 3, PICTBITS_MASK8)));
-}
-
 // Blocks of the sample file: parts follow one another after the version header (picture 5, part 2: 2 x
 // (4 x 32) bytes after width and height; picture 3, part n: n x 160 bytes in); the version bit picks the
 // slot of its lowest bit (6: slot 2); parts past the end of the file read as zeros, while part 3 of
 // picture 3 lies within the file and is whatever follows, as stored. IDs without records (negative, an
 // index entry of 0xFFFFFFFF, past the index), slots without a version (offset 0 lies in the header), no
 // bit at all, bits past slot 23 and no file give one transparent pixel.
-TEST(PictureReader, BlocksOfTheSampleFile) {
+TEST(PictureReader, BlocksOfTheSampleFileAndRecordsOfEveryVersion) {
     const auto bytes = SampleFile();
     const auto file = StreamOf(bytes);
     const auto stored = [&bytes](int id, size_t at, size_t n) {
@@ -210,6 +183,21 @@ TEST(PictureReader, BlocksOfTheSampleFile) {
     }
     EXPECT_EQ(ReadPictureInfo(nullptr, 3).GetID(), -1);
     ExpectTransparentPixel(ReadPictureBlock(nullptr, 3, 1, 0));
+    // Versions in bit order; a mask picture's rows are bytes, padded to whole words.
+    const auto masked =
+        StreamOf(BuildBitmapResourceFile({MakePicture(3, PICTBITS_ALPHA, 2, {{10, 4}, {0, 0}, {5, 7}}),
+                                          MakePicture(1, PICTBITS_MASK8, 1, {{5, 3}})}));
+    const ULOPictureInfo info = ReadPictureInfo(masked.get(), 3);
+    EXPECT_EQ(std::make_tuple(3, 2, PICTBITS_ALPHA, 5, size_t{2}),
+              std::make_tuple(info.GetID(), info.GetPartsCount(), info.GetFlags(), info.GetSizeVersionFlags(),
+                              info.GetSizes().size()));
+    EXPECT_EQ(info.GetPicSizeInfo(1), ULOPictureSizeInfo(1, 10, 4, 40));
+    EXPECT_EQ(info.GetPicSizeInfo(2), ULOPictureSizeInfo(4, 5, 7, 20));
+    EXPECT_EQ(info.GetPicSizeInfo(3), ULOPictureSizeInfo::UndefPicSizeInfo());
+    EXPECT_EQ(info.GetPicSizeInfo(0), ULOPictureSizeInfo::UndefPicSizeInfo());
+    const DecodedBlock mask = ReadPictureBlock(masked.get(), 1, 1, 0);
+    EXPECT_EQ(std::make_tuple(mask.lineWidth, Bytes(mask)),
+              std::make_tuple(8, PartBytes(1, 0, 0, 5, 3, PICTBITS_MASK8)));
 }
 
 // One kind of damage to the sample file, a value put at an offset; picture 3 must then read as missing.
@@ -219,7 +207,7 @@ struct Damage {
     uint32_t value;
 };
 
-TEST(PictureReader, DamagedRecordsFallBack) {
+TEST(PictureReader, DamagedAndTruncatedFilesAndShortIndexesFallBack) {
     const std::vector<unsigned char> good = SampleFile();
     const size_t entry = 256 + 4 * 3, record = RecordOffset(good, 3), version2 = VersionOffset(good, 3, 1);
     const Damage damages[] = {
@@ -260,9 +248,7 @@ TEST(PictureReader, DamagedRecordsFallBack) {
             EXPECT_FALSE(why.empty());
         }
     }
-}
-
-TEST(PictureReader, EveryTruncationReadsWholePicturesOrFallsBack) {
+    // Every truncation reads whole pictures or falls back.
     const std::vector<unsigned char> full = SampleFile();
     const auto fullFile = StreamOf(full);
     for (size_t length = 0; length <= full.size(); ++length) {
@@ -284,11 +270,8 @@ TEST(PictureReader, EveryTruncationReadsWholePicturesOrFallsBack) {
             }
         }
     }
-}
-
-// Entries past the stated index are not read. Files without the header text are read too; without the
-// entry count the index is only known to reach the entry looked up.
-TEST(PictureReader, TheIndexEndsAtItsStatedCountOrAtTheEntryLookedUp) {
+    // Entries past the stated index are not read. Files without the header text are read too; without the
+    // entry count the index is only known to reach the entry looked up.
     std::vector<unsigned char> bytes = SampleFile();
     PutU32(bytes, 20, 4);
     const auto file = StreamOf(bytes);

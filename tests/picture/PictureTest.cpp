@@ -62,8 +62,11 @@ bool IsTransparentWhitePixel(const ULOPicture& p) {
 
 class PictureTest : public ResourceFileTest {};
 
-TEST_F(PictureTest, LoadsEveryVersionAndPart) {
-    Use({MakePicture(200, PICTBITS_ALPHA, 3, {{6, 4}, {12, 8}})});
+TEST_F(PictureTest, LoadsEveryVersionAndPartFollowingTheMagnifierOrTheSizeAsked) {
+    const int fullCopy = 0x2;
+    Use({MakePicture(200, PICTBITS_ALPHA, 3, {{6, 4}, {12, 8}}), MakePicture(205, 0, 1, {{4, 4}, {8, 8}}),
+         MakePicture(206, 0, 1, {{4, 4}}), MakePicture(210, PICTBITS_ALPHA, 1, {{6, 4}, {12, 8}}),
+         MakePicture(215, fullCopy, 1, {{5, 3}}), MakePicture(220, 0, 1, {{8, 6}, {16, 12}})});
     for (int part = 0; part < 3; ++part) {
         SCOPED_TRACE(part);
         ULOPicture normal(200, part, false), large(200, part, false, false, true);
@@ -74,10 +77,7 @@ TEST_F(PictureTest, LoadsEveryVersionAndPart) {
         EXPECT_TRUE(Holds(normal, 1, {6, 4}, {6, 4}, PartBytes(200, 0, part, 6, 4, PICTBITS_ALPHA)));
         EXPECT_TRUE(Holds(large, 2, {12, 8}, {12, 8}, PartBytes(200, 1, part, 12, 8, PICTBITS_ALPHA)));
     }
-}
-
-TEST_F(PictureTest, VersionFollowsTheMagnifier) {
-    Use({MakePicture(205, 0, 1, {{4, 4}, {8, 8}}), MakePicture(206, 0, 1, {{4, 4}})});
+    // The version follows the magnifier.
     struct Case {
         float m;
         bool magnified, preferLarge, forceLarge;
@@ -96,12 +96,8 @@ TEST_F(PictureTest, VersionFollowsTheMagnifier) {
         EXPECT_EQ(ULOPicture(c.id, 0, c.magnified, c.preferLarge, c.forceLarge).GetCurrentVersion(),
                   c.version);
     }
-}
-
-TEST_F(PictureTest, MagnifiedAndSizedPicturesHoldDevicePixels) {
-    const int fullCopy = 0x2;
-    Use({MakePicture(210, PICTBITS_ALPHA, 1, {{6, 4}, {12, 8}}), MakePicture(215, fullCopy, 1, {{5, 3}}),
-         MakePicture(220, 0, 1, {{8, 6}, {16, 12}})});
+    // Magnified and sized pictures hold device pixels.
+    SetMagnifier(1.0f);
     const ULOPictureBits v1 = Stored(210, 0, 0, 6, 4, PICTBITS_ALPHA),
                          v2 = Stored(210, 1, 0, 12, 8, PICTBITS_ALPHA);
     const ULOPictureBits s1 = Stored(220, 0, 0, 8, 6, 0), s2 = Stored(220, 1, 0, 16, 12, 0);
@@ -139,8 +135,25 @@ TEST_F(PictureTest, MagnifiedAndSizedPicturesHoldDevicePixels) {
     EXPECT_TRUE(IsTransparentWhitePixel(ULOPicture(-2, ULOSize(30, 30))));
 }
 
-TEST_F(PictureTest, MinusTwoAndMissingIDsAreOneTransparentWhitePixel) {
-    Use({MakePicture(231, 0, 1, {{4, 4}})});
+TEST_F(PictureTest, RemakeFollowsTheNewMagnifierAndMissingIDsAreOneTransparentWhitePixel) {
+    Use({MakePicture(240, 0, 2, {{6, 4}, {12, 8}}), MakePicture(0, 0, 1, {{2, 2}}),
+         MakePicture(231, 0, 1, {{4, 4}})});
+    const ULOPicture byID(240, 1), bySize(240, ULOSize(7, 7), 1, true, false);
+    EXPECT_EQ(std::make_tuple(byID.GetSize(true), bySize.GetSize(true)),
+              std::make_tuple(ULOSize(6, 4), ULOSize(7, 7)));
+
+    SetMagnifier(2.0f);
+    EXPECT_TRUE(Holds(byID.Remake(), 2, {24, 16}, {12, 8}, Bytes(ULOPicture(240, 1))));
+    const ULOPicture bySizeAgain = bySize.Remake();
+    EXPECT_EQ(std::make_tuple(bySizeAgain.GetSize(true), Bytes(bySizeAgain)),
+              std::make_tuple(ULOSize(14, 14), Bytes(ULOPicture(240, ULOSize(7, 7), 1, true, false))));
+
+    // Nothing to build again from: pictures outside the catalogue and ID 0.
+    ULOPicture zero(0, 0, false);
+    EXPECT_FALSE(ULOPicture().CanBeRemade() || ULOPicture(ULOSize(3, 3)).CanBeRemade() || zero.CanBeRemade());
+    EXPECT_EQ(std::make_tuple(ULOPicture(ULOSize(3, 3)).Remake().GetSize(true), zero.GetInfo().GetID()),
+              std::make_tuple(ULOSize(0, 0), 0));
+    // -2 and missing IDs are one transparent white pixel that cannot be remade.
     for (float m : {1.0f, 2.0f}) {
         SetMagnifier(m);
         const ULOPicture special(-2);
@@ -157,29 +170,29 @@ TEST_F(PictureTest, MinusTwoAndMissingIDsAreOneTransparentWhitePixel) {
     }
 }
 
-TEST_F(PictureTest, RemakeFollowsTheNewMagnifier) {
-    Use({MakePicture(240, 0, 2, {{6, 4}, {12, 8}}), MakePicture(0, 0, 1, {{2, 2}})});
-    const ULOPicture byID(240, 1), bySize(240, ULOSize(7, 7), 1, true, false);
-    EXPECT_EQ(std::make_tuple(byID.GetSize(true), bySize.GetSize(true)),
-              std::make_tuple(ULOSize(6, 4), ULOSize(7, 7)));
-
-    SetMagnifier(2.0f);
-    EXPECT_TRUE(Holds(byID.Remake(), 2, {24, 16}, {12, 8}, Bytes(ULOPicture(240, 1))));
-    const ULOPicture bySizeAgain = bySize.Remake();
-    EXPECT_EQ(std::make_tuple(bySizeAgain.GetSize(true), Bytes(bySizeAgain)),
-              std::make_tuple(ULOSize(14, 14), Bytes(ULOPicture(240, ULOSize(7, 7), 1, true, false))));
-
-    // Nothing to build again from: pictures outside the catalogue and ID 0.
-    ULOPicture zero(0, 0, false);
-    EXPECT_FALSE(ULOPicture().CanBeRemade() || ULOPicture(ULOSize(3, 3)).CanBeRemade() || zero.CanBeRemade());
-    EXPECT_EQ(std::make_tuple(ULOPicture(ULOSize(3, 3)).Remake().GetSize(true), zero.GetInfo().GetID()),
-              std::make_tuple(ULOSize(0, 0), 0));
+// The same operation on a magnified picture (logical arguments) and on a plain copy (device ones).
+template <class OnPicture, class OnBits>
+void ExpectLikeBuffer(float m, OnPicture onPicture, OnBits onBits) {
+    magnify::GetMagnifier() = m;
+    std::vector<unsigned char> bytes = PartBytes(1, 2, 3, 20, 10, PICTBITS_ALPHA);
+    ULOPicture picture(bytes.data(), 20, 10, PICTBITS_ALPHA, 1);
+    picture.SetbIsMagnified(true);
+    ULOPictureBits plain;
+    plain.Clone(picture.GetRawPictureBits());
+    onPicture(picture);
+    onBits(plain);
+    EXPECT_EQ(picture.GetSize(true), plain.GetSize(true));
+    EXPECT_EQ(Bytes(picture), Bytes(plain));
 }
+#define EXPECT_LIKE_BUFFER(m, onPicture, onBits) \
+    ExpectLikeBuffer(                            \
+        m, [](ULOPicture& p) { p.onPicture; }, [](ULOPictureBits& b) { b.onBits; })
 
 // A magnified picture reports logical sizes and reads pixels at magnified coordinates (at 0.5 the last
 // logical column and row round one past the buffer; the last device ones are read); an unmagnified one
 // reports and crops device pixels, and unlike the buffer's, its Enlarge narrows to a narrower target.
-TEST_F(PictureTest, MagnifiedGeometryAndPixelsAreLogical) {
+// Geometry operations take logical units.
+TEST_F(PictureTest, MagnifiedGeometryIsLogicalAndPicturesOutsideTheCatalogueOwnTheirPixels) {
     ULOPicture picture(ULOSize(33, 20), 0, 1);
     picture.SetPixelAndAlpha(2, 2, CLR(10, 20, 30), 0);
     picture.SetPixelAndAlpha(32, 19, CLR(40, 50, 60), 0);
@@ -207,27 +220,7 @@ TEST_F(PictureTest, MagnifiedGeometryAndPixelsAreLogical) {
               std::make_tuple(ULOSize(4, 6), ULOSize(4, 6)));
     plain.Enlarge(ULORect(0, 0, 3, 8), ULOPoint(-1, -1));
     EXPECT_EQ(plain.GetSize(true), ULOSize(3, 8));
-}
 
-// The same operation on a magnified picture (logical arguments) and on a plain copy (device ones).
-template <class OnPicture, class OnBits>
-void ExpectLikeBuffer(float m, OnPicture onPicture, OnBits onBits) {
-    magnify::GetMagnifier() = m;
-    std::vector<unsigned char> bytes = PartBytes(1, 2, 3, 20, 10, PICTBITS_ALPHA);
-    ULOPicture picture(bytes.data(), 20, 10, PICTBITS_ALPHA, 1);
-    picture.SetbIsMagnified(true);
-    ULOPictureBits plain;
-    plain.Clone(picture.GetRawPictureBits());
-    onPicture(picture);
-    onBits(plain);
-    EXPECT_EQ(picture.GetSize(true), plain.GetSize(true));
-    EXPECT_EQ(Bytes(picture), Bytes(plain));
-}
-#define EXPECT_LIKE_BUFFER(m, onPicture, onBits) \
-    ExpectLikeBuffer(                            \
-        m, [](ULOPicture& p) { p.onPicture; }, [](ULOPictureBits& b) { b.onBits; })
-
-TEST_F(PictureTest, GeometryOperationsTakeLogicalUnits) {
     using B = ULOPictureBits;
     EXPECT_LIKE_BUFFER(2.0f, HEnlarge(15, -1), HEnlarge(30, -2));
     EXPECT_LIKE_BUFFER(2.0f, HEnlarge(8, 3), HEnlarge(16, 6));
@@ -249,10 +242,7 @@ TEST_F(PictureTest, GeometryOperationsTakeLogicalUnits) {
     lazy.SetbIsMagnified(true);
     lazy.ResizeLazy(3, 5);
     EXPECT_EQ(lazy.GetSize(true), ULOSize(6, 10));
-}
-
-// A picture outside the catalogue holds a copy of the bytes it is given; its copies own their pixels.
-TEST_F(PictureTest, PicturesOutsideTheCatalogueOwnTheirPixels) {
+    // A picture outside the catalogue holds a copy of the bytes it is given; its copies own their pixels.
     std::vector<unsigned char> bytes = PartBytes(5, 0, 0, 5, 3, PICTBITS_RGB24);
     const std::vector<unsigned char> stored = bytes;
     ULOPicture original(bytes.data(), 5, 3, PICTBITS_RGB24, 4);
@@ -290,7 +280,30 @@ TEST_F(PictureTest, PicturesOutsideTheCatalogueOwnTheirPixels) {
               std::make_tuple(block, PICTBITS_MASK8, 1));
 }
 
-TEST_F(PictureTest, CacheServesDecodedVersionsWithoutTheFile) {
+TEST_F(PictureTest, ConcurrentConstructionAndCacheServeTheStoredPixels) {
+    // Concurrent construction gives the stored pixels.
+    Use({MakePicture(260, 0, 4, {{5, 5}}), MakePicture(261, PICTBITS_RGB24, 4, {{7, 3}})});
+    std::vector<std::thread> threads;
+    std::vector<int> failures(4, 0);
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([t, &failures] {
+            for (int i = 0; i < 40; ++i) {
+                const unsigned int part = static_cast<unsigned int>((i + t) % 4);
+                const ULOPicture a(260, part, false);
+                const ULOPicture b(261, part, false);
+                if (Bytes(a) != PartBytes(260, 0, static_cast<int>(part), 5, 5, 0) ||
+                    Bytes(b) != PartBytes(261, 0, static_cast<int>(part), 7, 3, PICTBITS_RGB24)) {
+                    ++failures[static_cast<size_t>(t)];
+                }
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(failures, std::vector<int>(4, 0));
+
+    // The cache serves decoded versions without the file.
     Use({MakePicture(250, 0, 2, {{4, 3}, {8, 6}})});
     const ULOPicture first(250, 0, false);
     ulo::SingleLock lock(ULOPicture::ccResource);
@@ -314,29 +327,6 @@ TEST_F(PictureTest, CacheServesDecodedVersionsWithoutTheFile) {
     ASSERT_EQ(std::remove(FilePath().c_str()), 0);
     EXPECT_EQ(Bytes(ULOPicture(250, 0, false, false, true)), PartBytes(250, 1, 0, 8, 6, 0));
     EXPECT_TRUE(IsTransparentWhitePixel(ULOPicture(250, 0, false)));
-}
-
-TEST_F(PictureTest, ConcurrentConstructionGivesTheStoredPixels) {
-    Use({MakePicture(260, 0, 4, {{5, 5}}), MakePicture(261, PICTBITS_RGB24, 4, {{7, 3}})});
-    std::vector<std::thread> threads;
-    std::vector<int> failures(4, 0);
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([t, &failures] {
-            for (int i = 0; i < 40; ++i) {
-                const unsigned int part = static_cast<unsigned int>((i + t) % 4);
-                const ULOPicture a(260, part, false);
-                const ULOPicture b(261, part, false);
-                if (Bytes(a) != PartBytes(260, 0, static_cast<int>(part), 5, 5, 0) ||
-                    Bytes(b) != PartBytes(261, 0, static_cast<int>(part), 7, 3, PICTBITS_RGB24)) {
-                    ++failures[static_cast<size_t>(t)];
-                }
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(failures, std::vector<int>(4, 0));
 }
 
 }  // namespace

@@ -1,10 +1,6 @@
-// The pixel transfer loops. Which loop a drawing call gets, the instruction-set level it runs at, and how a
-// loop walks two buffers; every functor and wrapper on hand-computed pixels, at every level (each pixel
-// pair repeated across a row long enough for the vector kernels and their scalar tail, every copy the
-// same); the vector paths against the scalar reference, bit for bit: an exhaustive sweep of the blending
-// inputs of every wrapper, random rows (every length up to past two vectors, so every tail, and one long
-// row across several staging blocks) for every functor under every wrapper, and the two integer
-// identities the kernels rest on.
+// The pixel transfer loops: which loop a drawing call gets, its instruction-set level and how it walks two
+// buffers; every functor and wrapper on hand-computed pixels at every level; the vector paths against the
+// scalar reference bit for bit (all blending inputs, random rows of every length), and their identities.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -61,7 +57,7 @@ std::vector<ulogui::base::Isa> AvailableIsas(bool withScalar = true) {
 
 using Route = PictureTransfer::Route;
 
-TEST(TransferSelection, WrapperTableAndOpacityWeight) {
+TEST(TransferSelection, SourceFlagsCopyTypeWrapperTableOpacityWeightAndLevel) {
     // [source alpha][destination alpha][opacity below 1.0]
     const Wrapper table[2][2][2] = {{{W0, W3}, {W0, W3}}, {{W1, W2}, {W4, W4}}};
     for (int facts = 0; facts < 8; ++facts) {
@@ -82,9 +78,18 @@ TEST(TransferSelection, WrapperTableAndOpacityWeight) {
     for (const auto& w : weights) {
         EXPECT_EQ(OpacityWeight(w.first), w.second) << w.first;
     }
-}
+    // Loops take the forced level, or the best this machine has.
+    using namespace ulogui::base;
+    for (int i = 0; i < kIsaCount; ++i) {
+        const Isa isa = static_cast<Isa>(i);
+        ForceIsa(isa);
+        const Isa expected = IsIsaAvailable(isa) ? isa : BestIsa();
+        EXPECT_EQ(ActiveIsa(), expected) << IsaName(isa);
+        EXPECT_EQ(Loop(Functor::kCopy, W0, 1.0f).GetIsa(), expected) << IsaName(isa);
+    }
+    ForceIsa(BestIsa());
 
-TEST(TransferSelection, SourceFlagsThenCopyTypeThenTheWrapperTable) {
+    // Source flags, then the copy type, then the wrapper table.
     // Copy types 0..3 choose their functor under the wrapper of the three facts: five instances each.
     const Functor expected[] = {Functor::kCopy, Functor::kHighlight, Functor::kDisabled, Functor::kDarken};
     for (int type = 0; type < 4; ++type) {
@@ -132,24 +137,12 @@ TEST(TransferSelection, SourceFlagsThenCopyTypeThenTheWrapperTable) {
     EXPECT_EQ(SelectLoop(Functor::kRelative, true, true, 1.0f).GetWrapper(), W4);
 }
 
-TEST(TransferSelection, LoopsTakeTheForcedLevelOrTheBestTheMachineHas) {
-    using namespace ulogui::base;
-    for (int i = 0; i < kIsaCount; ++i) {
-        const Isa isa = static_cast<Isa>(i);
-        ForceIsa(isa);
-        const Isa expected = IsIsaAvailable(isa) ? isa : BestIsa();
-        EXPECT_EQ(ActiveIsa(), expected) << IsaName(isa);
-        EXPECT_EQ(Loop(Functor::kCopy, W0, 1.0f).GetIsa(), expected) << IsaName(isa);
-    }
-    ForceIsa(BestIsa());
-}
-
 // Blue byte of pixel (x, y) of a 4-byte buffer, addressed bottom-up like the library does.
 unsigned char& Blue(std::vector<unsigned char>& block, int width, int height, int x, int y) {
     return block[(static_cast<size_t>(height - 1 - y) * width + x) * 4];
 }
 
-TEST(TransferSelection, RunWalksTheRectangleCutToBothBuffersBottomUp) {
+TEST(TransferSelection, RunWalksTheRectangleCutToBothBuffersBottomUpPaddedOrNot) {
     const int w = 6, h = 5;
     std::vector<unsigned char> dstBlock(w * h * 4, 0);
     std::vector<unsigned char> srcBlock(4 * 3 * 4, 0);
@@ -188,35 +181,32 @@ TEST(TransferSelection, RunWalksTheRectangleCutToBothBuffersBottomUp) {
     ULOPictureBits mask(dstBlock.data(), 8, 2, 8, PICTBITS_MASK8);
     EXPECT_FALSE(copy.Run(mask, ULORect(0, 0, 2, 2), src, ULOPoint(0, 0)));
     EXPECT_EQ(std::count(dstBlock.begin(), dstBlock.end(), 0), w * h * 4);
-}
-
-// Whole rows run as one when both buffers are unpadded; the result must not depend on it.
-TEST(TransferSelection, RunGivesTheSameWhetherRowsLieEndToEndOrArePadded) {
-    const int w = 7, h = 5, stride = w * 4 + 8;
+    // Whole rows run as one when both buffers are unpadded; the result must not depend on it.
+    const int pw = 7, ph = 5, stride = pw * 4 + 8;
     // The same pixels with 8 bytes of padding (0xEE) after every row.
     auto pad = [&](const std::vector<unsigned char>& tight) {
-        std::vector<unsigned char> padded(stride * h, 0xEE);
-        for (int row = 0; row < h; ++row) {
-            std::copy(&tight[row * w * 4], &tight[(row + 1) * w * 4], &padded[row * stride]);
+        std::vector<unsigned char> padded(stride * ph, 0xEE);
+        for (int row = 0; row < ph; ++row) {
+            std::copy(&tight[row * pw * 4], &tight[(row + 1) * pw * 4], &padded[row * stride]);
         }
         return padded;
     };
-    std::vector<unsigned char> src(w * h * 4), tight(w * h * 4);
-    for (size_t i = 0; i < src.size(); ++i) {
-        src[i] = static_cast<unsigned char>(i * 37 + 11);
+    std::vector<unsigned char> source(pw * ph * 4), tight(pw * ph * 4);
+    for (size_t i = 0; i < source.size(); ++i) {
+        source[i] = static_cast<unsigned char>(i * 37 + 11);
         tight[i] = static_cast<unsigned char>(i * 13 + 5);
     }
     const std::vector<unsigned char> before = tight;
-    std::vector<unsigned char> paddedDst = pad(tight), paddedSrc = pad(src), fromPaddedSrc = tight;
+    std::vector<unsigned char> paddedDst = pad(tight), paddedSrc = pad(source), fromPaddedSrc = tight;
     auto bits = [&](std::vector<unsigned char>& block, int lineWidth) {
-        return ULOPictureBits(block.data(), w, h, lineWidth, PICTBITS_ALPHA);
+        return ULOPictureBits(block.data(), pw, ph, lineWidth, PICTBITS_ALPHA);
     };
     const Loop loop(Functor::kCopy, W1, 1.0f);
-    const ULORect all(0, 0, w, h);
-    ULOPictureBits tightBits = bits(tight, w * 4), paddedBits = bits(paddedDst, stride);
-    ULOPictureBits fromPaddedBits = bits(fromPaddedSrc, w * 4);
-    ASSERT_TRUE(loop.Run(tightBits, all, bits(src, w * 4), ULOPoint(0, 0)));
-    ASSERT_TRUE(loop.Run(paddedBits, all, bits(src, w * 4), ULOPoint(0, 0)));
+    const ULORect all(0, 0, pw, ph);
+    ULOPictureBits tightBits = bits(tight, pw * 4), paddedBits = bits(paddedDst, stride);
+    ULOPictureBits fromPaddedBits = bits(fromPaddedSrc, pw * 4);
+    ASSERT_TRUE(loop.Run(tightBits, all, bits(source, pw * 4), ULOPoint(0, 0)));
+    ASSERT_TRUE(loop.Run(paddedBits, all, bits(source, pw * 4), ULOPoint(0, 0)));
     ASSERT_TRUE(loop.Run(fromPaddedBits, all, bits(paddedSrc, stride), ULOPoint(0, 0)));
     EXPECT_NE(tight, before);
     EXPECT_EQ(paddedDst, pad(tight));  // the same rows, and the padding untouched
@@ -373,19 +363,6 @@ void Grid(Bytes& dst, Bytes& src, Fill fill) {
            << int(actual[i]) << ", not " << int(expected[i]);
 }
 
-TEST(TransferIdentities, DivisionBy255AndTheScaledFloatReciprocal) {
-    for (uint32_t x = 0; x <= 255u * 255u; ++x) {
-        ASSERT_EQ((x + 1 + (x >> 8)) >> 8, x / 255) << x;
-        ASSERT_EQ(((x * kDivide255Multiplier) >> 16) >> kDivide255Shift, x / 255) << x;
-    }
-    for (int d = 1; d <= 255; ++d) {
-        const float reciprocal = kReciprocalScale / static_cast<float>(d);
-        for (int n = 0; n <= 255 * d; ++n) {
-            ASSERT_EQ(static_cast<int>(static_cast<float>(n) * reciprocal), n / d) << n << " / " << d;
-        }
-    }
-}
-
 class VectorPathTest : public TransferTest, public ::testing::WithParamInterface<Isa> {};
 
 // Every source alpha against every destination byte and every functor byte under W1 and W2, every weight
@@ -454,7 +431,18 @@ INSTANTIATE_TEST_SUITE_P(Levels, VectorPathTest, ::testing::ValuesIn(AvailableIs
 
 // The kernels at a width no instruction set of this machine has (two pixels a vector) take the
 // portable code of every helper: the same results again.
-TEST(PortableKernels, TwoPixelVectorsMatchTheScalarReference) {
+TEST(PortableKernels, IntegerIdentitiesHoldAndTwoPixelVectorsMatchTheScalarReference) {
+    // The two integer identities the kernels rest on.
+    for (uint32_t x = 0; x <= 255u * 255u; ++x) {
+        ASSERT_EQ((x + 1 + (x >> 8)) >> 8, x / 255) << x;
+        ASSERT_EQ(((x * kDivide255Multiplier) >> 16) >> kDivide255Shift, x / 255) << x;
+    }
+    for (int d = 1; d <= 255; ++d) {
+        const float reciprocal = kReciprocalScale / static_cast<float>(d);
+        for (int n = 0; n <= 255 * d; ++n) {
+            ASSERT_EQ(static_cast<int>(static_cast<float>(n) * reciprocal), n / d) << n << " / " << d;
+        }
+    }
     constexpr KernelSet kernels = MakeKernelSet<8>();
     const std::pair<Kernel, Wrapper> cases[] = {{kernels.plainColour, W0},        {kernels.sourceAlpha, W1},
                                                 {kernels.sourceAlphaOpacity, W2}, {kernels.opacity, W3},

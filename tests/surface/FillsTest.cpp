@@ -1,10 +1,5 @@
-// The fill members as golden scenes: solid fills, the alpha-only fill and the three gradations (rectangles
-// reaching past the surface, null and inverted ones, opacities and alphas outside 0..1 or NaN, degenerate
-// ramps, the conversion these members make whenever the guard is down, even on a surface that is not
-// magnified); shadow bands unclipped, cut by clip edges and by the surface's edge; scrolls in every
-// direction with overlapping rows, the offset and the area converted. Wild shadow inputs must stay inside
-// the buffer. Texture fills: where tiles start, what the opacity does, 24-bit and scaled pictures, pictures
-// by ID from a resource file, and pictures that draw nothing.
+// The fill members as golden scenes: solid, alpha-only and gradation fills, shadows, scrolls and textures
+// (by picture and by ID); wild shadow inputs stay inside the buffer.
 #include "SurfaceTestSupport.h"
 #include "picture/PictureTestFiles.h"
 
@@ -36,7 +31,7 @@ std::function<void(DC&)> Ramp(Gradation member, ULORect gradient, float alphaFro
     };
 }
 
-TEST_F(FillsTest, FillsMatchTheirGoldenScenes) {
+TEST_F(FillsTest, FillsMatchTheirGoldenScenesAndLongRowsButNotGradationsReachTheEnd) {
     const CLR ink(200, 100, 0), offsets(250, 0x7F, 0x80);  // offsets: red -6, green +127, blue -128
     const Gradation horizontal = &DC::FillRectHorizontalGradation;
     const Gradation vertical = &DC::FillRectVerticalGradation;
@@ -74,18 +69,12 @@ TEST_F(FillsTest, FillsMatchTheirGoldenScenes) {
         {"vertical on a surface without alpha", 1, false, false, false, 3, 4, Ramp(vertical, {0, 0, 1, 4}, 0.5f, 1)},
     });
     // clang-format on
-}
-
-// Deliberately never 255: black to white over 10 pixels is trunc(255 * x / 10), the last 229.
-TEST_F(FillsTest, AGradationNeverReachesItsEndColour) {
+    // Deliberately never 255: black to white over 10 pixels is trunc(255 * x / 10), the last 229.
     DC dc(ULORect(0, 0, 10, 1), false, false);
     const ULORect gradient(0, 0, 10, 1);
     dc.FillRectHorizontalGradation(&gradient, &gradient, CLR(0, 0, 0), CLR(255, 255, 255), 1.0f, 1.0f);
     EXPECT_EQ(PixelAt(dc, 9, 0)[0], 229);
-}
-
-// Rows longer than the transfer loops' source run, and whole rows run as one.
-TEST_F(FillsTest, LongRowsAndWholeBuffersFillEveryPixel) {
+    // Rows longer than the transfer loops' source run, and whole rows run as one.
     ULOTrueColorDCBase wide(ULORect(0, 0, 300, 2), false, false);
     const ULORect band(1, 0, 300, 2);
     const ULORect all(0, 0, 300, 2);
@@ -93,7 +82,8 @@ TEST_F(FillsTest, LongRowsAndWholeBuffersFillEveryPixel) {
     wide.FillRectRelative(&all, CLR(0, 0, 1));
     ExpectOnly(wide, band, Pixel{1, 49, 99, 0}, Pixel{1, 0, 0, 0});
 }
-TEST_F(FillsTest, ShadowsAndScrollsMatchTheirGoldenScenes) {
+
+TEST_F(FillsTest, ShadowsAndScrollsMatchTheirGoldenScenesAndWildShadowsStayInside) {
     const auto shadow = [](ULORect rect, const ULORect* clip, int size, float strength) {
         return [=](DC& dc) { dc.DrawShadow(&rect, clip, size, strength); };
     };
@@ -125,21 +115,19 @@ TEST_F(FillsTest, ShadowsAndScrollsMatchTheirGoldenScenes) {
         {"scroll a padded-free wide surface", 1, false, false, false, 9, 3, scroll({-2, 1}, nullptr)},
     });
     // clang-format on
-}
-
-TEST_F(FillsTest, WildSizesStrengthsRectanglesAndClipsStayInsideTheBuffer) {
+    // Wild sizes, strengths, rectangles and clips stay inside the buffer.
     const ULORect wide(INT_MIN, INT_MIN, INT_MAX, INT_MAX);
     const ULORect rects[] = {ULORect(1, 1, 4, 5), wide, ULORect(INT_MIN, -3, -1, 2),
                              ULORect(INT_MAX - 1, 0, INT_MAX, 1)};
     const ULORect inverted(6, 6, 1, 1);
     const ULORect* clips[] = {nullptr, &wide, &inverted};
-    for (const ULORect& rect : rects) {
+    for (const ULORect& wild : rects) {
         for (const ULORect* clip : clips) {
             for (int size : {0, -3, 1, INT_MAX, INT_MIN}) {
                 for (float strength : {std::nanf(""), -1.0f, 2.0f, INFINITY}) {
                     ULOTrueColorDCBase dc(ULORect(0, 0, 8, 8), false, false);
                     FillAll(dc, CLR(255, 255, 255), 7);
-                    dc.DrawShadow(&rect, clip, size, strength);
+                    dc.DrawShadow(&wild, clip, size, strength);
                     if (size <= 0) {
                         ExpectOnly(dc, ULORect(), kClear, Pixel{255, 255, 255, 7});
                     }
@@ -149,13 +137,10 @@ TEST_F(FillsTest, WildSizesStrengthsRectanglesAndClipsStayInsideTheBuffer) {
     }
 }
 
-using TextureTest = MagnifierTest;
-
 // Tiles start at the rectangle's top-left or the given origin and are mixed by the opacity (trunc(o * 255),
 // NaN 0), from 4- and 3-byte pictures; a picture of the other magnification is scaled smoothly once (a
 // plain one on a magnified surface, a magnified one on a plain surface).
-TEST_F(TextureTest, TexturesMatchTheirGoldenScenes) {
-    using DC = ULOTrueColorDCBase;
+TEST_F(FillsTest, TexturesMatchTheirGoldenScenes) {
     const auto tile = [](int x, int y) {
         return Pixel{static_cast<unsigned char>(10 * (2 * y + x + 1)), 100,
                      static_cast<unsigned char>(200 - x), 9};

@@ -62,7 +62,7 @@ protected:
     testfonts::ScopedEngine engine_{testfonts::LatinEngine()};
 };
 
-TEST_F(TextOutTest, BandAlignmentAndResult) {
+TEST_F(TextOutTest, BandAlignmentResultMnemonicBoxRedAndFontHeight) {
     const FontPtr font = Font(L"DejaVu Sans", 15);
     const int w = static_cast<int>(std::ceil(font->GetStringRealWidth(L"Hello", 0)));
     // Left-aligned on (10, 5, 110, 35): the image every case is a shift of, in the band's 15 rows.
@@ -94,25 +94,23 @@ TEST_F(TextOutTest, BandAlignmentAndResult) {
             ASSERT_EQ(PixelAt(dc, x, y), PixelAt(reference, x - c.shiftX, y - c.shiftY)) << c.flags;
         }
     }
-}
-
-TEST_F(TextOutTest, MnemonicOpaqueBoxAndRed) {
-    const FontPtr font = Font(L"Liberation Sans", 17);  // 15 pixels per em: no grey
-    const int ascent = ulogui::platform::ResolveFont(font->GetRegularFont())->GetMetrics().ascent;
-    const ULORect rect(0, 0, 90, 24);  // the band: rows 7 to 23
+    // Mnemonics, the opaque box and red for overflowing words.
+    const FontPtr liberation = Font(L"Liberation Sans", 17);  // 15 pixels per em: no grey
+    const int ascent = ulogui::platform::ResolveFont(liberation->GetRegularFont())->GetMetrics().ascent;
+    const ULORect band(0, 0, 90, 24);  // rows 7 to 23
     // The marked "H" is underlined one row under the baseline, its advance less one long.
-    Surface dc(90, 30);
-    dc.SetEnableMnemonic(true);
-    EXPECT_EQ(dc.TextOutW(font, &rect, L"&Hu", 0, kBlack, 1.0f, 0, kWhite),
-              static_cast<int>(std::ceil(font->GetStringRealWidth(L"&Hu", 0))));
+    Surface marked(90, 30);
+    marked.SetEnableMnemonic(true);
+    EXPECT_EQ(marked.TextOutW(liberation, &band, L"&Hu", 0, kBlack, 1.0f, 0, kWhite),
+              static_cast<int>(std::ceil(liberation->GetStringRealWidth(L"&Hu", 0))));
     for (int x = 0; x < 90; ++x) {
-        ASSERT_EQ(PixelAt(dc, x, 7 + ascent + 1),
-                  Bgra(x < font->GetCharWidthW(L'H', true) - 1 ? kBlack : kWhite, 0));
+        ASSERT_EQ(PixelAt(marked, x, 7 + ascent + 1),
+                  Bgra(x < liberation->GetCharWidthW(L'H', true) - 1 ? kBlack : kWhite, 0));
     }
     // Flag 0x8: a box of the first colour over the text cell, the glyphs in the second.
     const CLR box(30, 160, 90), glyphs(200, 10, 60);
     Surface boxed(90, 30);
-    const int width = boxed.TextOutW(font, &rect, L"Hu", 0x8, box, 1.0f, 0, glyphs);
+    const int width = boxed.TextOutW(liberation, &band, L"Hu", 0x8, box, 1.0f, 0, glyphs);
     EXPECT_EQ(boxed.Changed(), ULORect(0, 7, width, 24));
     EXPECT_GT(boxed.Count(Bgra(glyphs, 0)), 40);
     EXPECT_EQ(boxed.Count(Bgra(box, 0)) + boxed.Count(Bgra(glyphs, 0)), 17 * width);
@@ -121,70 +119,25 @@ TEST_F(TextOutTest, MnemonicOpaqueBoxAndRed) {
     for (const wchar_t* text : {L"Hu", L"Overflowing"}) {
         Surface s(90, 30);
         const ULORect narrow(0, 0, 60, 24);
-        s.TextOutW(font, &narrow, text, 0, kBlack, 1.0f, 0, kWhite);
+        s.TextOutW(liberation, &narrow, text, 0, kBlack, 1.0f, 0, kWhite);
         const bool red = text[2] != 0;
         EXPECT_GT(s.Count(Bgra(red ? kRed : kBlack, 0)), 20);
         EXPECT_EQ(s.Count(Bgra(red ? kBlack : kRed, 0)), 0);
     }
-}
-
-TEST_F(TextOutTest, PuttingTheBandBack) {
-    // Flag 0x8 with colours whose section pixels are known: the box is exactly `box`, the glyphs (no
-    // grey at 12 pixels per em) exactly `glyphs`. A twin on white with opacity 1 shows which is which.
-    const FontPtr font = Font(L"Liberation Sans", 13);
-    const CLR box(30, 60, 90), glyphs(10, 10, 10), under(203, 151, 101);
-    const ULORect rect(0, 0, 60, 14);
-    Surface twin(60, 14);
-    twin.TextOutW(font, &rect, L"Hi", 0x8, box, 1.0f, 0, glyphs);
-    // Worked by hand in single precision. grey(box) = 59, so the backdrop is white; a glyph pixel's
-    // cover is (9 - 59) * 255 / 196 = -65, kept as 191; a box pixel's 0.
-    const struct {
-        bool alpha;
-        unsigned char underAlpha;
-        float opacity;
-        Pixel onBox, onGlyph;
-    } cases[] = {
-        {true, 91, 0.4f, {95, 104, 114, 54}, {99, 137, 177, 81}},
-        {true, 255, 0.4f, {90, 60, 30, 153}, {90, 60, 30, 229}},
-        {true, 91, 0.0f, {90, 60, 30, 0}, {97, 119, 143, 68}},
-        {false, 77, 0.3f, {97, 123, 151, 77}, {73, 108, 145, 77}},  // (int)(under * 0.7 + section * 0.3)
-        {false, 77, 1.0f, {90, 60, 30, 0}, {10, 10, 10, 0}},
-    };
-    for (const auto& c : cases) {
-        Surface dc(60, 14, under, c.underAlpha, c.alpha);
-        dc.TextOutW(font, &rect, L"Hi", 0x8, box, c.opacity, 0, glyphs);
-        const std::vector<Pixel> section = Pixels(twin), after = Pixels(dc);
-        for (size_t i = 0; i < after.size(); ++i) {
-            const Pixel expected = section[i] == Bgra(box, 0)      ? c.onBox
-                                   : section[i] == Bgra(glyphs, 0) ? c.onGlyph
-                                                                   : Bgra(under, c.underAlpha);
-            ASSERT_EQ(after[i], expected) << i << (c.alpha ? " alpha" : "");
-        }
-    }
-    // Without flag 0x8, dark text goes onto white and light text onto black: untouched pixels keep
-    // their alpha, touched ones take the text colour.
-    for (const CLR& ink : {CLR(20, 20, 20), CLR(240, 240, 100)}) {
-        Surface dc(60, 14, under, 255, true);
-        dc.TextOutW(font, &rect, L"Hi", 0, ink, 1.0f, 0, kWhite);
-        EXPECT_GT(dc.Count(Bgra(ink, 0)), 20);
-        EXPECT_EQ(dc.Count(Bgra(ink, 0)) + dc.Count(Bgra(under, 255)), 60 * 14);
-    }
-}
-
-TEST_F(TextOutTest, FontHeightConvertedOnlyOnUnmagnifiedSurfaces) {
     SetMagnifier(2.0f);
-    // Unmagnified: a band of 30 rows (15 at m = 2), the cell at its top. Magnified: the rectangle
-    // doubles, the band is the font's 15 rows at the bottom.
+    // The font height is converted only on unmagnified surfaces. Unmagnified: a band of 30 rows (15 at m =
+    // 2), the cell at its top. Magnified: the rectangle doubles, the band is the font's 15 rows at the
+    // bottom.
     for (const bool magnified : {false, true}) {
         Surface dc(50, 30, kWhite, 0, false, magnified);
-        const ULORect rect(0, 0, 50, 30);
-        EXPECT_GT(dc.TextOutW(Font(L"DejaVu Sans", 15), &rect, L"Hg", 0x8, kBlack, 1.0f, 0, kWhite), 0);
+        const ULORect whole(0, 0, 50, 30);
+        EXPECT_GT(dc.TextOutW(Font(L"DejaVu Sans", 15), &whole, L"Hg", 0x8, kBlack, 1.0f, 0, kWhite), 0);
         EXPECT_EQ(dc.Changed().top, magnified ? 45 : 0);
         EXPECT_LE(dc.Changed().bottom, magnified ? 60 : 16);
     }
 }
 
-TEST_F(TextOutTest, TextOutClippedPutsBackOnlyWhatTheClipAllows) {
+TEST_F(TextOutTest, TheBandAndTheClippedPartArePutBackAsTheyShouldBe) {
     const FontPtr font = Font(L"DejaVu Sans", 15);
     const ULORect rect(10, 5, 70, 25), clip(20, 0, 50, 30);
     for (const int m : {1, 2}) {
@@ -204,10 +157,51 @@ TEST_F(TextOutTest, TextOutClippedPutsBackOnlyWhatTheClipAllows) {
             EXPECT_NE(after, dc.blank);
         }
     }
-    Surface dc(80, 30);
+    Surface plain(80, 30);
     const ULORect huge(INT32_MIN, 0, INT32_MAX, 30);
-    EXPECT_EQ(dc.TextOutClipped(font, &rect, nullptr, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
-    EXPECT_EQ(dc.TextOutClipped(font, &huge, &clip, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
+    EXPECT_EQ(plain.TextOutClipped(font, &rect, nullptr, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
+    EXPECT_EQ(plain.TextOutClipped(font, &huge, &clip, L"Hello", 0, kBlack, 1.0f, 0, kWhite), 0);
+    // Putting the band back.
+    // Flag 0x8 with colours whose section pixels are known: the box is exactly `box`, the glyphs (no
+    // grey at 12 pixels per em) exactly `glyphs`. A twin on white with opacity 1 shows which is which.
+    const FontPtr liberation = Font(L"Liberation Sans", 13);
+    const CLR box(30, 60, 90), glyphs(10, 10, 10), under(203, 151, 101);
+    const ULORect cell(0, 0, 60, 14);
+    Surface twin(60, 14);
+    twin.TextOutW(liberation, &cell, L"Hi", 0x8, box, 1.0f, 0, glyphs);
+    // Worked by hand in single precision. grey(box) = 59, so the backdrop is white; a glyph pixel's
+    // cover is (9 - 59) * 255 / 196 = -65, kept as 191; a box pixel's 0.
+    const struct {
+        bool alpha;
+        unsigned char underAlpha;
+        float opacity;
+        Pixel onBox, onGlyph;
+    } cases[] = {
+        {true, 91, 0.4f, {95, 104, 114, 54}, {99, 137, 177, 81}},
+        {true, 255, 0.4f, {90, 60, 30, 153}, {90, 60, 30, 229}},
+        {true, 91, 0.0f, {90, 60, 30, 0}, {97, 119, 143, 68}},
+        {false, 77, 0.3f, {97, 123, 151, 77}, {73, 108, 145, 77}},  // (int)(under * 0.7 + section * 0.3)
+        {false, 77, 1.0f, {90, 60, 30, 0}, {10, 10, 10, 0}},
+    };
+    for (const auto& c : cases) {
+        Surface dc(60, 14, under, c.underAlpha, c.alpha);
+        dc.TextOutW(liberation, &cell, L"Hi", 0x8, box, c.opacity, 0, glyphs);
+        const std::vector<Pixel> section = Pixels(twin), after = Pixels(dc);
+        for (size_t i = 0; i < after.size(); ++i) {
+            const Pixel expected = section[i] == Bgra(box, 0)      ? c.onBox
+                                   : section[i] == Bgra(glyphs, 0) ? c.onGlyph
+                                                                   : Bgra(under, c.underAlpha);
+            ASSERT_EQ(after[i], expected) << i << (c.alpha ? " alpha" : "");
+        }
+    }
+    // Without flag 0x8, dark text goes onto white and light text onto black: untouched pixels keep
+    // their alpha, touched ones take the text colour.
+    for (const CLR& ink : {CLR(20, 20, 20), CLR(240, 240, 100)}) {
+        Surface dc(60, 14, under, 255, true);
+        dc.TextOutW(liberation, &cell, L"Hi", 0, ink, 1.0f, 0, kWhite);
+        EXPECT_GT(dc.Count(Bgra(ink, 0)), 20);
+        EXPECT_EQ(dc.Count(Bgra(ink, 0)) + dc.Count(Bgra(under, 255)), 60 * 14);
+    }
 }
 
 TEST_F(TextOutTest, MultiLineTextOut) {
@@ -236,23 +230,20 @@ TEST_F(TextOutTest, MultiLineTextOut) {
         EXPECT_EQ(total, sum);
         EXPECT_TRUE(Pixels(multi) == Pixels(single)) << highlight;
     }
-}
-
-// The wrap of a window of the text is the wrap of the whole rest, wherever the window ends.
-TEST_F(TextOutTest, WrappingReadsWindowsOfLongTexts) {
-    const FontPtr font = Font(L"DejaVu Sans", 15);
+    // The wrap of a window of the text is the wrap of the whole rest, wherever the window ends.
+    const FontPtr dejavu = Font(L"DejaVu Sans", 15);
     std::srand(17);
     const wchar_t pieces[] = L"  \t\r\n-abcdefghij";
     for (int round = 0; round < 60; ++round) {
-        ULOString text;
+        ULOString random;
         const int spread = 1 + std::rand() % 1000;  // how rare the breaks are
-        while (text.size() < 900 + size_t(round) * 70) {
-            text += std::rand() % spread == 0 ? pieces[std::rand() % 6] : pieces[6 + std::rand() % 11];
+        while (random.size() < 900 + size_t(round) * 70) {
+            random += std::rand() % spread == 0 ? pieces[std::rand() % 6] : pieces[6 + std::rand() % 11];
         }
         const int width = std::rand() % 3 == 0 ? 100000 : 20 + std::rand() % 400;
-        for (size_t pos : {size_t(0), size_t(std::rand()) % text.size()}) {
-            ASSERT_EQ(ulogui::surface::FirstLineLength(*font, width, text, pos),
-                      font->GetMaxWordOffset(width, text.substr(pos), 0))
+        for (size_t pos : {size_t(0), size_t(std::rand()) % random.size()}) {
+            ASSERT_EQ(ulogui::surface::FirstLineLength(*dejavu, width, random, pos),
+                      dejavu->GetMaxWordOffset(width, random.substr(pos), 0))
                 << round << " at " << pos;
         }
     }

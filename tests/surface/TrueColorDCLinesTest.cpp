@@ -1,8 +1,5 @@
-// The outline members: golden scenes of pixels, lines, outlines and bevels on plain and magnified surfaces
-// (m = 1.5 and 2.0, guard down and raised); chart curves as golden scenes; arcs on hand-computed maps of
-// the whole device buffer (they depend on libm trigonometry); the smooth ring against the exact coverage
-// of the ring; and one sweep of bad inputs, which must finish without touching memory outside the buffer
-// (the sanitizer build sees every write).
+// The outline members: pixels, lines, outlines, bevels and chart curves as golden scenes, arcs on hand-drawn
+// maps, smooth rings against their exact coverage, and a sweep of bad inputs that must stay in the buffer.
 #include <initializer_list>
 #include <iterator>
 #include <limits>
@@ -21,9 +18,17 @@ const CLR kWhite(255, 255, 255);
 
 using LinesTest = MagnifierTest;
 
+ULOArray_NOSTL<double> Samples(std::initializer_list<double> values) {
+    ULOArray_NOSTL<double> array;
+    for (const double v : values) {
+        array.Add(v);
+    }
+    return array;
+}
+
 // The pixel, straight-line, outline and bevel members as golden scenes, at 1.0, 1.5 and 2.0 with the
 // guard down and raised, with clamped ends, dashes, wild counts and opacities outside 0..1.
-TEST_F(LinesTest, LinesAndOutlinesMatchTheirGoldenScenes) {
+TEST_F(LinesTest, GoldenScenesOfLinesOutlinesAndChartCurvesAndBadInputsInsideTheBuffer) {
     const CLR ink(200, 50, 0), offset(-10, 20, 127), ten(10, 10, 10);
     // clang-format off
     ExpectScenes("surface/lines", {
@@ -76,11 +81,80 @@ TEST_F(LinesTest, LinesAndOutlinesMatchTheirGoldenScenes) {
         {"2.0: raised bevel", 2, true, true, false, 3, 3, [](DC& dc) { dc.Draw3DRect({0, 0, 2, 2}, true); }},
     });
     // clang-format on
+    // Chart curves (second family of scenes) join (i, values[i]) (or (values[i], i)) with a NaN as a gap and
+    // each run's last sample drawn, at 2.0 a sample every two device pixels; fills run between pixel centres
+    // above and below the baseline, then draw the baseline (two thick at 2.0, cut at the edge).
+    const ULOArray_NOSTL<double> curve = Samples({1.0, 1.0, 3.0, std::nan(""), 2.0, 2.0});
+    const ULOArray_NOSTL<double> fill = Samples({0.0, 3.0, 2.5});
+    const std::pair<int, int> middle(1, 3), inverted(5, 2), early(-10, 1);
+    const CLR red(255, 0, 0), green(0, 255, 0), blue(0, 0, 255);
+    // clang-format off
+    ExpectScenes("surface/chart", {
+        {"curve", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(6, curve, kWhite, 1.0f); }},
+        {"a range, and a count beyond the array", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(100, curve, kWhite, 1.0f, &middle); }},
+        {"a negative count and an inverted range draw nothing; a lone sample is a pixel", 1, true, false, false, 8, 5, [&](DC& dc) {
+             dc.TraceCurvefX(-1, curve, kWhite, 1.0f); dc.TraceCurvefX(6, curve, kWhite, 1.0f, &inverted);
+             dc.TraceCurvefX(6, curve, kWhite, 1.0f, &early); }},
+        {"(values[i], i)", 1, true, false, false, 4, 3, [&](DC& dc) { dc.TraceCurvefY(2, fill, kWhite, 1.0f); }},
+        {"curve at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.TraceCurvefX(2, curve, kWhite, 1.0f); }},
+        {"fill", 1, true, false, false, 6, 5, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
+        {"fill at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
+    });
+    // clang-format on
+    // Every member with inputs from the ends of their ranges, on plain, magnified and padded surfaces: each
+    // call returns, restores the guard and writes nothing outside the rows (the padding keeps its bytes).
+    const int ints[] = {INT_MIN, INT_MIN + 1, -100000, -3, -1, 0, 1, 2, 5, 100000, INT_MAX - 1, INT_MAX};
+    const float floats[] = {kNaN, kInf, -kInf, -1e30f, -2.0f, -0.5f, 0.0f,
+                            0.3f, 1.0f, 2.5f,  7.0f,   1e9f,  1e30f};
+    std::mt19937 rng(14);
+    const auto i = [&] { return ints[rng() % std::size(ints)]; };
+    const auto f = [&] { return floats[rng() % std::size(floats)]; };
+    const auto p = [&] { return ULOPoint(rng() % 2 ? i() : static_cast<int>(rng() % 9) - 1, i()); };
+    ULOArray_NOSTL<double> values;
+    for (int k = 0; k < 40; ++k) {
+        values.Add(rng() % 4 ? static_cast<double>(f()) : static_cast<double>(rng() % 9));
+    }
+    std::vector<unsigned char> memory(5 * 40, 0xA5);
+    BufferSurface padded(memory.data(), 7, 5, 40);  // 28 bytes of pixels, 12 of padding a row
+    for (int round = 0; round < 3000; ++round) {
+        const float m = round % 3 == 0 ? 1.0f : round % 3 == 1 ? 1.5f : 2.0f;
+        SetMagnifier(m);
+        DC magnified(ULORect(0, 0, 5, 4), true, true);
+        DC& dc = round % 2 ? static_cast<DC&>(padded) : magnified;
+        const bool guard = rng() % 2;
+        dc.SetWorkingOnScreenSize(guard);
+        const CLR c(i(), i(), i());
+        const std::pair<int, int> range(i(), i());
+        const std::pair<int, int>* r = rng() % 2 ? &range : nullptr;
+        // clang-format off
+        switch (rng() % 12) {
+            case 0: dc.DrawPixelAlpha(p(), c, f()); break;
+            case 1: dc.DrawLine(p(), p(), c, i(), i()); break;
+            case 2: dc.DrawLineAlpha(p(), p(), c, f(), i(), i()); break;
+            case 3: dc.DrawLineOnAlpha(p(), p(), c, f(), i(), i()); break;
+            case 4: dc.DrawLineRelative(p(), p(), c, i(), i()); break;
+            case 5: dc.DrawHorizontalLineAlpha(p(), i(), c, f(), i(), i()); break;
+            case 6: dc.DrawVerticalLineRelative(p(), i(), c, i(), i()); break;
+            case 7: dc.DrawRectAlpha(ULORect(i(), i(), i(), i()), c, f(), i(), i()); break;
+            case 8: dc.DrawRecessedFrame(ULORect(i(), i(), i(), i())); break;
+            case 9: dc.DrawArc(c, rng() % 2 ? ULORect() : ULORect(i(), i(), i(), i()), p(), f(), f(), f(), f(),
+                               static_cast<DC::ERadiusThicknessRelation>(rng() % 4), rng() % 2); break;
+            case 10: dc.TraceCurvefY(i(), values, c, f(), r); break;
+            default: dc.FillBackGroundfX(i(), values, p(), c, c, c, f(), r);
+        }
+        // clang-format on
+        ASSERT_EQ(dc.GetWorkingOnScreenSize(), guard) << "round " << round;
+    }
+    for (int row = 0; row < 5; ++row) {
+        for (int b = 28; b < 40; ++b) {
+            ASSERT_EQ(memory[row * 40 + b], 0xA5) << "row " << row << " byte " << b;
+        }
+    }
 }
 
 // Radius 2 around (3, 3): 12 points, k at k / 12 * 2pi. Each segment draws its start pixel; the angle
 // test is strict, so a full turn from 0 leaves out the segments ending at 0 and at 2pi, (5, 2) and (5, 3).
-TEST_F(LinesTest, Arcs) {
+TEST_F(LinesTest, ArcsOnHandComputedMapsAndSmoothRingsFollowTheExactCoverage) {
     const DC::ERadiusThicknessRelation middle = DC::eRadiusIsMiddle;
     const auto arc = [middle](ULORect clip, float start, float sweep) {
         return [=](DC& dc) { dc.DrawArc(kWhite, clip, {3, 3}, 2.0f, start, sweep, 0.0f, middle, false); };
@@ -145,43 +219,9 @@ TEST_F(LinesTest, Arcs) {
         }
         EXPECT_EQ(drawn, want) << d.what;
     }
-}
-
-ULOArray_NOSTL<double> Samples(std::initializer_list<double> values) {
-    ULOArray_NOSTL<double> array;
-    for (const double v : values) {
-        array.Add(v);
-    }
-    return array;
-}
-
-// Chart curves join (i, values[i]) (or (values[i], i)) with a NaN as a gap and each run's last sample
-// drawn, at 2.0 a sample every two device pixels; fills run between pixel centres above and below the
-// baseline, then draw the baseline (two thick at 2.0, cut at the edge).
-TEST_F(LinesTest, ChartCurvesAndFillsMatchTheirGoldenScenes) {
-    const ULOArray_NOSTL<double> curve = Samples({1.0, 1.0, 3.0, std::nan(""), 2.0, 2.0});
-    const ULOArray_NOSTL<double> fill = Samples({0.0, 3.0, 2.5});
-    const std::pair<int, int> middle(1, 3), inverted(5, 2), early(-10, 1);
-    const CLR red(255, 0, 0), green(0, 255, 0), blue(0, 0, 255);
-    // clang-format off
-    ExpectScenes("surface/chart", {
-        {"curve", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(6, curve, kWhite, 1.0f); }},
-        {"a range, and a count beyond the array", 1, true, false, false, 8, 5, [&](DC& dc) { dc.TraceCurvefX(100, curve, kWhite, 1.0f, &middle); }},
-        {"a negative count and an inverted range draw nothing; a lone sample is a pixel", 1, true, false, false, 8, 5, [&](DC& dc) {
-             dc.TraceCurvefX(-1, curve, kWhite, 1.0f); dc.TraceCurvefX(6, curve, kWhite, 1.0f, &inverted);
-             dc.TraceCurvefX(6, curve, kWhite, 1.0f, &early); }},
-        {"(values[i], i)", 1, true, false, false, 4, 3, [&](DC& dc) { dc.TraceCurvefY(2, fill, kWhite, 1.0f); }},
-        {"curve at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.TraceCurvefX(2, curve, kWhite, 1.0f); }},
-        {"fill", 1, true, false, false, 6, 5, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
-        {"fill at 2.0", 2, true, true, false, 3, 3, [&](DC& dc) { dc.FillBackGroundfX(3, fill, {1, 2}, red, green, blue); }},
-    });
-    // clang-format on
-}
-
-// A smooth ring's edge pixels are covered by about the share of them that lies inside the ring, checked
-// against the exact coverage (8 x 8 samples a pixel); without smoothing the ring is a pixel thicker. With
-// the radius at an edge (relations 1 and 2) that edge stays solid and the far one is smooth.
-TEST_F(LinesTest, SmoothRingsFollowTheExactCoverage) {
+    // A smooth ring's edge pixels are covered by about the share of them that lies inside the ring, checked
+    // against the exact coverage (8 x 8 samples a pixel); without smoothing the ring is a pixel thicker. With
+    // the radius at an edge (relations 1 and 2) that edge stays solid and the far one is smooth.
     struct Ring {
         DC::ERadiusThicknessRelation relation;
         bool smooth;
@@ -224,58 +264,6 @@ TEST_F(LinesTest, SmoothRingsFollowTheExactCoverage) {
         EXPECT_LT(ring.relation == DC::eRadiusIsOuter ? inner : std::fabs(outer), 0.08);
         if (ring.relation == DC::eRadiusIsMiddle) {
             EXPECT_NEAR(ink / area, 1.0, 0.05);
-        }
-    }
-}
-
-// Every member with inputs from the ends of their ranges, on plain, magnified and padded surfaces: each
-// call returns, restores the guard and writes nothing outside the rows (the padding keeps its bytes).
-TEST_F(LinesTest, BadInputsFinishInsideTheBuffer) {
-    const int ints[] = {INT_MIN, INT_MIN + 1, -100000, -3, -1, 0, 1, 2, 5, 100000, INT_MAX - 1, INT_MAX};
-    const float floats[] = {kNaN, kInf, -kInf, -1e30f, -2.0f, -0.5f, 0.0f,
-                            0.3f, 1.0f, 2.5f,  7.0f,   1e9f,  1e30f};
-    std::mt19937 rng(14);
-    const auto i = [&] { return ints[rng() % std::size(ints)]; };
-    const auto f = [&] { return floats[rng() % std::size(floats)]; };
-    const auto p = [&] { return ULOPoint(rng() % 2 ? i() : static_cast<int>(rng() % 9) - 1, i()); };
-    ULOArray_NOSTL<double> values;
-    for (int k = 0; k < 40; ++k) {
-        values.Add(rng() % 4 ? static_cast<double>(f()) : static_cast<double>(rng() % 9));
-    }
-    std::vector<unsigned char> memory(5 * 40, 0xA5);
-    BufferSurface padded(memory.data(), 7, 5, 40);  // 28 bytes of pixels, 12 of padding a row
-    for (int round = 0; round < 3000; ++round) {
-        const float m = round % 3 == 0 ? 1.0f : round % 3 == 1 ? 1.5f : 2.0f;
-        SetMagnifier(m);
-        DC magnified(ULORect(0, 0, 5, 4), true, true);
-        DC& dc = round % 2 ? static_cast<DC&>(padded) : magnified;
-        const bool guard = rng() % 2;
-        dc.SetWorkingOnScreenSize(guard);
-        const CLR c(i(), i(), i());
-        const std::pair<int, int> range(i(), i());
-        const std::pair<int, int>* r = rng() % 2 ? &range : nullptr;
-        // clang-format off
-        switch (rng() % 12) {
-            case 0: dc.DrawPixelAlpha(p(), c, f()); break;
-            case 1: dc.DrawLine(p(), p(), c, i(), i()); break;
-            case 2: dc.DrawLineAlpha(p(), p(), c, f(), i(), i()); break;
-            case 3: dc.DrawLineOnAlpha(p(), p(), c, f(), i(), i()); break;
-            case 4: dc.DrawLineRelative(p(), p(), c, i(), i()); break;
-            case 5: dc.DrawHorizontalLineAlpha(p(), i(), c, f(), i(), i()); break;
-            case 6: dc.DrawVerticalLineRelative(p(), i(), c, i(), i()); break;
-            case 7: dc.DrawRectAlpha(ULORect(i(), i(), i(), i()), c, f(), i(), i()); break;
-            case 8: dc.DrawRecessedFrame(ULORect(i(), i(), i(), i())); break;
-            case 9: dc.DrawArc(c, rng() % 2 ? ULORect() : ULORect(i(), i(), i(), i()), p(), f(), f(), f(), f(),
-                               static_cast<DC::ERadiusThicknessRelation>(rng() % 4), rng() % 2); break;
-            case 10: dc.TraceCurvefY(i(), values, c, f(), r); break;
-            default: dc.FillBackGroundfX(i(), values, p(), c, c, c, f(), r);
-        }
-        // clang-format on
-        ASSERT_EQ(dc.GetWorkingOnScreenSize(), guard) << "round " << round;
-    }
-    for (int row = 0; row < 5; ++row) {
-        for (int b = 28; b < 40; ++b) {
-            ASSERT_EQ(memory[row * 40 + b], 0xA5) << "row " << row << " byte " << b;
         }
     }
 }

@@ -1,10 +1,5 @@
-// Construction, copying, pixel assignment and ownership of the drawing surface; its logical and device
-// sizes under magnifiers 1.0, 1.5 and 2.0, with the guard raised or not, and the size-changing
-// operations, which take logical units only outside the guard. Ownership mistakes show in the sanitizer
-// build: a block freed twice or one the surface did not allocate aborts, a block never freed is reported
-// as a leak. The drawing frame: conversion only outside the guard on a magnified surface, the guard raised
-// while a member runs and restored on every exit, clipping of rectangles, clamping of points, bottom-up
-// rows; and the two reference members, FillRect and DrawPixel, on plain and magnified surfaces.
+// Construction, copying, ownership (mistakes show in the sanitizer build) and the logical and device sizes
+// of the drawing surface; the drawing frame and its two reference members, FillRect and DrawPixel.
 #include <memory>
 #include <new>
 
@@ -18,7 +13,7 @@ using Access = ULOTrueColorDCBaseTestAccess;
 
 using SurfaceTest = MagnifierTest;
 
-TEST_F(SurfaceTest, ConstructionSizesClearsAndFlagsTheBuffer) {
+TEST_F(SurfaceTest, ConstructionCopiesAndAssignment) {
     const ULOTrueColorDCBase dc(ULORect(-7, 30, 3, 33), true, false);
     EXPECT_EQ(std::make_tuple(dc.GetSize(true), dc.GetLineWidth(true), dc.GetBytesPerPixel(), dc.GetFlags()),
               std::make_tuple(ULOSize(10, 3), 40, 4, PICTBITS_ALPHA));
@@ -44,13 +39,12 @@ TEST_F(SurfaceTest, ConstructionSizesClearsAndFlagsTheBuffer) {
 
     // Device pixels cannot be read with logical coordinates until the guard is raised (on a const
     // surface too).
-    const ULOTrueColorDCBase magnified(ULORect(0, 0, 4, 4), false, true);
-    EXPECT_FALSE(Access::CanGetBits(magnified));
-    magnified.SetWorkingOnScreenSize(true);
-    EXPECT_TRUE(Access::CanGetBits(magnified) && Access::CanGetBits(dc));
-}
+    const ULOTrueColorDCBase guarded(ULORect(0, 0, 4, 4), false, true);
+    EXPECT_FALSE(Access::CanGetBits(guarded));
+    guarded.SetWorkingOnScreenSize(true);
+    EXPECT_TRUE(Access::CanGetBits(guarded) && Access::CanGetBits(dc));
 
-TEST_F(SurfaceTest, CopyIsAViewOfTheSamePixelsWithTheSameFlagsThatFreesNothing) {
+    // A copy is a view of the same pixels with the same flags that frees nothing.
     SetMagnifier(2.0f);
     auto original = std::make_unique<ULOTrueColorDCBase>(ULORect(0, 0, 3, 2), true, true);
     original->SetUpdated(true);
@@ -74,9 +68,7 @@ TEST_F(SurfaceTest, CopyIsAViewOfTheSamePixelsWithTheSameFlagsThatFreesNothing) 
     auto late = std::make_unique<ULOTrueColorDCBase>(*original);
     original.reset();
     late.reset();
-}
-
-TEST_F(SurfaceTest, AssignmentCopiesPixelsOnlyCutToTheSmallerBlockAndTheLogicalShare) {
+    // Assignment copies pixels only, cut to the smaller block and the logical share.
     ULOTrueColorDCBase target(ULORect(0, 0, 6, 6), false, false);
     ULOTrueColorDCBase small(ULORect(0, 0, 2, 2), true, false);
     FillAll(small, CLR(1, 1, 1), 1);
@@ -110,7 +102,9 @@ TEST_F(SurfaceTest, AssignmentCopiesPixelsOnlyCutToTheSmallerBlockAndTheLogicalS
     magnified = source;
     EXPECT_EQ(Bytes(magnified), Bytes(source));
 }
-TEST_F(MagnifierTest, GettersReportLogicalSizesOnlyOutsideTheGuard) {
+
+TEST_F(MagnifierTest, GettersAreLogicalOutsideTheGuardAndLogicalSizesFollowTheCallingThreadsMagnifier) {
+    // Getters report logical sizes only outside the guard.
     // The buffer built from (0, 0, 10, 7): 7 * 1.5 = 10.5 rounds up to 11, and 11 / 1.5 = 7.33 back down.
     const std::pair<float, ULOSize> devices[] = {
         {1.0f, ULOSize(10, 7)}, {1.5f, ULOSize(15, 11)}, {2.0f, ULOSize(20, 14)}};
@@ -135,9 +129,7 @@ TEST_F(MagnifierTest, GettersReportLogicalSizesOnlyOutsideTheGuard) {
         EXPECT_EQ(std::make_tuple(plain.GetSize(false), plain.GetLineWidth(false)),
                   std::make_tuple(logical, 40));
     }
-}
-
-TEST_F(MagnifierTest, LogicalSizesFollowTheCallingThreadsCurrentMagnifier) {
+    // Logical sizes follow the calling thread's current magnifier.
     SetMagnifier(2.0f);
     const ULOTrueColorDCBase dc(ULORect(0, 0, 10, 10), false, true);
     SetMagnifier(1.5f);
@@ -151,7 +143,7 @@ TEST_F(MagnifierTest, LogicalSizesFollowTheCallingThreadsCurrentMagnifier) {
 
 using SurfaceResizeTest = MagnifierTest;
 
-TEST_F(SurfaceResizeTest, ArgumentsAreLogicalOnlyOnAMagnifiedSurfaceOutsideTheGuard) {
+TEST_F(SurfaceResizeTest, ArgumentsAreLogicalOnlyOutsideTheGuardAndGivenMemoryIsNotOwned) {
     SetMagnifier(2.0f);
     ULOTrueColorDCBase dc(ULORect(0, 0, 10, 10), false, true);
     dc.Crop(6, 4, ULOPictureBits::eCropTopLeft);
@@ -193,23 +185,20 @@ TEST_F(SurfaceResizeTest, ArgumentsAreLogicalOnlyOnAMagnifiedSurfaceOutsideTheGu
     marked.Crop(ULORect(1, 1, 3, 3));  // device source (2, 2, 6, 6)
     ASSERT_EQ(marked.GetSize(true), ULOSize(4, 4));
     ExpectOnly(marked, ULORect(0, 0, 2, 2), Bgra(CLR(200, 100, 50), 0));
-}
-
-// A surface given memory starts unmagnified and draws into it without owning it; a buffer operation
-// replaces that memory with a block the surface then owns and frees (the sanitizer build reports a
-// leak or a wrong free otherwise).
-TEST_F(SurfaceResizeTest, GivenMemoryIsNotOwnedButABlockBuiltByAResizeIs) {
+    // A surface given memory starts unmagnified and draws into it without owning it; a buffer operation
+    // replaces that memory with a block the surface then owns and frees (the sanitizer build reports a
+    // leak or a wrong free otherwise).
     std::vector<unsigned char> memory(16, 9);
     {
-        BufferSurface dc(memory.data(), 2, 2, 8);
-        EXPECT_FALSE(dc.OwnBuffer() || dc.IsMagnified() || dc.GetWorkingOnScreenSize());
+        BufferSurface given(memory.data(), 2, 2, 8);
+        EXPECT_FALSE(given.OwnBuffer() || given.IsMagnified() || given.GetWorkingOnScreenSize());
         const ULORect all(0, 0, 2, 2);
-        dc.FillRect(&all, CLR(3, 3, 3), 3);
+        given.FillRect(&all, CLR(3, 3, 3), 3);
         EXPECT_EQ(memory, std::vector<unsigned char>(16, 3));
-        dc.Resize(3, 3, ULOPictureBits::eResizeNearest);
-        EXPECT_EQ(dc.GetSize(true), ULOSize(3, 3));
-        EXPECT_NE(dc.GetBits(), memory.data());
-        EXPECT_TRUE(dc.OwnBuffer());
+        given.Resize(3, 3, ULOPictureBits::eResizeNearest);
+        EXPECT_EQ(given.GetSize(true), ULOSize(3, 3));
+        EXPECT_NE(given.GetBits(), memory.data());
+        EXPECT_TRUE(given.OwnBuffer());
     }
     EXPECT_EQ(memory, std::vector<unsigned char>(16, 3));
     EXPECT_TRUE(BufferSurface(2, 2).OwnBuffer());  // a block handed over is freed by the surface
@@ -222,18 +211,15 @@ const CLR kInk(200, 100, 50);
 
 using DrawingFrameTest = MagnifierTest;
 
-// Lengths and points, which no member here converts (the table below covers rectangles and the guard).
-TEST_F(DrawingFrameTest, LengthsAndPointsRoundAsFloorOfVTimesMPlusAHalf) {
+TEST_F(DrawingFrameTest, ConvertsOnlyOutsideTheGuardRestoresItOnExceptionsAndRefusesUnsafeBuffers) {
+    // Lengths and points, which no member here converts, round as floor(v * m + 0.5).
     SetMagnifier(1.5f);
-    ULOTrueColorDCBase magnified(ULORect(0, 0, 10, 10), false, true);
-    const DrawingFrame frame(magnified);
+    ULOTrueColorDCBase surface(ULORect(0, 0, 10, 10), false, true);
+    const DrawingFrame frame(surface);
     EXPECT_EQ(frame.ToDevice(3), 5);    // 4.5 rounds up
     EXPECT_EQ(frame.ToDevice(-2), -3);  // floor(-3 + 0.5), not truncation
     EXPECT_EQ(frame.ToDevice(ULOPoint(1, 2)), ULOPoint(2, 3));
-    EXPECT_EQ(DrawingFrame(magnified).ToDevice(3), 3);  // nested: the guard is up
-}
-
-TEST_F(DrawingFrameTest, MembersSeeDeviceGeometryWhileTheyRunAndTheGuardIsRestoredOnAnException) {
+    EXPECT_EQ(DrawingFrame(surface).ToDevice(3), 3);  // nested: the guard is up
     SetMagnifier(1.5f);
     ObservedSurface magnified(ULORect(0, 0, 4, 4), false, true);
     const ULORect rect(0, 0, 2, 2);
@@ -256,9 +242,7 @@ TEST_F(DrawingFrameTest, MembersSeeDeviceGeometryWhileTheyRunAndTheGuardIsRestor
         EXPECT_THROW(throwing.DrawPixel(ULOPoint(1, 1), kInk), std::runtime_error);
         EXPECT_EQ(throwing.GetWorkingOnScreenSize(), guard);
     }
-}
-
-TEST_F(DrawingFrameTest, BufferThatCannotBeDrawnOnSafelyHasNoBounds) {
+    // A buffer that cannot be drawn on safely has no bounds.
     std::vector<unsigned char> memory(32, 0);
     BufferSurface mask(memory.data(), 4, 2, 16, PICTBITS_MASK8);
     BufferSurface shortRows(memory.data(), 4, 2, 12);
@@ -273,46 +257,12 @@ TEST_F(DrawingFrameTest, BufferThatCannotBeDrawnOnSafelyHasNoBounds) {
     EXPECT_EQ(memory, std::vector<unsigned char>(32, 0));
 }
 
-using FillRectTest = MagnifierTest;
-
-TEST_F(FillRectTest, EveryRowWidthOffsetAndBandMatchesAPixelByPixelFill) {
-    // The row store is vectorised; odd widths and offsets exercise its head and tail.
-    for (int left = 0; left < 5; ++left) {
-        for (int w = 1; w <= 37; ++w) {
-            ULOTrueColorDCBase dc(ULORect(0, 0, 42, 3), true, false);
-            const ULORect rect(left, 1, left + w, 3);
-            dc.FillRect(&rect, CLR(left, w, 7), static_cast<unsigned char>(w));
-            ExpectOnly(dc, rect, Bgra(CLR(left, w, 7), static_cast<unsigned char>(w)));
-        }
-    }
-    // Whole rows of an unpadded buffer are filled as one run; its start must be the band's bottom row.
-    for (int w = 1; w <= 19; ++w) {
-        for (int top = 0; top < 3; ++top) {
-            for (int bottom = top + 1; bottom <= 4; ++bottom) {
-                ULOTrueColorDCBase dc(ULORect(0, 0, w, 4), false, false);
-                const ULORect band(-2, top, w + 3, bottom);
-                dc.FillRect(&band, CLR(w, top, bottom), 0x5A);
-                ExpectOnly(dc, ULORect(0, top, w, bottom), Bgra(CLR(w, top, bottom), 0x5A));
-            }
-        }
-    }
-    // Rows with padding between them are filled one by one: the padding stays.
-    std::vector<unsigned char> memory(3 * 24, 0xEE);
-    BufferSurface padded(memory.data(), 5, 3, 24);
-    const ULORect all(0, 0, 5, 3);
-    padded.FillRect(&all, kInk, 0);
-    ExpectOnly(padded, all, Bgra(kInk, 0));
-    for (int row = 0; row < 3; ++row) {
-        EXPECT_EQ(memory[row * 24 + 23], 0xEE) << "row " << row;
-    }
-}
-
 // FillRect cuts rectangles at the borders (outside, empty or inverted ones draw nothing); magnified, origin
 // and size are scaled apart, rounding as floor(v * m + 0.5), then clipped; inside the guard they are
 // device pixels. DrawPixel writes one device pixel, keeping its alpha and clamped to the nearest border,
 // on a surface that is not magnified, at magnifier 1.0 or inside the guard; otherwise the logical pixel
 // is its whole device block, alpha 0, clipped like a rectangle.
-TEST_F(DrawingFrameTest, FillRectClipsAndDrawPixelClampsOrFillsItsBlock) {
+TEST_F(DrawingFrameTest, FillRectClipsAndFillsEveryRowAndDrawPixelClampsOrFillsItsBlock) {
     using DC = ULOTrueColorDCBase;
     const auto fill = [](ULORect rect) { return [rect](DC& dc) { dc.FillRect(&rect, kInk, 5); }; };
     const auto pixel = [](int x, int y) { return [x, y](DC& dc) { dc.DrawPixel(ULOPoint(x, y), kInk); }; };
@@ -342,6 +292,35 @@ TEST_F(DrawingFrameTest, FillRectClipsAndDrawPixelClampsOrFillsItsBlock) {
         {"pixel block far outside", 2, true, true, false, 6, 6, pixel(INT_MAX, 0)},
     });
     // clang-format on
+    // The row store is vectorised; odd widths and offsets exercise its head and tail.
+    for (int left = 0; left < 5; ++left) {
+        for (int w = 1; w <= 37; ++w) {
+            ULOTrueColorDCBase dc(ULORect(0, 0, 42, 3), true, false);
+            const ULORect rect(left, 1, left + w, 3);
+            dc.FillRect(&rect, CLR(left, w, 7), static_cast<unsigned char>(w));
+            ExpectOnly(dc, rect, Bgra(CLR(left, w, 7), static_cast<unsigned char>(w)));
+        }
+    }
+    // Whole rows of an unpadded buffer are filled as one run; its start must be the band's bottom row.
+    for (int w = 1; w <= 19; ++w) {
+        for (int top = 0; top < 3; ++top) {
+            for (int bottom = top + 1; bottom <= 4; ++bottom) {
+                ULOTrueColorDCBase dc(ULORect(0, 0, w, 4), false, false);
+                const ULORect band(-2, top, w + 3, bottom);
+                dc.FillRect(&band, CLR(w, top, bottom), 0x5A);
+                ExpectOnly(dc, ULORect(0, top, w, bottom), Bgra(CLR(w, top, bottom), 0x5A));
+            }
+        }
+    }
+    // Rows with padding between them are filled one by one: the padding stays.
+    std::vector<unsigned char> memory(3 * 24, 0xEE);
+    BufferSurface padded(memory.data(), 5, 3, 24);
+    const ULORect all(0, 0, 5, 3);
+    padded.FillRect(&all, kInk, 0);
+    ExpectOnly(padded, all, Bgra(kInk, 0));
+    for (int row = 0; row < 3; ++row) {
+        EXPECT_EQ(memory[row * 24 + 23], 0xEE) << "row " << row;
+    }
 }
 
 }  // namespace
