@@ -8,6 +8,7 @@
 #include "ulogui/Font.h"
 #include "ulolib/Exception.h"
 
+using testfonts::PutU32;
 using testfonts::WriteFile;
 using ulogui::resfile::BuildFontResourceFile;
 using ulogui::resfile::FontRecord;
@@ -20,12 +21,6 @@ FontRecord Record(const wchar_t* face) {
     return FontRecord{
         face,       12,    700, true, false, true, 0x10, 2, {L"Liberation Sans", L"DejaVu Sans"},
         L"Caption", false, 20};
-}
-
-void PutU32(std::vector<uint8_t>& bytes, size_t at, uint32_t v) {
-    for (int i = 0; i < 4; ++i) {
-        bytes[at + i] = static_cast<uint8_t>(v >> (8 * i));
-    }
 }
 
 // The primary face of the record found for id, or "none".

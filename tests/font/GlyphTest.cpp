@@ -23,15 +23,11 @@ const std::pair<const wchar_t*, std::string> kFaces[] = {
     {L"Liberation Sans", testfonts::Liberation("LiberationSans-Regular.ttf")},
 };
 
-class GlyphFunctions : public ::testing::Test {
-protected:
-    void SetUp() override { REQUIRE_LATIN_FONTS(); }
-    testfonts::ScopedEngine scoped_{testfonts::LatinEngine()};
-};
-
 }  // namespace
 
-TEST_F(GlyphFunctions, OutlinesWidthsWithKerningAndTheFaceListOnTheLatinFacesAndBadInputIsSurvived) {
+TEST(GlyphFunctions, OutlinesWidthsWithKerningAndTheFaceListOnTheLatinFacesAndBadInputIsSurvived) {
+    REQUIRE_LATIN_FONTS();
+    testfonts::ScopedEngine scoped(testfonts::LatinEngine());
     for (const auto& [face, file] : kFaces) {
         ULOGlyphOutline outline;
         outline.Add(ULOArray_NOSTL<ULOGlyphVertex>(3));  // emptied first
