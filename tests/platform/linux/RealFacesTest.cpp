@@ -16,7 +16,6 @@
 #include FT_FREETYPE_H
 
 #include "font/TestFonts.h"
-#include "platform/linux/FaceCatalogue.h"
 #include "platform/linux/NativeOutline.h"
 #include "platform/linux/SfntFacts.h"
 #include "toolslib/MultiProc.h"
@@ -48,11 +47,9 @@ void ExpectWidths(const ULOFont& font, const std::string& file, unsigned ppem, u
     }
 }
 
-// One plain load per code point, in code order, with the engine's load flags.
-std::vector<int> PlainAdvances(const std::string& file, unsigned ppem, uint32_t first, uint32_t last) {
-    return ClassicAdvances(file, ppem, first, last,
-                           FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH);
-}
+// The engine's load flags, for one plain load per code point in code order.
+constexpr int32_t kEngineLoad =
+    FT_LOAD_TARGET_MONO | FT_LOAD_NO_AUTOHINT | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH;
 
 std::shared_ptr<PlatformFont> Ipaex(FontEngine& engine, int height, int weight = 400) {
     return MakeFont(engine, L"IPAexGothic", height, charset::kShiftJis, weight);
@@ -168,8 +165,7 @@ TEST(FontEngineFonts, SizesAdvancesKerningStylesAndNamesAreTheClassicEnginesAndO
     EXPECT_EQ(2727u, pairs.size());
     EXPECT_EQ(907u, MakeFont(*LatinEngine(), L"Liberation Sans", 24)->GetKerningPairs().size());
     EXPECT_TRUE(MakeFont(*LatinEngine(), L"DejaVu Sans Mono", 24)->GetKerningPairs().empty());
-    EXPECT_LT(avAmount(pairs), 0);
-    // Larger sizes kern more: the same pair at 4x the size.
+    // Larger sizes kern more: the same pair (negative) at 4x the size.
     EXPECT_LT(avAmount(MakeFont(*LatinEngine(), L"DejaVu Sans", -84)->GetKerningPairs()),
               avAmount(pairs) * 3);
     REQUIRE_LATIN_FONTS();
@@ -246,11 +242,11 @@ TEST(FontOnRealFaces, ThePreferredAvailableFaceIsChosenAndDoubleByteFontsCacheTh
     EXPECT_TRUE(japanese.IsNonANSIFontOK());
     EXPECT_EQ(L"IPAexGothic", japanese.GetChosenFace());  // the only JIS face, sans like the wanted one
     ASSERT_TRUE(japanese.HasUnicodeExtraWidths());
-    const std::string file = IpaexGothic();
-    ExpectWidths(japanese, file, 16, 0x3000, 0x30FF);  // punctuation, kana
-    ExpectWidths(japanese, file, 16, 0x4E00, 0x4FFF);  // ideographs
-    ExpectWidths(japanese, file, 16, 0xFF00, 0xFFEF);  // full- and half-width forms
-    ExpectWidths(japanese, file, 16, 32, 255);
+    // Punctuation and kana, ideographs, full- and half-width forms, Latin.
+    for (const auto& [first, last] :
+         {std::pair(0x3000u, 0x30FFu), {0x4E00u, 0x4FFFu}, {0xFF00u, 0xFFEFu}, {32u, 255u}}) {
+        ExpectWidths(japanese, IpaexGothic(), 16, first, last);
+    }
 
     ULOFont chinese({L"SimSun", L"AR PL SungtiL GB"}, -14, 7, 1.0f, false, false, false);
     EXPECT_TRUE(chinese.IsNonANSIFontOK());
@@ -274,11 +270,11 @@ TEST(FontEngineAdvanceBatches, EveryCjkWidthEqualsThePlainPerGlyphLoad) {
             const unsigned ppem = font->GetMetrics().pixelsPerEm;
             SCOPED_TRACE(testing::Message() << "threads cap " << threads << ", ppem " << ppem);
             for (const auto& [first, last] : ranges) {
-                EXPECT_EQ(PlainAdvances(file, ppem, first, last), Advances(*font, first, last))
+                EXPECT_EQ(ClassicAdvances(file, ppem, first, last, kEngineLoad), Advances(*font, first, last))
                     << std::hex << first;
             }
             // A second font of the size reads the cache; synthesised bold adds its pixel to each.
-            std::vector<int> widened = PlainAdvances(file, ppem, 0x3000, 0x9FFF);
+            std::vector<int> widened = ClassicAdvances(file, ppem, 0x3000, 0x9FFF, kEngineLoad);
             EXPECT_EQ(widened, Advances(*Ipaex(*engine, height), 0x3000, 0x9FFF));
             std::transform(widened.begin(), widened.end(), widened.begin(), [](int w) { return w + 1; });
             EXPECT_EQ(widened, Advances(*Ipaex(*engine, height, 700), 0x3000, 0x9FFF));

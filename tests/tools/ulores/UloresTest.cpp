@@ -293,10 +293,9 @@ TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReadsAndErrorsNameTheLineOrRec
 
     std::ostringstream dump;
     EXPECT_EQ(0, ulores::DumpFonts(output, dump));
-    const std::string listing = dump.str();
-    EXPECT_NE(std::string::npos, listing.find("4 table entries"));
+    EXPECT_NE(std::string::npos, dump.str().find("4 table entries"));
     EXPECT_NE(std::string::npos,
-              listing.find("\"MS UI Gothic\" height -12 weight 700 italic underline strikeout"));
+              dump.str().find("\"MS UI Gothic\" height -12 weight 700 italic underline strikeout"));
     const std::pair<const char*, const char*> cases[] = {
         {"<fonts><font id=\"0\" height=\"11\"/></fonts>", "needs the attribute face"},
         {"<fonts><font id=\"0\" face=\"A\"/></fonts>", "needs the attribute height"},
