@@ -215,19 +215,17 @@ INSTANTIATE_TEST_SUITE_P(KnownWidths, Agreement,
                                            FontCase{3.3f, kLatin, 12}, FontCase{0.5f, kJapanese, 30}));
 
 TEST(TabStops, TabWidthsRoundedWidthsHeightsWildMagnifiersAndOutputThatIsTheInput) {
-    auto one = KnownFont(1.0f);
-    EXPECT_EQ(52.0f, one->GetTabWidth(48.0f, true));
-    EXPECT_EQ(5.0f, one->GetTabWidth(45.0f, true));  // exactly a space left: this stop
-    EXPECT_EQ(6.0f, one->GetTabWidth(44.0f, false));
-    EXPECT_EQ(50.0f, one->GetTabWidth(100.0f, false));
-    auto two = KnownFont(2.0f);
-    EXPECT_EQ(100.0f, two->GetTabWidth(0.0f, true));
-    EXPECT_EQ(4.0f, two->GetTabWidth(96.0f, true));
-    EXPECT_EQ(102.0f, two->GetTabWidth(98.0f, true));
-    // Unmagnified: a 50-unit interval whose room is divided by m once more.
-    EXPECT_EQ(25.0f, two->GetTabWidth(0.0f, false));
-    EXPECT_EQ(26.0f, two->GetTabWidth(48.0f, false));  // 2 < 2.5: 52 / 2
-    EXPECT_EQ(1.5f, two->GetTabWidth(47.0f, false));   // 3 / 2
+    auto one = KnownFont(1.0f), two = KnownFont(2.0f);
+    // At 45 exactly a space is left: this stop. Unmagnified: a 50-unit interval whose room is divided by
+    // m once more (at 48, 2 < 2.5: 52 / 2; at 47, 3 / 2).
+    const std::tuple<const ULOFont*, float, bool, float> tabs[] = {
+        {one.get(), 48, true, 52},   {one.get(), 45, true, 5},  {one.get(), 44, false, 6},
+        {one.get(), 100, false, 50}, {two.get(), 0, true, 100}, {two.get(), 96, true, 4},
+        {two.get(), 98, true, 102},  {two.get(), 0, false, 25}, {two.get(), 48, false, 26},
+        {two.get(), 47, false, 1.5f}};
+    for (const auto& [font, x, device, width] : tabs) {
+        EXPECT_EQ(width, font->GetTabWidth(x, device)) << x << " " << font->GetMagnifier();
+    }
     EXPECT_EQ(one->GetStringRealWidthMultiLine(L"ab\ncde", 3.0f), one->GetStringRealWidth(L"ab\ncde", 3.0f));
     EXPECT_EQ(30.0f, one->ComputeMaxStringWidth(L"ab\ncde"));
     EXPECT_EQ(2, two->GetStringWidth(L"i", 0.0f));
@@ -235,7 +233,6 @@ TEST(TabStops, TabWidthsRoundedWidthsHeightsWildMagnifiersAndOutputThatIsTheInpu
     EXPECT_EQ(7, oneAndHalf->GetStringWidth(L"a", 0.0f));       // 6.67
     EXPECT_EQ(14, oneAndHalf->GetStringWidth(L"aa\na", 0.0f));  // 13.33
     EXPECT_EQ(0, oneAndHalf->GetStringWidth(L"", 0.0f));
-    EXPECT_EQ(0u, ULOFont::CountLineFeeds(L""));
     EXPECT_EQ(2u, ULOFont::CountLineFeeds(L"\r\n\n\r"));
     EXPECT_EQ(16, two->ComputeMinStringHeight(L"abc"));
     EXPECT_EQ(32, two->ComputeMinStringHeight(L"a\r\nb"));

@@ -13,6 +13,13 @@ inline std::string WriteFile(const TempDir& dir, const std::string& name, const 
     return dir.Write(name, std::string(bytes.begin(), bytes.end()));
 }
 
+// Stores v little-endian at bytes[at..at+3].
+inline void PutU32(std::vector<uint8_t>& bytes, size_t at, uint32_t v) {
+    for (int i = 0; i < 4; ++i) {
+        bytes[at + i] = static_cast<uint8_t>(v >> (8 * i));
+    }
+}
+
 // "face height weight flags family pitch [alternatives] 'name' ignoreHeightExt heightExt", the
 // flags as i, u, s or '-': e.g. "Ab -12 400 i-s 32 2 [X,Y] 'Caption' 1 28".
 inline std::wstring Describe(const ulogui::resfile::FontRecord& r) {

@@ -25,10 +25,8 @@ public:
         EXPECT_FALSE(root_.empty()) << "cannot create a temporary folder";
     }
     ~TempDir() {
-        std::error_code ignored;
-        if (!root_.empty()) {
-            std::filesystem::remove_all(root_, ignored);
-        }
+        std::error_code ignored;  // also when no folder was made
+        std::filesystem::remove_all(root_, ignored);
     }
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;

@@ -293,12 +293,9 @@ TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReadsAndErrorsNameTheLineOrRec
 
     std::ostringstream dump;
     EXPECT_EQ(0, ulores::DumpFonts(output, dump));
-    const std::string listing = dump.str();
-    EXPECT_NE(std::string::npos, listing.find("4 table entries"));
-    EXPECT_NE(std::string::npos, listing.find("font 1: no record"));
+    EXPECT_NE(std::string::npos, dump.str().find("4 table entries"));
     EXPECT_NE(std::string::npos,
-              listing.find("\"MS UI Gothic\" height -12 weight 700 italic underline strikeout"));
-    EXPECT_NE(std::string::npos, listing.find("    alternative \"Meiryo UI\""));
+              dump.str().find("\"MS UI Gothic\" height -12 weight 700 italic underline strikeout"));
     const std::pair<const char*, const char*> cases[] = {
         {"<fonts><font id=\"0\" height=\"11\"/></fonts>", "needs the attribute face"},
         {"<fonts><font id=\"0\" face=\"A\"/></fonts>", "needs the attribute height"},
@@ -322,17 +319,11 @@ TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReadsAndErrorsNameTheLineOrRec
     EXPECT_NE(std::string::npos, Error([&] {
                                      ulores::ReadFontManifest(dir_.Path().native() + "/none.xml");
                                  }).find("cannot open"));
-    std::vector<uint8_t> foreign(256, 0);  // a header that is not ours: the table ends at the first record
-    auto put = [&](uint32_t v) {
-        for (int i = 0; i < 4; ++i) {
-            foreign.push_back(static_cast<uint8_t>(v >> (8 * i)));
-        }
-    };
-    put(264);         // font 0 right after a two-entry table
-    put(0x7FFFFFF0);  // font 1 far past the end
-    put(1);
-    foreign.push_back('A');
-    foreign.push_back(0);
+    std::vector<uint8_t> foreign(270, 0);  // a header that is not ours: the table ends at the first record
+    testfonts::PutU32(foreign, 256, 264);  // font 0 right after a two-entry table
+    testfonts::PutU32(foreign, 260, 0x7FFFFFF0);  // font 1 far past the end
+    testfonts::PutU32(foreign, 264, 1);
+    foreign[268] = 'A';
     const std::string path = testfonts::WriteFile(dir_, "foreign.urf", foreign);
     EXPECT_FALSE(ulores::IsFontResourceFile(path));
     std::ostringstream listed;
