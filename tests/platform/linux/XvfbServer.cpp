@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -24,10 +25,10 @@ XvfbServer::XvfbServer(int width, int height, const std::vector<std::string>& ex
     fcntl(fds[0], F_SETFD, FD_CLOEXEC);
     // -noreset: the server would otherwise start over, refusing connections for a moment, each time
     // its last client leaves.
-    std::vector<std::string> arguments = {
-        "Xvfb",      "-displayfd", std::to_string(fds[1]),
-        "-nolisten", "tcp",        "-noreset",
-        "-screen",   "0",          std::to_string(width) + "x" + std::to_string(height) + "x24"};
+    std::vector<std::string> arguments = {"Xvfb",      "-displayfd", std::to_string(fds[1]),
+                                          "-nolisten", "tcp",        "-noreset"};
+    arguments.insert(arguments.end(),
+                     {"-screen", "0", std::to_string(width) + "x" + std::to_string(height) + "x24"});
     arguments.insert(arguments.end(), extraArguments.begin(), extraArguments.end());
     std::vector<char*> argv;
     for (std::string& a : arguments) {
@@ -75,6 +76,17 @@ XvfbServer::~XvfbServer() {
     }
     kill(pid_, SIGKILL);
     waitpid(pid_, nullptr, 0);
+}
+
+std::string UnusedDisplay() {
+    for (int n = 900;; ++n) {
+        struct stat s;
+        const std::string socket = "/tmp/.X11-unix/X" + std::to_string(n);
+        const std::string lock = "/tmp/.X" + std::to_string(n) + "-lock";
+        if (stat(socket.c_str(), &s) != 0 && stat(lock.c_str(), &s) != 0) {
+            return ":" + std::to_string(n);
+        }
+    }
 }
 
 }  // namespace ulotest

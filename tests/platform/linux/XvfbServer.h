@@ -26,4 +26,7 @@ private:
     std::string problem_;
 };
 
+// A display number on which no server is listening (its socket file is absent).
+std::string UnusedDisplay();
+
 }  // namespace ulotest
