@@ -16,6 +16,7 @@
 #include FT_FREETYPE_H
 
 #include "font/TestFonts.h"
+#include "platform/linux/FaceCatalogue.h"
 #include "platform/linux/NativeOutline.h"
 #include "platform/linux/SfntFacts.h"
 #include "toolslib/MultiProc.h"
