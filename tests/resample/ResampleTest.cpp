@@ -19,9 +19,14 @@
 #include "resample/SmoothScaler.h"
 #include "ulogui/PictureBits.h"
 
-#if defined(__SANITIZE_ADDRESS__)
 // An impossible allocation must come back as a failure here, not end the process.
+#if defined(__SANITIZE_ADDRESS__)
 extern "C" __attribute__((visibility("default"), used)) const char* __asan_default_options() {
+    return "allocator_may_return_null=1";
+}
+#endif
+#if defined(__SANITIZE_THREAD__)
+extern "C" __attribute__((visibility("default"), used)) const char* __tsan_default_options() {
     return "allocator_may_return_null=1";
 }
 #endif
