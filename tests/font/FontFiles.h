@@ -5,19 +5,13 @@
 #include <vector>
 
 #include "resfile/FontRecord.h"
+#include "ulolib/LittleEndian.h"
 #include "ulolib/TempDir.h"
 
 namespace testfonts {
 
 inline std::string WriteFile(const TempDir& dir, const std::string& name, const std::vector<uint8_t>& bytes) {
     return dir.Write(name, std::string(bytes.begin(), bytes.end()));
-}
-
-// Stores v little-endian at bytes[at..at+3].
-inline void PutU32(std::vector<uint8_t>& bytes, size_t at, uint32_t v) {
-    for (int i = 0; i < 4; ++i) {
-        bytes[at + i] = static_cast<uint8_t>(v >> (8 * i));
-    }
 }
 
 // "face height weight flags family pitch [alternatives] 'name' ignoreHeightExt heightExt", the

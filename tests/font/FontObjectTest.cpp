@@ -21,11 +21,11 @@
 #include "resfile/FontResourceWriter.h"
 #include "ulogui/Font.h"
 #include "ulogui/Glyph.h"
+#include "ulolib/ErrorOrigin.h"
 #include "ulolib/Exception.h"
 
 using namespace ulogui::platform;
 using testfonts::Face;
-using testfonts::PutU32;
 using testfonts::WriteFile;
 using ulogui::resfile::BuildFontResourceFile;
 using ulogui::resfile::FontRecord;
@@ -88,20 +88,6 @@ public:
     using details::MappedFontResourceFile::DoInit;
     ~OpenMappedFile() override { DoClose(); }
 };
-
-// The call name a system error carries, or the code of an internal error.
-std::string Origin(const ulo::ErrorCode& error) {
-    try {
-        error.Rethrow();
-    } catch (const ulo::exception::SystemError& e) {
-        return e.GetCall();
-    } catch (const ulo::exception::InternalError& e) {
-        return e.GetCode();
-    } catch (...) {
-        return "?";
-    }
-    return "";
-}
 
 const std::pair<const wchar_t*, std::string> kFaces[] = {
     {L"DejaVu Sans", testfonts::DejaVu("DejaVuSans.ttf")},
@@ -437,7 +423,7 @@ TEST(FontResourceFileInit, BadPathsGiveTheInternalErrorFilesMapWholeAndEachPlatf
          {ULOPath(), dir.Path(), ULOPath::FromNative(dir.Path().native() + "/none.urf")}) {
         const ulo::ErrorCode error = file.Init(path);
         ASSERT_TRUE(error.IsError());
-        EXPECT_EQ("URF_INIPTH", Origin(error));
+        EXPECT_EQ("URF_INIPTH", ErrorOrigin(error));
         EXPECT_EQ(ulo::exception::kResultUnexpected, error.GetResultCode());
         EXPECT_EQ("class ulo::ErrorCode __cdecl FontResourceFile::Init(const class ULOPath &)",
                   error.GetFunction());
@@ -445,7 +431,7 @@ TEST(FontResourceFileInit, BadPathsGiveTheInternalErrorFilesMapWholeAndEachPlatf
         EXPECT_FALSE(file.IsOpen());
     }
     // The process's own file, through the font (opened by the tests of fonts from the file).
-    EXPECT_EQ("URF_INIPTH", Origin(ULOFont::SetFontResourceFile(dir.Path())));
+    EXPECT_EQ("URF_INIPTH", ErrorOrigin(ULOFont::SetFontResourceFile(dir.Path())));
     EXPECT_FALSE(FontResourceFile::Instance().IsOpen());
     const std::vector<uint8_t> first = BuildFontResourceFile({Record(L"DejaVu Sans")});
     ASSERT_TRUE(file.Init(ULOPath::FromNative(WriteFile(dir, "a.urf", first))).IsOk());
@@ -477,7 +463,7 @@ TEST(FontResourceFileInit, BadPathsGiveTheInternalErrorFilesMapWholeAndEachPlatf
         const ulo::ErrorCode error = file.DoInit(ULOPath::FromNative(c.path));
         ASSERT_TRUE(error.IsError());
         EXPECT_EQ(c.code, error.GetResultCode());
-        EXPECT_EQ(c.call, Origin(error));
+        EXPECT_EQ(c.call, ErrorOrigin(error));
         EXPECT_EQ(
             "class ulo::ErrorCode __cdecl details::MappedFontResourceFile::DoInit(const class ULOPath &)",
             error.GetFunction());

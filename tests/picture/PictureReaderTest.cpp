@@ -3,7 +3,7 @@
 #include "picture/PictureReader.h"
 #include "picture/PictureTestFiles.h"
 #include "resfile/BitmapResourceFormat.h"
-#include "ulolib/Exception.h"
+#include "ulolib/ErrorOrigin.h"
 
 namespace {
 
@@ -21,22 +21,9 @@ public:
     ulo::ErrorCode CallDoInit(const ULOPath& path) { return DoInit(path); }
 };
 
-// The code of an internal error or the call name of a system error.
-std::string Origin(const ulo::ErrorCode& error) {
-    try {
-        error.Rethrow();
-    } catch (const ulo::exception::InternalError& e) {
-        return e.GetCode();
-    } catch (const ulo::exception::SystemError& e) {
-        return e.GetCall();
-    } catch (...) {
-    }
-    return "none";
-}
-
 void ExpectInitPathError(const ulo::ErrorCode& error) {
     EXPECT_EQ(std::make_tuple(0x8000FFFFu, std::string("ulogui/picture"), 185, std::string("URB_INIPTH")),
-              std::make_tuple(error.GetResultCode(), error.GetFile(), error.GetLine(), Origin(error)));
+              std::make_tuple(error.GetResultCode(), error.GetFile(), error.GetLine(), ErrorOrigin(error)));
     EXPECT_NE(error.GetFunction().find("BitmapResourceFile::Init"), std::string::npos);
 }
 
@@ -54,7 +41,7 @@ TEST_F(CatalogueTest, UnusablePathsAreRefusedEachReadOpensTheFileAndFoundRecords
     const ulo::ErrorCode error = file.CallDoInit(ULOPath::FromNative(FilePath() + ".missing"));
     EXPECT_EQ(std::make_tuple(0x80070002u, std::string("ulogui/picture"),
                               std::string("fopen")),  // ERROR_FILE_NOT_FOUND
-              std::make_tuple(error.GetResultCode(), error.GetFile(), Origin(error)));
+              std::make_tuple(error.GetResultCode(), error.GetFile(), ErrorOrigin(error)));
     EXPECT_TRUE(!file.IsInitialized() && file.GetBitmapResource() == nullptr);
     Use({MakePicture(102, 0, 1, {{2, 2}})});
     FILE* first = BitmapResourceFile::GetInstance().GetBitmapResource();

@@ -16,6 +16,7 @@
 #include "resfile/BitmapResourceWriter.h"
 #include "ulogui/Magnify.h"
 #include "ulogui/Picture.h"
+#include "ulolib/LittleEndian.h"
 #include "ulolib/TempDir.h"
 
 namespace picturetest {
@@ -61,17 +62,6 @@ inline void WriteBytes(const std::string& path, const std::vector<unsigned char>
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     ASSERT_TRUE(out.good()) << path;
-}
-
-inline uint32_t GetU32(const std::vector<unsigned char>& bytes, size_t at) {
-    return static_cast<uint32_t>(bytes[at]) | static_cast<uint32_t>(bytes[at + 1]) << 8 |
-           static_cast<uint32_t>(bytes[at + 2]) << 16 | static_cast<uint32_t>(bytes[at + 3]) << 24;
-}
-
-inline void PutU32(std::vector<unsigned char>& bytes, size_t at, uint32_t v) {
-    for (int i = 0; i < 4; ++i) {
-        bytes[at + i] = static_cast<unsigned char>(v >> (8 * i));
-    }
 }
 
 // Offsets inside a file made by BuildBitmapResourceFile.

@@ -10,6 +10,7 @@
 #include <tuple>
 #include <vector>
 
+#include "ErrorOrigin.h"
 #include "TempDir.h"
 #include "ulolib/Directory.h"
 #include "ulolib/ErrorCode.h"
@@ -132,12 +133,7 @@ TEST(ULOPathTest, PathsJoinTakeApartAndReportWhyTheyDoNotExistOrOpenAndFilesAreR
         EXPECT_EQ(e.GetResultCode(), c.result) << c.path.native();
         EXPECT_EQ(e.GetFile(), "ulolib/Stream");
         EXPECT_FALSE(stream.IsOpen());
-        try {
-            e.Rethrow();
-            ADD_FAILURE() << "nothing thrown";
-        } catch (const ulo::exception::SystemError& ex) {
-            EXPECT_EQ(ex.GetCall(), "fopen");
-        }
+        EXPECT_EQ(ErrorOrigin(e), "fopen");
     }
     uint8_t b = 0;
     EXPECT_FALSE(stream.ReadByte(b));

@@ -320,9 +320,9 @@ TEST_F(FontTool, PacksAManifestIntoAFileTheLibraryReadsAndErrorsNameTheLineOrRec
                                      ulores::ReadFontManifest(dir_.Path().native() + "/none.xml");
                                  }).find("cannot open"));
     std::vector<uint8_t> foreign(270, 0);  // a header that is not ours: the table ends at the first record
-    testfonts::PutU32(foreign, 256, 264);  // font 0 right after a two-entry table
-    testfonts::PutU32(foreign, 260, 0x7FFFFFF0);  // font 1 far past the end
-    testfonts::PutU32(foreign, 264, 1);
+    PutU32(foreign, 256, 264);             // font 0 right after a two-entry table
+    PutU32(foreign, 260, 0x7FFFFFF0);      // font 1 far past the end
+    PutU32(foreign, 264, 1);
     foreign[268] = 'A';
     const std::string path = testfonts::WriteFile(dir_, "foreign.urf", foreign);
     EXPECT_FALSE(ulores::IsFontResourceFile(path));
